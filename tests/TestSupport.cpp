@@ -1,0 +1,47 @@
+#include "tests/TestSupport.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+namespace testsupport {
+
+QString dataDir()
+{
+    return QStringLiteral(RS_DATA_DIR);
+}
+
+QString sourceDir()
+{
+    return QStringLiteral(RS_SOURCE_DIR);
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly)) {
+        ADD_FAILURE() << "cannot read " << path.toStdString();
+        return {};
+    }
+    return f.readAll();
+}
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(bytes) != bytes.size())
+        ADD_FAILURE() << "cannot write " << path.toStdString();
+}
+
+} // namespace testsupport
+
+void PrintTo(const QString &s, std::ostream *os)
+{
+    *os << '"' << s.toStdString() << '"';
+}
+
+void PrintTo(const QByteArray &b, std::ostream *os)
+{
+    *os << "QByteArray(" << b.size() << " bytes: " << b.left(64).toHex(' ').toStdString()
+        << (b.size() > 64 ? " ...)" : ")");
+}

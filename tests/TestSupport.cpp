@@ -1,6 +1,10 @@
 #include "tests/TestSupport.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QFile>
+#include <QProcess>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -24,6 +28,27 @@ QByteArray readFile(const QString &path)
         return {};
     }
     return f.readAll();
+}
+
+CliRun runCli(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(dataDir() + QStringLiteral("/remote-setup-cli"), arguments);
+    EXPECT_TRUE(process.waitForFinished(60000));
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+bool waitFor(const std::function<bool()> &done, int timeoutMs)
+{
+    const QDeadlineTimer deadline(timeoutMs);
+    while (!done()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        QThread::msleep(1);
+    }
+    return true;
 }
 
 void writeFile(const QString &path, const QByteArray &bytes)

@@ -2,6 +2,9 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
+
+#include <functional>
 
 namespace testsupport {
 
@@ -11,6 +14,18 @@ QString dataDir();
 QString sourceDir();
 
 QByteArray readFile(const QString &path);
+
+// A finished remote-setup-cli run.
+struct CliRun
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+CliRun runCli(const QStringList &arguments);
+
+// Runs the event loop until `done` holds or `timeoutMs` passed; returns `done()`.
+bool waitFor(const std::function<bool()> &done, int timeoutMs = 10000);
 void writeFile(const QString &path, const QByteArray &bytes);
 
 } // namespace testsupport

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 using namespace setup;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -52,17 +53,17 @@ TEST(SetupRecordMap, EverySectionLiesInsideItsBlock)
 TEST(SetupRecordMap, OverlapsAreExactlyTheWholeBlockAndNotificationOnes)
 {
     const QSet<QString> expected {
-        u"date-time/event-display"_qs,
-        u"dst/event-display"_qs,
-        u"osd/event-display"_qs,
-        u"event-display/interval"_qs,
-        u"record/schedule"_qs,
-        u"record/holiday"_qs,
-        u"stream/notification"_qs,
-        u"stream/email"_qs,
-        u"stream/network-event"_qs,
-        u"notification/email"_qs,
-        u"notification/network-event"_qs,
+        u"date-time/event-display"_s,
+        u"dst/event-display"_s,
+        u"osd/event-display"_s,
+        u"event-display/interval"_s,
+        u"record/schedule"_s,
+        u"record/holiday"_s,
+        u"stream/notification"_s,
+        u"stream/email"_s,
+        u"stream/network-event"_s,
+        u"notification/email"_s,
+        u"notification/network-event"_s,
     };
     QSet<QString> found;
     const auto &all = SetupRecordMap::Sections;

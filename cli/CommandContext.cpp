@@ -1,0 +1,27 @@
+#include "cli/CommandContext.h"
+
+#include "cli/ExitCode.h"
+
+namespace cli {
+
+CommandContext::CommandContext(const GlobalOptions &options, QTextStream &out, QTextStream &err)
+    : m_options(options)
+    , m_out(out)
+    , m_err(err)
+{ }
+
+int CommandContext::usageError(const QString &message) const
+{
+    m_err << "remote-setup-cli: " << message << "\nTry 'remote-setup-cli --help'.\n";
+    m_err.flush();
+    return UsageError;
+}
+
+int CommandContext::fail(int code, const QString &message) const
+{
+    m_err << "remote-setup-cli: " << message << '\n';
+    m_err.flush();
+    return code;
+}
+
+} // namespace cli

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace cli {
+
+// The options that come before the command: where the recorder is and who
+// logs in. The password is never taken from the command line, where other
+// users of the machine could read it.
+class GlobalOptions
+{
+public:
+    QString host = QStringLiteral("127.0.0.1");
+    quint16 port = 9000;
+    QString user = QStringLiteral("Admin");
+    QString passwordFile;
+    int timeoutSeconds = 30;
+
+    // Parses the arguments after the program name up to the command. On
+    // success `rest` holds the command and its own arguments (possibly
+    // empty); on failure `error` says what was wrong.
+    static std::optional<GlobalOptions> parse(const QStringList &arguments, QStringList *rest,
+                                              QString *error, bool *helpRequested);
+
+    // The first line of --password-file, else $REMOTE_SETUP_PASSWORD, else empty.
+    std::optional<QString> password(QString *error) const;
+};
+
+} // namespace cli

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QStringList>
+#include <QTextStream>
+
+namespace cli {
+
+class CommandContext;
+
+// The headless front of the client: global options, then one command.
+class RemoteSetupCli
+{
+public:
+    RemoteSetupCli(QTextStream &out, QTextStream &err);
+
+    // `arguments` excludes the program name. Returns the process exit code.
+    int run(const QStringList &arguments);
+
+private:
+    struct Command
+    {
+        const char *name;
+        const char *synopsis;
+        const char *summary;
+        int (*run)(const CommandContext &, const QStringList &);
+    };
+    static const Command s_commands[];
+
+    void printUsage(QTextStream &stream) const;
+
+    QTextStream &m_out;
+    QTextStream &m_err;
+};
+
+} // namespace cli

@@ -1,0 +1,167 @@
+#pragma once
+
+#include "session/ConnectionRecord.h"
+#include "session/Event.h"
+#include "session/RecorderClock.h"
+#include "session/SessionStatus.h"
+#include "setup/SetupRecordMap.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QTimer>
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+#include "session/KRemoteSocket.h"
+#include "session/RemoteSocketNotify.h"
+
+// The one object that owns a session with a recorder: the socket library
+// handle, the session state, the mirror of the recorder's setup record and
+// its running clock. The library posts its notifications to this object,
+// so all of its code runs on the thread it lives on (the user-interface
+// thread). There is one at a time; pages reach it through instance().
+class CWork : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum State : int {
+        Idle = 0,
+        Connecting = 1,
+        Connected = 2,
+        LoggingIn = 3,
+        Ready = 4,
+        Ending = 6, // known to the main window's end of session only
+        Failed = 7,
+    };
+
+    // Login answer codes.
+    enum LoginCode : int { LoginRefused = 0, LoginOk = 1 };
+
+    // The worker's own timers, by the numbers the recorder tools know them by.
+    static constexpr quint32 UnusedTimer = 0xFC000003; // never started
+    static constexpr quint32 KeepAliveTimer = 0xFC000004;
+    static constexpr quint32 ClockTimer = 0xFC000005;
+    static constexpr int KeepAliveIntervalMs = 5000;
+    static constexpr int ClockIntervalMs = 1000;
+    static constexpr int WholeRecordPauseMs = 100;
+    static constexpr int FirmwareBufferSize = 524288;
+
+    explicit CWork(QObject *parent = nullptr);
+    ~CWork() override;
+
+    static CWork *instance();
+
+    // The object that receives the session messages (2026, 3029).
+    void setMainWindow(QObject *mainWindow);
+    QObject *mainWindow() const { return m_mainWindow; }
+
+    // Starts a session with the recorder named in `record`, which must
+    // outlive it. Returns nonzero when the attempt was started.
+    int connectSession(ConnectionRecord *record);
+    // Ends the session whatever its state and tells the main window (2026).
+    void disconnectSession();
+    // Sends command 4177: mode 1 reads the recorder's clock, 2 sets it.
+    int dateTimeCommand(int mode, const RecorderTime &time);
+
+    int state() const { return m_status->state.load(); }
+    int setupReceived() const { return m_status->setupReceived.load(); }
+    std::shared_ptr<const SessionStatus> status() const { return m_status; }
+    const QByteArray &mirror() const { return m_mirror; }
+    const QByteArray &referenceCopy() const { return m_referenceCopy; }
+    int videoStandard() const { return m_videoStandard; }
+    std::optional<int> lastLoginCode() const { return m_lastLoginCode; }
+    const std::array<quint32, 4> &setupAnswerValues() const { return m_setupAnswerValues; }
+    bool clockValid() const { return m_clockValid; }
+    RecorderTime clock() const { return m_clock ? *m_clock : RecorderTime {}; }
+    QByteArray address() const { return m_address; }
+    quint32 port() const { return m_port; }
+
+    // Setup section writes: copies `data` (exactly the section's length)
+    // into the mirror, then sends it. Returns the library's result, or 0
+    // when nothing was sent (not ready, wrong length).
+    int writeSection(setup::Section section, QByteArrayView data);
+    // Copies one of the readable sections out of the mirror. Returns 1, or
+    // 0 when the session is not ready or `destination` is null.
+    int readSection(setup::Section section, QByteArray *destination) const;
+    // Sends a whole record as the six blocks, 100 ms apart; on success the
+    // mirror becomes `record`. Returns the last send's result, or 0.
+    int writeWholeRecord(QByteArrayView record);
+    // Stores the staged block writes on the recorder.
+    void commit();
+
+    // Completion bookkeeping of the acknowledgements (command 4609).
+    void setSilentNextAcknowledgement() { m_silentNextAck = 1; }
+    void beginImport();
+    void beginDefault();
+    bool importPending() const { return m_importPending; }
+    bool defaultPending() const { return m_defaultPending; }
+    int acknowledgementCount() const { return m_ackCounter; }
+
+    // Firmware upload: the last answer (command 4228), read by the upload thread.
+    nelib::Event &firmwareReplyEvent() { return m_firmwareReply; }
+    std::array<quint32, 8> firmwareReplyWords() const;
+    QByteArray firmwareReplyData() const;
+    // Sends one firmware packet (command 4227) from any thread.
+    int sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data);
+    void clearFirmwareBuffer();
+
+Q_SIGNALS:
+    // For callers that wait on the recorder without a window: the command
+    // line and the tests.
+    void setupArrived();
+    void timeAnswerReceived();
+    // After the acknowledgement's own handling; `applied` is its word 0.
+    void writeAcknowledged(bool applied);
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    void handleNotification(const REMOTESOCKET_NOTIFY &record, const QByteArray &packet);
+    void handlePacket(const QByteArray &packet);
+    void handleLoginAnswer(const QByteArray &packet);
+    void handleSetupAnswer(const QByteArray &packet);
+    void handleTimeAnswer(const QByteArray &packet);
+    void handleAcknowledgement();
+    void handleFirmwareReply(const QByteArray &packet);
+    void setupArrival(QByteArrayView payload, bool present);
+    void onTimer(quint32 timer);
+    void keepAlive();
+    void setState(int state, bool updateStatus);
+    void requestSetup();
+    void login();
+
+    ConnectionRecord *m_record = nullptr;
+    std::shared_ptr<SessionStatus> m_status;
+    QByteArray m_mirror;
+    QByteArray m_referenceCopy;
+    int m_videoStandard = 0;
+    std::optional<int> m_lastLoginCode;
+
+    std::array<std::atomic<quint32>, 8> m_firmwareWords {};
+    mutable std::mutex m_firmwareMutex; // the upload thread reads what the reply handler wrote
+    QByteArray m_firmwareBuffer;
+    std::atomic<int> m_firmwareFill {0};
+    nelib::Event m_firmwareReply;
+
+    bool m_clockValid = false;
+    int m_silentNextAck = 0;
+    int m_importPending = 0;
+    int m_defaultPending = 0;
+    int m_ackCounter = 0;
+    KRSMGAPI_HANDLE m_handle = nullptr;
+    QObject *m_mainWindow = nullptr;
+    QByteArray m_address;
+    quint32 m_port = 0;
+    std::array<quint32, 8> m_dateTimeParam {};
+    std::unique_ptr<RecorderTime> m_clock;
+    std::array<quint32, 4> m_setupAnswerValues {};
+
+    QTimer m_keepAliveTimer;
+    QTimer m_clockTimer;
+};

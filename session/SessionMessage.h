@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QEvent>
+
+// The messages the session and the pages send to the main window. The type
+// numbers are the window messages of the original client and all lie in
+// Qt's user event range.
+class SessionMessage : public QEvent
+{
+public:
+    enum Kind : int {
+        SetupReady = 2024, // the setup record arrived; fill the pages
+        SessionEnded = 2026, // the session ended or failed
+        DefaultButton = 3026, // wParam 1 hides the main window's Default button
+        UploadRunning = 3027, // wParam 0 an upload starts, 1 it ended
+        SetupRestored = 3029, // an import or factory default was acknowledged
+        SaveButtons = 3030, // with lParam 1: wParam 0 enables Save/Cancel/Default
+    };
+
+    explicit SessionMessage(Kind kind, qintptr wParam = 0, qintptr lParam = 0);
+
+    Kind kind() const { return Kind(type()); }
+    qintptr wParam() const { return m_wParam; }
+    qintptr lParam() const { return m_lParam; }
+
+    static bool isSessionMessage(const QEvent *event);
+
+private:
+    qintptr m_wParam;
+    qintptr m_lParam;
+};

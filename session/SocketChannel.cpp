@@ -1,0 +1,69 @@
+#include "session/SocketChannel.h"
+
+#include "session/Frame.h"
+#include "session/RemoteCommand.h"
+#include "session/SocketIo.h"
+
+#include <future>
+
+namespace session {
+
+SocketChannel::SocketChannel(QObject *notify)
+    : m_io(new SocketIo(this, notify))
+{
+    m_thread.setObjectName(QStringLiteral("KRemoteSocket I/O"));
+    m_io->moveToThread(&m_thread);
+    // The socket must die on the thread that uses it; deferred deletions run
+    // as the thread finishes, before wait() returns.
+    QObject::connect(&m_thread, &QThread::finished, m_io, &QObject::deleteLater);
+    m_thread.start();
+}
+
+SocketChannel::~SocketChannel()
+{
+    disconnect();
+    m_thread.quit();
+    m_thread.wait();
+}
+
+bool SocketChannel::connectTo(const REMOTESOCKET_CONNECT_INFO &info)
+{
+    if (m_connectTried.exchange(true))
+        return false;
+    const qsizetype end = info.address.indexOf('\0');
+    const QByteArray address = end < 0 ? info.address : info.address.first(end);
+    if (address.isEmpty() || address.size() >= REMOTESOCKET_CONNECT_INFO::AddressWidth
+        || info.port == 0 || info.port > 65535)
+        return false;
+    m_flags = info.flags;
+
+    std::promise<bool> outcome;
+    std::future<bool> result = outcome.get_future();
+    const QString host = QString::fromLatin1(address);
+    const quint16 port = quint16(info.port);
+    QMetaObject::invokeMethod(m_io, [this, host, port, &outcome] {
+        m_io->open(host, port, [&outcome](bool connected) { outcome.set_value(connected); });
+    });
+    // The I/O thread always answers: its connect timer bounds the wait.
+    return result.get();
+}
+
+bool SocketChannel::sendOpen()
+{
+    PACKET_PARAM param;
+    param.words[0] = Frame::ProtocolVersion;
+    param.words[1] = m_flags;
+    return send(RemoteCommand::Open, param, {});
+}
+
+bool SocketChannel::send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload)
+{
+    return m_io->send(command, param, payload);
+}
+
+void SocketChannel::disconnect()
+{
+    QMetaObject::invokeMethod(m_io, &SocketIo::shutDown, Qt::BlockingQueuedConnection);
+}
+
+} // namespace session

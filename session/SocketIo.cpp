@@ -1,0 +1,162 @@
+#include "session/SocketIo.h"
+
+#include "session/Frame.h"
+#include "session/RemoteCommand.h"
+#include "session/SocketNotifyEvent.h"
+#include "setup/LittleEndian.h"
+
+#include <QCoreApplication>
+#include <QMutexLocker>
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <utility>
+
+using nelib::LittleEndian;
+
+namespace session {
+
+SocketIo::SocketIo(KRSMGAPI_HANDLE handle, QObject *notify)
+    : m_handle(handle)
+    , m_notify(notify)
+{ }
+
+bool SocketIo::send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload)
+{
+    // Encoded outside the lock (a firmware chunk is a megabyte); only the
+    // sequence number is stamped under it, so numbers follow queue order.
+    QByteArray frame = Frame::encode(0, command, param, payload);
+    if (frame.isEmpty())
+        return false;
+    {
+        QMutexLocker lock(&m_mutex);
+        if (!m_accepting)
+            return false;
+        LittleEndian::setU32(frame, Frame::SequenceOffset, m_nextSequence++);
+        m_queued.push_back(std::move(frame));
+    }
+    QMetaObject::invokeMethod(this, &SocketIo::writeQueued, Qt::QueuedConnection);
+    return true;
+}
+
+void SocketIo::open(const QString &host, quint16 port, std::function<void(bool)> done)
+{
+    m_connectDone = std::move(done);
+    m_socket = new QTcpSocket(this);
+    connect(m_socket, &QTcpSocket::connected, this, &SocketIo::onConnected);
+    connect(m_socket, &QTcpSocket::errorOccurred, this, &SocketIo::onSocketError);
+    connect(m_socket, &QTcpSocket::disconnected, this, &SocketIo::lose);
+    connect(m_socket, &QTcpSocket::readyRead, this, &SocketIo::receive);
+    QTimer::singleShot(ConnectTimeoutMs, m_socket, [this] {
+        if (m_connectDone) {
+            m_socket->abort();
+            finishConnect(false);
+        }
+    });
+    m_socket->connectToHost(host, port);
+}
+
+void SocketIo::finishConnect(bool connected)
+{
+    if (m_connectDone)
+        std::exchange(m_connectDone, {})(connected);
+}
+
+void SocketIo::onConnected()
+{
+    // Small request/answer frames must not wait for Nagle's algorithm.
+    m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    m_connected = true;
+    {
+        QMutexLocker lock(&m_mutex);
+        m_accepting = true;
+    }
+    post(REMOTESOCKET_NOTIFY::Connected);
+    finishConnect(true);
+}
+
+void SocketIo::onSocketError()
+{
+    if (m_connectDone) {
+        m_socket->abort();
+        finishConnect(false);
+    } else {
+        lose();
+    }
+}
+
+void SocketIo::receive()
+{
+    if (!m_connected)
+        return;
+    const bool wellFormed = m_reader.feed(m_socket->readAll());
+    while (m_connected && m_reader.hasFrame())
+        deliver(m_reader.takeFrame());
+    if (!wellFormed)
+        lose();
+}
+
+void SocketIo::deliver(const QByteArray &packet)
+{
+    if (LittleEndian::i32(packet, Frame::CommandOffset) != RemoteCommand::OpenAck) {
+        post(REMOTESOCKET_NOTIFY::PacketReceived, packet);
+    } else if (LittleEndian::u32(packet, Frame::ParamOffset) == 1) {
+        post(REMOTESOCKET_NOTIFY::InitAcknowledged);
+    } else {
+        // The recorder turned the opening exchange down; nothing useful can
+        // follow on this connection.
+        lose();
+    }
+}
+
+void SocketIo::post(quint32 kind, const QByteArray &packet)
+{
+    QCoreApplication::postEvent(m_notify, new SocketNotifyEvent({m_handle, kind}, packet));
+}
+
+void SocketIo::writeQueued()
+{
+    std::deque<QByteArray> frames;
+    {
+        QMutexLocker lock(&m_mutex);
+        frames.swap(m_queued);
+    }
+    if (!m_connected)
+        return;
+    for (const QByteArray &frame : frames) {
+        if (m_socket->write(frame) != frame.size()) {
+            lose();
+            return;
+        }
+    }
+}
+
+void SocketIo::shutDown()
+{
+    {
+        QMutexLocker lock(&m_mutex);
+        m_accepting = false;
+    }
+    if (!m_connected)
+        return;
+    writeQueued();
+    if (!m_connected)
+        return;
+    m_connected = false;
+    m_socket->disconnectFromHost();
+}
+
+void SocketIo::lose()
+{
+    {
+        QMutexLocker lock(&m_mutex);
+        m_accepting = false;
+        m_queued.clear();
+    }
+    if (!m_connected)
+        return;
+    m_connected = false;
+    m_socket->abort();
+}
+
+} // namespace session

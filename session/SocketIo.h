@@ -1,0 +1,68 @@
+#pragma once
+
+#include "session/FrameReader.h"
+#include "session/KRemoteSocket.h"
+
+#include <QByteArray>
+#include <QMutex>
+#include <QObject>
+#include <QString>
+
+#include <deque>
+#include <functional>
+
+QT_BEGIN_NAMESPACE
+class QTcpSocket;
+QT_END_NAMESPACE
+
+namespace session {
+
+// The part of a connection that lives on its I/O thread: the TCP socket, the
+// frame reader and the notifications. send() is the one entry point for
+// other threads; open() and shutDown() run on the I/O thread through queued
+// calls from SocketChannel.
+class SocketIo : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int ConnectTimeoutMs = 10000;
+
+    SocketIo(KRSMGAPI_HANDLE handle, QObject *notify);
+
+    // Any thread. Queues one frame, numbered in queueing order; false when
+    // the connection is not open or the payload is too large.
+    bool send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload);
+
+    // Starts connecting; `done` is called once, with the outcome, on the I/O
+    // thread. The Connected event is posted before `done(true)`.
+    void open(const QString &host, quint16 port, std::function<void(bool)> done);
+    // Refuses further sends, writes the frames already queued and closes.
+    void shutDown();
+
+private:
+    void finishConnect(bool connected);
+    void onConnected();
+    void onSocketError();
+    void receive();
+    void deliver(const QByteArray &packet);
+    void post(quint32 kind, const QByteArray &packet = {});
+    void writeQueued();
+    void lose();
+
+    // Shared with sending threads, under m_mutex.
+    QMutex m_mutex;
+    bool m_accepting = false;
+    quint32 m_nextSequence = 0;
+    std::deque<QByteArray> m_queued;
+
+    // I/O thread only.
+    const KRSMGAPI_HANDLE m_handle;
+    QObject *const m_notify;
+    QTcpSocket *m_socket = nullptr;
+    bool m_connected = false;
+    FrameReader m_reader;
+    std::function<void(bool)> m_connectDone;
+};
+
+} // namespace session

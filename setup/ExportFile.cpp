@@ -1,0 +1,31 @@
+#include "setup/ExportFile.h"
+
+#include "setup/LittleEndian.h"
+#include "setup/SetupRecordMap.h"
+
+using nelib::LittleEndian;
+
+namespace setup {
+
+static_assert(ExportFile::Size
+                  == ExportFile::HeaderSize + SetupRecordMap::RecordSize
+                         - SetupRecordMap::HeaderSize,
+              "the file holds the header and every record byte after the record header");
+static_assert(ExportFile::HeaderSize == SetupRecordMap::HeaderSize - ExportFile::RecordShift);
+
+QByteArray ExportFile::build(QByteArrayView record)
+{
+    if (record.size() != SetupRecordMap::RecordSize)
+        return {};
+    QByteArray file(HeaderSize, '\0');
+    LittleEndian::setU32(file, VersionOffset, SetupRecordMap::LayoutVersion);
+    LittleEndian::setU32(file, FirstMarkOffset, FirstMark);
+    LittleEndian::setU32(file, SecondMarkOffset, SecondMark);
+    LittleEndian::setU32(file, ModelIdOffset,
+                         LittleEndian::u32(record, SetupRecordMap::ModelIdOffset));
+    LittleEndian::setU32(file, TrailerOffset, Trailer);
+    file.append(record.sliced(SetupRecordMap::HeaderSize));
+    return file;
+}
+
+} // namespace setup

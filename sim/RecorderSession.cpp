@@ -1,0 +1,299 @@
+#include "sim/RecorderSession.h"
+
+#include "session/PacketString.h"
+#include "session/RemoteCommand.h"
+#include "setup/LittleEndian.h"
+#include "setup/SetupRecordMap.h"
+#include "sim/RecorderServer.h"
+#include "sim/SetupAnswerValues.h"
+
+#include <QTcpSocket>
+
+using namespace Qt::StringLiterals;
+using nelib::LittleEndian;
+using session::Frame;
+using setup::SetupRecordMap;
+
+namespace sim {
+
+namespace {
+
+// Date/time command modes.
+constexpr quint32 ReadTime = 1;
+constexpr quint32 SetTime = 2;
+
+// Text from the network as it may appear in a log line.
+QString printable(QByteArrayView bytes)
+{
+    QString text;
+    for (const char c : bytes)
+        text += c >= 0x20 && c < 0x7F ? QChar::fromLatin1(c) : u'?';
+    return text;
+}
+
+} // namespace
+
+RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int id)
+    : QObject(server)
+    , m_socket(socket)
+    , m_server(server)
+    , m_id(id)
+{
+    socket->setParent(this);
+    m_answerTimer.setSingleShot(true);
+    connect(&m_answerTimer, &QTimer::timeout, this, &RecorderSession::sendDueAnswers);
+    connect(socket, &QTcpSocket::readyRead, this, &RecorderSession::readFrames);
+    connect(socket, &QTcpSocket::stateChanged, this, [this](QAbstractSocket::SocketState state) {
+        if (state == QAbstractSocket::UnconnectedState)
+            end();
+    });
+    log(u"opened from %1:%2"_s.arg(socket->peerAddress().toString()).arg(socket->peerPort()));
+}
+
+void RecorderSession::changesSaved(bool saved)
+{
+    if (m_ended)
+        return;
+    for (Answer &a : m_answers) {
+        if (a.awaitingSave) {
+            a.awaitingSave = false;
+            a.param.words[0] = saved ? 1 : 0;
+        }
+    }
+    if (!saved)
+        log(u"the record could not be saved; changes refused"_s);
+    sendDueAnswers();
+}
+
+void RecorderSession::readFrames()
+{
+    const QByteArray bytes = m_socket->readAll();
+    if (m_closing || m_ended)
+        return;
+    // Frames completed before a malformed head still count; nothing after it can.
+    bool malformed = !m_reader.feed(bytes);
+    while (m_reader.hasFrame() && !m_closing) {
+        const std::optional<Frame> frame = Frame::decode(m_reader.takeFrame());
+        if (!frame) {
+            malformed = true;
+            break;
+        }
+        handle(*frame);
+        const int dropAfter = m_server->options().dropAfter;
+        if (dropAfter > 0 && ++m_framesReceived >= dropAfter)
+            closeAfterAnswers(u"dropping the connection after %1 frames"_s.arg(m_framesReceived));
+    }
+    if (malformed && !m_closing)
+        closeAfterAnswers(u"malformed frame; closing the connection"_s);
+}
+
+void RecorderSession::handle(const Frame &frame)
+{
+    switch (frame.command) {
+    case RemoteCommand::Open: {
+        PACKET_PARAM ack;
+        ack.words[0] = 1;
+        answer(RemoteCommand::OpenAck, ack);
+        return;
+    }
+    case RemoteCommand::Login:
+        login(frame.payload);
+        return;
+    case RemoteCommand::KeepAlive:
+        return;
+    default:
+        break;
+    }
+
+    if (!m_loggedIn) {
+        log(u"command %1 before login ignored"_s.arg(frame.command));
+        return;
+    }
+    switch (frame.command) {
+    case RemoteCommand::SetupRequest:
+        sendSetup();
+        return;
+    case RemoteCommand::DateTime:
+        dateTime(frame.param);
+        return;
+    case RemoteCommand::SetupWrite:
+        setupWrite(frame);
+        return;
+    default:
+        log(u"unknown command %1 ignored"_s.arg(frame.command));
+        return;
+    }
+}
+
+void RecorderSession::login(const QByteArray &payload)
+{
+    const PACKET_STRING login = PACKET_STRING::fromBytes(payload);
+    const quint32 code = m_server->loginCode(login, this);
+    m_loggedIn = code == 1;
+    log(u"login as '%1': code %2"_s.arg(printable(login.memberId)).arg(code));
+
+    const SimOptions &options = m_server->options();
+    QByteArray bytes = PACKET_PARAM().toBytes();
+    LittleEndian::setU32(bytes, 0, code);
+    LittleEndian::setU8(bytes, 4, quint8(options.channels));
+    LittleEndian::setU8(bytes, 6, options.videoStandard);
+    answer(RemoteCommand::LoginAnswer, PACKET_PARAM::fromBytes(bytes));
+}
+
+void RecorderSession::sendSetup()
+{
+    PACKET_PARAM param; // word 2 = 0: the current settings, not a reference copy
+    SetupAnswerValues::forChannels(m_server->options().channels).writeTo(param);
+    answer(RemoteCommand::SetupAnswer, param, m_server->store().record());
+    log(u"setup record sent"_s);
+}
+
+void RecorderSession::dateTime(const PACKET_PARAM &param)
+{
+    const auto &w = param.words;
+    OffsetClock &clock = m_server->clock();
+    if (w[0] == SetTime) {
+        const auto time = OffsetClock::fromFields(w[1], w[2], w[3], w[4], w[5], w[6]);
+        if (time) {
+            clock.set(*time);
+            log(u"clock set to %1"_s.arg(time->toString(u"yyyy-MM-dd hh:mm:ss"_s)));
+        } else {
+            log(u"clock set refused: %1-%2-%3 %4:%5:%6 is no valid time"_s.arg(w[1])
+                    .arg(w[2])
+                    .arg(w[3])
+                    .arg(w[4])
+                    .arg(w[5])
+                    .arg(w[6]));
+        }
+    } else if (w[0] != ReadTime) {
+        log(u"date/time mode %1 treated as a read"_s.arg(w[0]));
+    }
+
+    const QDateTime now = clock.now();
+    PACKET_PARAM out;
+    out.words = {w[0],
+                 quint32(now.date().year()),
+                 quint32(now.date().month()),
+                 quint32(now.date().day()),
+                 quint32(now.time().hour()),
+                 quint32(now.time().minute()),
+                 quint32(now.time().second()),
+                 0};
+    answer(RemoteCommand::DateTimeAnswer, out);
+}
+
+void RecorderSession::setupWrite(const Frame &frame)
+{
+    const quint32 category = frame.param.words[0];
+    const quint32 length = frame.param.words[1];
+    const quint32 offset = frame.param.words[2];
+    if (category == SetupRecordMap::CommitCategory) {
+        commit();
+        return;
+    }
+
+    const QString what
+        = u"category %1, offset %2, length %3"_s.arg(category).arg(offset).arg(length);
+    QString problem;
+    if (offset < quint32(SetupRecordMap::HeaderSize))
+        problem = u"the header is not writable"_s;
+    else if (quint64(offset) + length > quint64(SetupRecordMap::RecordSize))
+        problem = u"runs past the end of the record"_s;
+    else if (quint64(frame.payload.size()) != length)
+        problem = u"%1 bytes of data"_s.arg(frame.payload.size());
+    if (!problem.isEmpty()) {
+        log(u"write refused (%1): %2"_s.arg(what, problem));
+        acknowledge(false);
+        return;
+    }
+
+    // Whole-block writes of an import or factory default take effect
+    // together with the commit, so an interrupted import changes nothing.
+    if (category == SetupRecordMap::WholeBlockCategory) {
+        m_staged.push_back({qsizetype(offset), frame.payload});
+        log(u"write staged (%1)"_s.arg(what));
+        acknowledge(true);
+        return;
+    }
+    m_server->store().write(offset, frame.payload);
+    log(u"write applied (%1)"_s.arg(what));
+    acknowledgeWhenSaved();
+}
+
+void RecorderSession::commit()
+{
+    if (m_staged.empty()) {
+        log(u"commit with nothing staged"_s);
+        acknowledge(true);
+        return;
+    }
+    for (const StagedWrite &staged : m_staged)
+        m_server->store().write(staged.offset, staged.bytes);
+    log(u"commit: %1 staged writes applied"_s.arg(m_staged.size()));
+    m_staged.clear();
+    acknowledgeWhenSaved();
+}
+
+void RecorderSession::acknowledge(bool applied)
+{
+    PACKET_PARAM param;
+    param.words[0] = applied ? 1 : 0;
+    answer(RemoteCommand::SetupWriteAck, param);
+}
+
+void RecorderSession::acknowledgeWhenSaved()
+{
+    answer(RemoteCommand::SetupWriteAck, PACKET_PARAM(), {}, true);
+    m_server->requestSave(this);
+}
+
+void RecorderSession::answer(qint32 command, const PACKET_PARAM &param, const QByteArray &payload,
+                             bool awaitingSave)
+{
+    m_answers.push_back(
+        {command, param, payload, QDeadlineTimer(m_server->options().delayMs), awaitingSave});
+    sendDueAnswers();
+}
+
+void RecorderSession::sendDueAnswers()
+{
+    while (!m_answers.empty() && !m_ended) {
+        const Answer &next = m_answers.front();
+        if (next.awaitingSave)
+            return;
+        if (!next.due.hasExpired()) {
+            m_answerTimer.start(int(std::max<qint64>(next.due.remainingTime(), 0)));
+            return;
+        }
+        m_socket->write(Frame::encode(m_sequence++, next.command, next.param, next.payload));
+        m_answers.pop_front();
+    }
+    if (m_closing && m_answers.empty() && m_socket->state() == QAbstractSocket::ConnectedState)
+        m_socket->disconnectFromHost();
+}
+
+void RecorderSession::closeAfterAnswers(const QString &reason)
+{
+    log(reason);
+    m_closing = true;
+    sendDueAnswers();
+}
+
+void RecorderSession::end()
+{
+    if (m_ended)
+        return;
+    m_ended = true;
+    m_answerTimer.stop();
+    if (!m_staged.empty())
+        log(u"%1 staged writes discarded without a commit"_s.arg(m_staged.size()));
+    log(u"closed"_s);
+    Q_EMIT ended();
+}
+
+void RecorderSession::log(const QString &text) const
+{
+    qCInfo(lcRecorder).noquote() << m_server->name() << u"session %1:"_s.arg(m_id) << text;
+}
+
+} // namespace sim

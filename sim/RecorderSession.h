@@ -1,0 +1,89 @@
+#pragma once
+
+#include "session/Frame.h"
+#include "session/FrameReader.h"
+#include "session/PacketParam.h"
+
+#include <QByteArray>
+#include <QDeadlineTimer>
+#include <QObject>
+#include <QTimer>
+
+#include <deque>
+#include <vector>
+
+class QTcpSocket;
+
+namespace sim {
+
+class RecorderServer;
+
+// One client connection to a recorder: frames in, answers out, in order.
+// Answers wait in a queue, because --delay-ms holds every answer back and an
+// acknowledgement of a change waits for the record to be saved; nothing
+// overtakes them.
+class RecorderSession : public QObject
+{
+    Q_OBJECT
+public:
+    // Takes ownership of `socket`.
+    RecorderSession(QTcpSocket *socket, RecorderServer *server, int id);
+
+    bool isLoggedIn() const { return m_loggedIn; }
+
+    // The save this session asked for is done: acknowledge the changes with
+    // 1, or with 0 when they could not be saved and were undone.
+    void changesSaved(bool saved);
+
+Q_SIGNALS:
+    // The connection is gone; the session has nothing left to do.
+    void ended();
+
+private:
+    struct StagedWrite
+    {
+        qsizetype offset;
+        QByteArray bytes;
+    };
+    struct Answer
+    {
+        qint32 command;
+        PACKET_PARAM param;
+        QByteArray payload;
+        QDeadlineTimer due;
+        bool awaitingSave; // an acknowledgement whose word 0 the save decides
+    };
+
+    void readFrames();
+    void handle(const session::Frame &frame);
+    void login(const QByteArray &payload);
+    void sendSetup();
+    void dateTime(const PACKET_PARAM &param);
+    void setupWrite(const session::Frame &frame);
+    void commit();
+    void acknowledge(bool applied);
+    void acknowledgeWhenSaved();
+
+    void answer(qint32 command, const PACKET_PARAM &param, const QByteArray &payload = {},
+                bool awaitingSave = false);
+    void sendDueAnswers();
+    // Reads nothing more and closes once every answer so far is out.
+    void closeAfterAnswers(const QString &reason);
+    void end();
+    void log(const QString &text) const;
+
+    QTcpSocket *m_socket;
+    RecorderServer *m_server;
+    const int m_id;
+    session::FrameReader m_reader;
+    quint32 m_sequence = 0; // of the frames this side sent
+    int m_framesReceived = 0;
+    bool m_loggedIn = false;
+    bool m_closing = false;
+    bool m_ended = false;
+    std::vector<StagedWrite> m_staged;
+    std::deque<Answer> m_answers;
+    QTimer m_answerTimer;
+};
+
+} // namespace sim

@@ -1,0 +1,27 @@
+#include "sim/SetupAnswerValues.h"
+
+#include "setup/LittleEndian.h"
+
+#include <algorithm>
+
+using nelib::LittleEndian;
+
+namespace sim {
+
+SetupAnswerValues SetupAnswerValues::forChannels(int channels)
+{
+    return {quint16(channels), quint16((channels + 3) / 4), quint16(std::min(channels, 4)),
+            quint16(channels <= 8 ? 1 : 2)};
+}
+
+void SetupAnswerValues::writeTo(PACKET_PARAM &param) const
+{
+    QByteArray bytes = param.toBytes();
+    LittleEndian::setU16(bytes, 12, alarmInputs);
+    LittleEndian::setU16(bytes, 14, alarmOutputs);
+    LittleEndian::setU16(bytes, 16, audioInputs);
+    LittleEndian::setU16(bytes, 18, disks);
+    param = PACKET_PARAM::fromBytes(bytes);
+}
+
+} // namespace sim

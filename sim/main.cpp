@@ -1,0 +1,59 @@
+#include "sim/RecorderServer.h"
+#include "sim/SimOptions.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+namespace {
+
+// Exit codes: a command line that makes no sense, and a recorder that cannot
+// start (its record file is refused or its port is taken).
+constexpr int UsageError = 2;
+constexpr int StartFailure = 1;
+
+void printLine(FILE *stream, const QString &text)
+{
+    std::fputs(qPrintable(text + u'\n'), stream);
+    std::fflush(stream);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    // Log lines are for people watching the simulator: plain, on stderr.
+    qSetMessagePattern(QStringLiteral("%{message}"));
+
+    QString error;
+    bool help = false;
+    const auto options = sim::SimOptions::parse(app.arguments().mid(1), &error, &help);
+    if (!options) {
+        printLine(stderr, QStringLiteral("recorder-sim: ") + error);
+        printLine(stderr, QStringLiteral("Try 'recorder-sim --help'."));
+        return UsageError;
+    }
+    if (help) {
+        std::fputs(qPrintable(sim::SimOptions::usage()), stdout);
+        return 0;
+    }
+
+    // Every recorder starts before any is announced, so a failure leaves
+    // standard output empty. It carries nothing but the announcements, so
+    // that a script or test can read the ports from it.
+    std::vector<std::unique_ptr<sim::RecorderServer>> recorders;
+    for (int i = 0; i < options->count; ++i) {
+        auto recorder = std::make_unique<sim::RecorderServer>(*options, options->recordFileFor(i));
+        if (!recorder->start(options->address, options->portFor(i), &error)) {
+            printLine(stderr, QStringLiteral("recorder-sim: ") + error);
+            return StartFailure;
+        }
+        recorders.push_back(std::move(recorder));
+    }
+    for (const auto &recorder : recorders)
+        printLine(stdout, QStringLiteral("listening on ") + recorder->name());
+    return app.exec();
+}

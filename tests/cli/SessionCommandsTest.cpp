@@ -1,0 +1,128 @@
+#include "setup/ExportFile.h"
+#include "setup/LittleEndian.h"
+#include "tests/SimProcess.h"
+#include "tests/TestSupport.h"
+
+#include <QDateTime>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using nelib::LittleEndian;
+
+TEST(SessionCommands, InfoPrintsWhatTheRecorderReports)
+{
+    SimProcess sim({u"--channels"_s, u"4"_s, u"--video"_s, u"pal"_s, u"--model"_s, u"77"_s,
+                    u"--version"_s, u"2.3.4.5"_s});
+    ASSERT_TRUE(sim.isRunning());
+    const auto run = sim.cli({u"info"_s});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    const QStringList lines = run.out.split(u'\n', Qt::SkipEmptyParts);
+    QStringList keys;
+    for (const QString &line : lines)
+        keys.append(line.section(u": "_s, 0, 0));
+    EXPECT_EQ(keys, (QStringList {u"channels"_s, u"video"_s, u"model"_s, u"software version"_s,
+                                  u"alarm inputs"_s, u"alarm outputs"_s, u"audio inputs"_s,
+                                  u"disks"_s, u"recorder time"_s}));
+    EXPECT_TRUE(
+        run.out.contains(u"channels: 4\nvideo: PAL\nmodel: 77\nsoftware version: 2.3.4.5\n"_s))
+        << run.out.toStdString();
+}
+
+TEST(SessionCommands, ExportWritesTheRecordersSetupFile)
+{
+    SimProcess sim({u"--model"_s, u"4242"_s});
+    ASSERT_TRUE(sim.isRunning());
+    QTemporaryDir dir;
+    const QString path = dir.filePath(u"setup.dat"_s);
+    const auto run = sim.cli({u"export"_s, path});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_EQ(run.out, u"Export completed\n"_s);
+
+    const QByteArray file = testsupport::readFile(path);
+    const QByteArray record = sim.storedRecord();
+    ASSERT_EQ(file.size(), setup::ExportFile::Size);
+    EXPECT_EQ(file.first(20), QByteArray::fromHex("11000100"
+                                                  "4b4b4d2b"
+                                                  "55475241"
+                                                  "92100000"
+                                                  "3f000000"));
+    EXPECT_EQ(file.sliced(20), record.sliced(32));
+
+    const auto unwritable = sim.cli({u"export"_s, u"/nonexistent/dir/setup.dat"_s});
+    EXPECT_EQ(unwritable.exitCode, 2);
+    EXPECT_TRUE(unwritable.err.contains(u"cannot write /nonexistent/dir/setup.dat"_s));
+}
+
+TEST(SessionCommands, SetTimeSetsTheRecordersClock)
+{
+    SimProcess sim;
+    ASSERT_TRUE(sim.isRunning());
+    const auto set = sim.cli({u"set-time"_s, u"2030-01-02T03:04:05"_s});
+    ASSERT_EQ(set.exitCode, 0) << set.err.toStdString();
+    EXPECT_TRUE(set.out.startsWith(u"recorder time: 2030-01-02 03:04:0"_s))
+        << set.out.toStdString();
+
+    const auto info = sim.cli({u"info"_s});
+    const QString line = info.out.section(u"recorder time: "_s, 1).trimmed();
+    const QDateTime reported = QDateTime::fromString(line, u"yyyy-MM-dd HH:mm:ss"_s);
+    const QDateTime expected(QDate(2030, 1, 2), QTime(3, 4, 5));
+    EXPECT_GE(reported.secsTo(expected), -120) << line.toStdString();
+    EXPECT_LE(reported.secsTo(expected), 0) << line.toStdString();
+
+    EXPECT_EQ(sim.cli({u"set-time"_s, u"2030-13-02T03:04:05"_s}).exitCode, 2);
+}
+
+TEST(SessionCommands, FailuresMapToExitCodes)
+{
+    QTemporaryDir dir;
+    const QString adminPassword = dir.filePath(u"admin"_s);
+    testsupport::writeFile(adminPassword, "right\n");
+    const QString wrongPassword = dir.filePath(u"wrong"_s);
+    testsupport::writeFile(wrongPassword, "wrong\n");
+    SimProcess sim({u"--admin-password-file"_s, adminPassword});
+    ASSERT_TRUE(sim.isRunning());
+
+    struct Case
+    {
+        const char *what;
+        QStringList global;
+        int exitCode;
+        QString message;
+    };
+    const Case cases[] = {
+        {"right password", {u"--password-file"_s, adminPassword}, 0, QString()},
+        {"wrong password",
+         {u"--password-file"_s, wrongPassword},
+         1,
+         u"Login failed by password error"_s},
+        {"unknown account", {u"--user"_s, u"nobody"_s}, 1, u"Login failed\n"_s},
+        {"unreadable password file",
+         {u"--password-file"_s, dir.filePath(u"missing"_s)},
+         2,
+         u"cannot read password file"_s},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        const auto run = sim.cli({u"info"_s}, c.global);
+        EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
+    }
+
+    const quint16 port = sim.port();
+    sim.kill();
+    const auto closed = sim.cli({u"info"_s});
+    EXPECT_EQ(closed.exitCode, 3);
+    EXPECT_TRUE(closed.err.contains(u"cannot connect to 127.0.0.1:%1"_s.arg(port)))
+        << closed.err.toStdString();
+}
+
+TEST(SessionCommands, ASlowRecorderTimesOut)
+{
+    SimProcess sim({u"--delay-ms"_s, u"3000"_s});
+    ASSERT_TRUE(sim.isRunning());
+    const auto run = sim.cli({u"info"_s}, {u"--timeout"_s, u"1"_s});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_TRUE(run.err.contains(u"no setup record from 127.0.0.1"_s)) << run.err.toStdString();
+}

@@ -1,0 +1,149 @@
+#include "i18n/LanguageConfigReader.h"
+#include "tests/TestSupport.h"
+
+#include <QDirIterator>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+using namespace Qt::StringLiterals;
+
+// Checks the shipped language.config against the program: every text the
+// program passes to the translator must be an item with a word in every
+// language, and each word must keep the placeholders of its text.
+namespace {
+
+struct ShippedFile : nelib::LanguageConfigReader::Consumer
+{
+    std::map<qint32, QString> languages;
+    std::map<QString, qint32> itemsByText;
+    std::map<qint32, QString> items;
+    std::map<std::pair<qint32, qint32>, QString> words; // (item, language)
+
+    void language(qint32 number, const QString &name) override { languages[number] = name; }
+    void item(qint32 number, const QString &text) override
+    {
+        items[number] = text;
+        itemsByText[text] = number;
+    }
+    void word(qint32 item, qint32 language, const QString &text) override
+    {
+        words[{item, language}] = text;
+    }
+};
+
+QString decodeCLiteral(const QString &body)
+{
+    QString text;
+    for (qsizetype i = 0; i < body.size(); ++i) {
+        if (body[i] != u'\\' || i + 1 == body.size()) {
+            text += body[i];
+            continue;
+        }
+        switch (body[++i].unicode()) {
+        case 'n':
+            text += u'\n';
+            break;
+        case 'r':
+            text += u'\r';
+            break;
+        case 't':
+            text += u'\t';
+            break;
+        default:
+            text += body[i];
+            break;
+        }
+    }
+    return text;
+}
+
+// Texts in tr("...") and RS_TEXT("..."), adjacent literals joined.
+std::set<QString> textsShownByTheProgram()
+{
+    static const QRegularExpression call(
+        uR"re((?:\btr|\bRS_TEXT)\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))re"_s);
+    static const QRegularExpression literal(uR"re("((?:[^"\\]|\\.)*)")re"_s);
+    std::set<QString> texts;
+    for (const char *folder : {"app", "session", "setup", "i18n", "pages", "cli", "sim"}) {
+        QDirIterator it(testsupport::sourceDir() + u'/' + QLatin1StringView(folder),
+                        {u"*.cpp"_s, u"*.h"_s}, QDir::Files, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            // Comment lines may quote the spellings themselves.
+            static const QRegularExpression commentLine(u"^\\s*//.*$"_s,
+                                                        QRegularExpression::MultilineOption);
+            const QString source
+                = QString::fromUtf8(testsupport::readFile(it.next())).remove(commentLine);
+            for (const auto &m : call.globalMatch(source)) {
+                QString text;
+                for (const auto &part : literal.globalMatch(m.captured(1)))
+                    text += decodeCLiteral(part.captured(1));
+                texts.insert(text);
+            }
+        }
+    }
+    return texts;
+}
+
+QStringList placeholders(const QString &text)
+{
+    static const QRegularExpression format(u"%[0-9]*[sd]"_s);
+    QStringList found;
+    for (const auto &m : format.globalMatch(text))
+        found.append(m.captured());
+    return found;
+}
+
+ShippedFile readShippedFile()
+{
+    ShippedFile file;
+    const QByteArray bytes
+        = testsupport::readFile(testsupport::sourceDir() + u"/i18n/language.config"_s);
+    nelib::LanguageConfigReader reader(bytes);
+    EXPECT_EQ(reader.read(file), nelib::LanguageConfigReader::Status::Complete)
+        << "the parse stopped at byte " << reader.position();
+    return file;
+}
+
+} // namespace
+
+TEST(LanguageConfig, EveryItemHasAWordInEveryLanguageWithItsPlaceholders)
+{
+    const ShippedFile file = readShippedFile();
+    ASSERT_GE(file.languages.size(), 2u);
+    EXPECT_EQ(file.items.size(), file.itemsByText.size()) << "two items share an English text";
+    for (const auto &[number, text] : file.items) {
+        for (const auto &[language, name] : file.languages) {
+            const auto word = file.words.find({number, language});
+            if (word == file.words.end()) {
+                ADD_FAILURE() << "item " << number << " has no " << name.toStdString() << " word";
+                continue;
+            }
+            EXPECT_EQ(placeholders(word->second), placeholders(text))
+                << "item " << number << " in " << name.toStdString();
+        }
+    }
+}
+
+TEST(LanguageConfig, EveryTextTheProgramShowsIsTranslated)
+{
+    const ShippedFile file = readShippedFile();
+    const std::set<QString> texts = textsShownByTheProgram();
+    ASSERT_FALSE(texts.empty());
+    for (const QString &text : texts) {
+        // The file format cannot carry a double quote; such texts stay English.
+        if (text.contains(u'"'))
+            continue;
+        const auto item = file.itemsByText.find(text);
+        if (item == file.itemsByText.end()) {
+            ADD_FAILURE() << "no item for \"" << text.toStdString() << "\"";
+            continue;
+        }
+        for (const auto &[language, name] : file.languages)
+            EXPECT_TRUE(file.words.count({item->second, language}))
+                << name.toStdString() << " lacks \"" << text.toStdString() << "\"";
+    }
+}

@@ -1,0 +1,194 @@
+#include "setup/FactoryDefaults.h"
+
+#include "setup/FieldTable.h"
+#include "setup/FieldWriter.h"
+#include "setup/LittleEndian.h"
+
+#include <QList>
+#include <QString>
+
+#include "tests/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include <algorithm>
+
+using namespace setup;
+using nelib::LittleEndian;
+
+namespace {
+
+const FieldInfo &field(const char *group, const char *name)
+{
+    const FieldGroup *g = FieldTable::findGroup(group);
+    const FieldInfo *f = g ? FieldTable::findField(*g, name) : nullptr;
+    if (!f)
+        throw std::runtime_error(std::string("no field ") + group + "." + name);
+    return *f;
+}
+
+// Every element of the field, in index order.
+QList<quint32> values(QByteArrayView record, const char *group, const char *name)
+{
+    const FieldInfo &f = field(group, name);
+    QList<quint32> out;
+    for (int i = 0; i < f.count; ++i) {
+        for (int j = 0; j < f.count2; ++j)
+            out.append(FieldTable::number(record, f, i, j));
+    }
+    return out;
+}
+
+// "start" or "end" time of entry i as minutes since midnight.
+quint32 minuteOfDay(QByteArrayView record, const char *group, const std::string &which, int i)
+{
+    return FieldTable::number(record, field(group, (which + "-hour").c_str()), i) * 60
+           + FieldTable::number(record, field(group, (which + "-minute").c_str()), i);
+}
+
+const QByteArray &defaults()
+{
+    static const QByteArray record = FactoryDefaults::record();
+    return record;
+}
+
+} // namespace
+
+TEST(FactoryDefaults, HeaderCarriesLayoutVersionAndTheGivenIdentity)
+{
+    const QByteArray &r = defaults();
+    ASSERT_EQ(r.size(), 15148);
+    EXPECT_EQ(LittleEndian::u32(r, 0), 0x00010011u);
+    EXPECT_EQ(LittleEndian::u32(r, 16), FactoryDefaults::ModelId);
+    EXPECT_EQ(r.sliced(4, 4), QByteArray("\x01\x00\x00\x00", 4));
+
+    const QByteArray other = FactoryDefaults::record(0xCAFE0042, {2, 10, 0, 7});
+    EXPECT_EQ(LittleEndian::u32(other, 16), 0xCAFE0042u);
+    EXPECT_EQ(other.sliced(4, 4), QByteArray("\x02\x0A\x00\x07", 4));
+    EXPECT_EQ(other.sliced(32), r.sliced(32)) << "the identity must change the header only";
+}
+
+// Read at the raw offsets, so that a shifted table cannot hide a shifted default.
+TEST(FactoryDefaults, CameraTitlesAndAudioSitInTheChannelRecords)
+{
+    const QByteArray &r = defaults();
+    for (int n = 1; n <= 16; ++n) {
+        const int record = 1300 + 48 * (n - 1);
+        EXPECT_EQ(LittleEndian::text(r, record, 20),
+                  QStringLiteral("CAM %1").arg(n, 2, 10, QLatin1Char('0')).toLatin1());
+        EXPECT_EQ(LittleEndian::u8(r, record + 23), 0) << "covert, channel " << n;
+        EXPECT_EQ(LittleEndian::u8(r, record + 32), n <= 4 ? 1u << (n - 1) : 0u)
+            << "audio, channel " << n;
+    }
+}
+
+TEST(FactoryDefaults, AccountsHaveEmptyPasswordsAndNetworkAccess)
+{
+    const QByteArray &r = defaults();
+    EXPECT_TRUE(std::all_of(r.begin() + 32, r.begin() + 32 + 132, [](char c) { return c == 0; }));
+    EXPECT_EQ(LittleEndian::u32(r, 172), 0x3FFFFu) << "Admin holds every right";
+    for (int k = 1; k < 11; ++k) {
+        const quint32 rights = LittleEndian::u32(r, 172 + 4 * k);
+        EXPECT_TRUE(rights & (1u << 8)) << "account " << k << " cannot log in over the network";
+        EXPECT_EQ(rights & ~0x3FFFFu, 0u) << "account " << k;
+        EXPECT_FALSE(rights & (1u << 17)) << "only Admin may change accounts";
+    }
+}
+
+// Values every page must be able to show.
+TEST(FactoryDefaults, ValuesLieInTheirPagesRanges)
+{
+    const QByteArray &r = defaults();
+    struct Range
+    {
+        const char *group, *name;
+        quint32 min, max;
+    };
+    const Range ranges[] = {
+        {"alarm-in", "dwell", 1, 99},
+        {"motion", "dwell", 1, 99},
+        {"motion", "day-start-hour", 0, 23},
+        {"motion", "night-start-hour", 0, 23},
+        {"motion", "day-mask", 0x3FFFFFFF, 0x3FFFFFFF},
+        {"interval", "sequence", 1, 30},
+        {"interval", "pip", 1, 30},
+        {"interval", "spot", 1, 30},
+        {"interval", "event-update", 1, 3},
+        {"record", "dwell", 1, 5},
+        {"record", "frame-rate", 0, 5},
+        {"record", "width-code", 1, 2},
+        {"record", "height-code", 0, 1},
+        {"record", "quality", 0xFF00, 0xFF03},
+        {"record", "event-type", 1, 3},
+        {"schedule", "count", 0, 40},
+        {"holiday", "count", 0, 220},
+        {"dst", "start-month", 1, 12},
+        {"dst", "end-month", 1, 12},
+        {"dst", "start-hour", 0, 24},
+        {"dst", "end-week", 0, 5},
+        {"date-time", "time-zone", 0, 84},
+        {"alarm-out", "line-count", 0, 21},
+    };
+    for (const Range &range : ranges) {
+        SCOPED_TRACE(std::string(range.group) + "." + range.name);
+        for (quint32 v : values(r, range.group, range.name)) {
+            EXPECT_GE(v, range.min);
+            EXPECT_LE(v, range.max);
+        }
+    }
+    EXPECT_EQ(values(r, "record", "frame-rate"), values(r, "record", "frame-rate-copy"));
+    EXPECT_EQ(values(r, "record", "quality"), values(r, "record", "quality-copy"));
+
+    const QList<quint32> dayHour = values(r, "motion", "day-start-hour");
+    const QList<quint32> nightHour = values(r, "motion", "night-start-hour");
+    for (int c = 0; c < 16; ++c)
+        EXPECT_LT(dayHour[c], nightHour[c]) << "motion time rule, channel " << c + 1;
+
+    // Each used schedule entry passes the page's time check; so does every
+    // alarm-out line, whether in use or not.
+    const int entries = int(values(r, "schedule", "count")[0]);
+    for (int i = 0; i < entries; ++i)
+        EXPECT_LT(minuteOfDay(r, "schedule", "start", i), minuteOfDay(r, "schedule", "end", i));
+    for (int l = 0; l < 21; ++l)
+        EXPECT_LT(minuteOfDay(r, "alarm-out", "start", l), minuteOfDay(r, "alarm-out", "end", l));
+}
+
+TEST(FactoryDefaults, EnumerationsNameEveryDefaultValue)
+{
+    const QByteArray &r = defaults();
+    for (const FieldGroup &g : FieldTable::groups()) {
+        for (const FieldInfo &f : g.fields) {
+            if (f.valueNames.empty())
+                continue;
+            for (int i = 0; i < f.count; ++i) {
+                for (int j = 0; j < f.count2; ++j) {
+                    const quint32 v = FieldTable::number(r, f, i, j);
+                    EXPECT_NE(f.valueName(v), nullptr)
+                        << g.key << "." << f.name << "[" << i << "][" << j << "] = " << v;
+                }
+            }
+        }
+    }
+    EXPECT_STREQ(field("osd", "time-out").valueName(0xFFFFFFFF), "Off");
+}
+
+TEST(FactoryDefaults, DefaultFileBesideTheExecutablesIsTheInCodeRecord)
+{
+    const QByteArray file
+        = testsupport::readFile(testsupport::dataDir() + QStringLiteral("/DEFDVRSETUP.DAT"));
+    ASSERT_EQ(file.size(), 15148);
+    EXPECT_EQ(LittleEndian::u32(file, 0), 0x00010011u);
+    EXPECT_EQ(file, defaults());
+}
+
+TEST(FactoryDefaultsDeathTest, WriterRefusesNamesAndValuesTheTableDoesNotHave)
+{
+    QByteArray r = defaults();
+    FieldWriter camera(r, Section::Camera);
+    EXPECT_DEATH(camera.set("no-such-field", 1), "camera has no field no-such-field");
+    EXPECT_DEATH(camera.set("covert", 256), "cannot hold 256");
+    EXPECT_DEATH(camera.set("covert", 1, 16), "no element");
+    EXPECT_DEATH(camera.set("title", 1), "not a number field");
+}

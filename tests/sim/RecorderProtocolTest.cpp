@@ -1,0 +1,498 @@
+#include "session/PacketString.h"
+#include "session/RemoteCommand.h"
+#include "setup/FactoryDefaults.h"
+#include "setup/LittleEndian.h"
+#include "sim/SetupAnswerValues.h"
+#include "sim/UserAccounts.h"
+#include "tests/TestSupport.h"
+#include "tests/sim/SimFixture.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QTest>
+#include <QTimeZone>
+
+using nelib::LittleEndian;
+using session::Frame;
+
+namespace {
+
+constexpr quint32 Accepted = 1;
+constexpr qsizetype RecordSize = 15148;
+constexpr quint32 CameraCategory = 5;
+constexpr quint32 WholeBlock = 8;
+
+// Some bytes unlike anything in the factory defaults.
+QByteArray pattern(qsizetype size, char seed)
+{
+    QByteArray bytes(size, '\0');
+    for (qsizetype i = 0; i < size; ++i)
+        bytes[i] = char(seed + 7 * i);
+    return bytes;
+}
+
+PACKET_PARAM timeParam(quint32 mode, std::array<quint32, 6> fields = {})
+{
+    PACKET_PARAM param;
+    param.words[0] = mode;
+    std::copy(fields.begin(), fields.end(), param.words.begin() + 1);
+    return param;
+}
+
+QDateTime timeOf(const Frame &answer)
+{
+    const auto &w = answer.param.words;
+    return QDateTime(QDate(int(w[1]), int(w[2]), int(w[3])), QTime(int(w[4]), int(w[5]), int(w[6])),
+                     QTimeZone::utc());
+}
+
+// Proves that nothing was answered before: answers keep their order, so the
+// acknowledgement of an OPEN sent now must be the very next frame.
+void expectNothingAnsweredBefore(FrameClient &client)
+{
+    const auto next = client.request(RemoteCommand::Open);
+    ASSERT_TRUE(next);
+    EXPECT_EQ(next->command, RemoteCommand::OpenAck);
+}
+
+} // namespace
+
+class RecorderProtocol : public SimFixture
+{
+};
+
+TEST_F(RecorderProtocol, LoginCodesFollowTheUsersSection)
+{
+    // Admin has a password and no rights word at all (it holds every right
+    // anyway); User1 has a full 12-byte password; Manager2 lacks Network Access.
+    QByteArray record = setup::FactoryDefaults::record();
+    ASSERT_TRUE(sim::UserAccounts::setPassword(record, 0, "secret"));
+    ASSERT_TRUE(sim::UserAccounts::setPassword(record, 4, "abcdefghijkl"));
+    LittleEndian::setU32(record, 172, 0);
+    const quint32 manager2Rights = LittleEndian::u32(record, 172 + 4 * 2);
+    LittleEndian::setU32(record, 172 + 4 * 2, manager2Rights & ~sim::UserAccounts::NetworkAccess);
+    testsupport::writeFile(recordPath(), record);
+    options.channels = 8;
+    options.videoStandard = 1;
+    ASSERT_TRUE(start());
+
+    struct Case
+    {
+        const char *member;
+        const char *password;
+        quint32 code;
+    };
+    const Case cases[] = {
+        {"Admin", "secret", 1},
+        {"aDMIN", "secret", 1},
+        {"Admin", "", 2},
+        {"Admin", "secret2", 2},
+        {"Admin", "Secret", 2},
+        {"User1", "abcdefghijkl", 1},
+        {"User1", "abcdefghijklm", 2},
+        {"User1", "abcdefghijk", 2},
+        {"user7", "", 1},
+        {"Manager2", "", 5},
+        {"Manager2", "wrong", 2},
+        {"Nobody", "", 0},
+        {"", "", 0},
+        {"Admin2", "secret", 0},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(std::string(c.member) + " / " + c.password);
+        auto client = connect();
+        const auto answer = client->login(c.member, c.password);
+        ASSERT_TRUE(answer);
+        const QByteArray bytes = answer->toBytes();
+        EXPECT_EQ(LittleEndian::u32(bytes, 0), c.code);
+        EXPECT_EQ(LittleEndian::u8(bytes, 4), 8);
+        EXPECT_EQ(LittleEndian::u8(bytes, 6), 1);
+    }
+}
+
+TEST_F(RecorderProtocol, LoginsBeyondMaxUsersAreRefusedUntilASessionEnds)
+{
+    options.maxUsers = 2;
+    ASSERT_TRUE(start());
+    auto first = admin();
+    auto failed = connect();
+    ASSERT_TRUE(failed->login("Admin", "wrong"));
+    auto second = admin();
+    // Logging in again does not count the session twice.
+    auto again = second->login("Admin", "");
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->words[0], Accepted);
+
+    auto third = connect();
+    auto refused = third->login("Admin", "");
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->words[0], 4u);
+
+    first->disconnect();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 3; }, FrameClient::WaitMs));
+    auto retried = third->login("Admin", "");
+    ASSERT_TRUE(retried);
+    EXPECT_EQ(retried->words[0], Accepted);
+}
+
+// A forced refusal leaves the session as unserved as one that never logged in.
+TEST_F(RecorderProtocol, RefuseLoginForcesItsCodeAndOnlyOpenAndLoginAreServedWithout)
+{
+    options.refuseLoginCode = 7;
+    ASSERT_TRUE(start());
+    const QByteArray before = storedRecord();
+    auto client = connect();
+    const auto answer = client->login("Admin", "");
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->words[0], 7u);
+    client->send(RemoteCommand::SetupRequest);
+    client->send(RemoteCommand::DateTime, timeParam(1));
+    PACKET_PARAM write;
+    write.words = {CameraCategory, 4, 1300};
+    client->send(RemoteCommand::SetupWrite, write, "abcd");
+    expectNothingAnsweredBefore(*client);
+    EXPECT_EQ(storedRecord(), before);
+}
+
+TEST_F(RecorderProtocol, SetupAnswerCarriesTheRecordAndTheHardwareCounts)
+{
+    options.channels = 16;
+    ASSERT_TRUE(start());
+    auto client = admin();
+    PACKET_PARAM request;
+    request.words[0] = RecordSize;
+    const auto answer = client->request(RemoteCommand::SetupRequest, request);
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->command, RemoteCommand::SetupAnswer);
+    EXPECT_EQ(answer->payload, storedRecord());
+    EXPECT_EQ(answer->payload, setup::FactoryDefaults::record());
+    const QByteArray param = answer->param.toBytes();
+    EXPECT_EQ(LittleEndian::u32(param, 8), 0u);
+    EXPECT_EQ(LittleEndian::u16(param, 12), 16);
+    EXPECT_EQ(LittleEndian::u16(param, 14), 4);
+    EXPECT_EQ(LittleEndian::u16(param, 16), 4);
+    EXPECT_EQ(LittleEndian::u16(param, 18), 2);
+}
+
+TEST(SetupAnswerValues, ScaleWithTheChannelCount)
+{
+    struct Case
+    {
+        int channels;
+        sim::SetupAnswerValues values;
+    };
+    const Case cases[] = {
+        {1, {1, 1, 1, 1}}, {4, {4, 1, 4, 1}}, {5, {5, 2, 4, 1}},
+        {8, {8, 2, 4, 1}}, {9, {9, 3, 4, 2}}, {16, {16, 4, 4, 2}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.channels);
+        EXPECT_EQ(sim::SetupAnswerValues::forChannels(c.channels), c.values);
+    }
+}
+
+TEST_F(RecorderProtocol, WritesApplyAtOnceAndReachTheFile)
+{
+    ASSERT_TRUE(start());
+    auto client = admin();
+    auto watcher = admin();
+    const QByteArray camera = pattern(768, 'c');
+    const QByteArray users = pattern(532, 'u');
+    // Were these answered, the acknowledgement would not come next.
+    client->send(RemoteCommand::KeepAlive);
+    client->send(0x7777, {}, "unknown");
+    EXPECT_EQ(client->write(CameraCategory, 1300, camera), 1);
+    EXPECT_EQ(client->write(10, 32, users), 1);
+    // The last byte of the record is writable too.
+    EXPECT_EQ(client->write(1, 15147, "z"), 1);
+
+    QByteArray expected = setup::FactoryDefaults::record();
+    expected.replace(1300, 768, camera);
+    expected.replace(32, 532, users);
+    expected[15147] = 'z';
+    EXPECT_EQ(storedRecord(), expected);
+    EXPECT_EQ(watcher->setupRecord(), expected);
+}
+
+TEST_F(RecorderProtocol, WritesFailingAnyCheckAreRefusedAndChangeNothing)
+{
+    ASSERT_TRUE(start());
+    auto client = admin();
+    const QByteArray before = storedRecord();
+    struct Case
+    {
+        const char *what;
+        quint32 category;
+        quint32 length;
+        quint32 offset;
+        qsizetype payload;
+    };
+    const Case cases[] = {
+        {"header", 0, 4, 28, 4},
+        {"header start", 0, 32, 0, 32},
+        {"one past the end", 1, 2, 15147, 2},
+        {"offset past the end", 1, 1, 15148, 1},
+        {"wrapping sum", 1, 0x20, 0xFFFFFFF0, 0x20},
+        {"huge length", 1, 0xFFFFFFFF, 32, 16},
+        {"short payload", 5, 768, 1300, 767},
+        {"long payload", 5, 768, 1300, 769},
+        {"missing payload", 3, 24, 564, 0},
+        {"staged into the header", WholeBlock, 32, 0, 32},
+        {"staged past the end", WholeBlock, 1272, 13877, 1272},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        PACKET_PARAM param;
+        param.words = {c.category, c.length, c.offset};
+        const auto ack = client->request(RemoteCommand::SetupWrite, param, pattern(c.payload, 'x'));
+        ASSERT_TRUE(ack);
+        EXPECT_EQ(ack->command, RemoteCommand::SetupWriteAck);
+        EXPECT_EQ(ack->param.words[0], 0u);
+    }
+    EXPECT_EQ(client->commit(), 1);
+    EXPECT_EQ(storedRecord(), before);
+    EXPECT_EQ(client->setupRecord(), before);
+}
+
+TEST_F(RecorderProtocol, WholeBlockWritesWaitForTheirSessionsCommit)
+{
+    ASSERT_TRUE(start());
+    auto importer = admin();
+    auto watcher = admin();
+    const QByteArray before = storedRecord();
+    const QByteArray system = pattern(572, 's');
+    const QByteArray device = pattern(92, 'd');
+    EXPECT_EQ(importer->write(WholeBlock, 32, system), 1);
+    EXPECT_EQ(importer->write(WholeBlock, 13784, device), 1);
+
+    EXPECT_EQ(storedRecord(), before);
+    EXPECT_EQ(importer->setupRecord(), before);
+    EXPECT_EQ(watcher->setupRecord(), before);
+    // Another session's commit does not take them.
+    EXPECT_EQ(watcher->commit(), 1);
+    EXPECT_EQ(storedRecord(), before);
+
+    EXPECT_EQ(importer->commit(), 1);
+    QByteArray expected = before;
+    expected.replace(32, 572, system);
+    expected.replace(13784, 92, device);
+    EXPECT_EQ(storedRecord(), expected);
+    EXPECT_EQ(watcher->setupRecord(), expected);
+    // The commit used them up.
+    EXPECT_EQ(watcher->write(0, 32, before.sliced(32, 572)), 1);
+    EXPECT_EQ(importer->commit(), 1);
+    EXPECT_EQ(storedRecord().sliced(32, 572), before.sliced(32, 572));
+
+    // A session that ends before its commit takes its staged writes along.
+    importer->write(WholeBlock, 604, pattern(696, 'p'));
+    importer->disconnect();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 1; }, FrameClient::WaitMs));
+    EXPECT_EQ(watcher->commit(), 1);
+    EXPECT_EQ(storedRecord().sliced(604, 696), before.sliced(604, 696));
+}
+
+TEST_F(RecorderProtocol, DropAfterClosesOnceTheNthFrameIsAnswered)
+{
+    options.dropAfter = 3;
+    ASSERT_TRUE(start());
+    auto client = connect();
+    // Three frames in one go, a fourth behind them that is never read.
+    client->send(RemoteCommand::Open);
+    PACKET_STRING login;
+    login.memberId = "Admin";
+    client->send(RemoteCommand::Login, {}, login.toBytes());
+    client->send(RemoteCommand::SetupRequest);
+    client->send(RemoteCommand::Open);
+
+    const qint32 expected[]
+        = {RemoteCommand::OpenAck, RemoteCommand::LoginAnswer, RemoteCommand::SetupAnswer};
+    for (const qint32 command : expected) {
+        const auto frame = client->next();
+        ASSERT_TRUE(frame);
+        EXPECT_EQ(frame->command, command);
+    }
+    EXPECT_TRUE(client->waitClosed());
+    EXPECT_FALSE(client->take());
+
+    // Every connection gets its own count.
+    auto other = connect();
+    EXPECT_TRUE(other->request(RemoteCommand::Open));
+}
+
+TEST_F(RecorderProtocol, MalformedFramesCloseOnlyTheirConnection)
+{
+    ASSERT_TRUE(start());
+    auto bystander = admin();
+
+    QByteArray badMagic = Frame::encode(0, RemoteCommand::Open, {});
+    badMagic[0] = 'X';
+    QByteArray tooLong = Frame::encode(0, RemoteCommand::Open, {});
+    LittleEndian::setU32(tooLong, Frame::TotalLengthOffset, 60 + 1024 * 1024 + 1);
+    QByteArray tooShort = Frame::encode(0, RemoteCommand::Open, {});
+    LittleEndian::setU32(tooShort, Frame::TotalLengthOffset, 59);
+    const QByteArray garbage = pattern(200, 'g');
+    const QByteArray inputs[] = {badMagic, tooLong, tooShort, garbage};
+    for (const QByteArray &input : inputs) {
+        SCOPED_TRACE(input.left(32).toHex().toStdString());
+        auto client = admin();
+        client->sendRaw(input);
+        EXPECT_TRUE(client->waitClosed());
+        EXPECT_FALSE(client->take());
+    }
+
+    // A whole frame in front of the bad bytes is still served.
+    PACKET_PARAM write;
+    write.words = {CameraCategory, 4, 1300};
+    const QByteArray valid = Frame::encode(2, RemoteCommand::SetupWrite, write, "kept");
+    auto client = admin();
+    client->sendRaw(valid + garbage + valid);
+    const auto ack = client->next();
+    ASSERT_TRUE(ack);
+    EXPECT_EQ(ack->command, RemoteCommand::SetupWriteAck);
+    EXPECT_EQ(ack->param.words[0], 1u);
+    EXPECT_TRUE(client->waitClosed());
+    EXPECT_FALSE(client->take());
+
+    EXPECT_EQ(storedRecord().sliced(1300, 4), QByteArray("kept"));
+    EXPECT_EQ(bystander->setupRecord(), storedRecord());
+}
+
+TEST_F(RecorderProtocol, ClockCanBeSetAndReadAndIgnoresInvalidTimes)
+{
+    ASSERT_TRUE(start());
+    auto client = admin();
+    auto other = admin();
+    const QDateTime set(QDate(2031, 2, 3), QTime(4, 5, 6), QTimeZone::utc());
+    // Generous bounds: the clock runs on while the test does.
+    const auto expectNearSetTime = [&](const std::optional<Frame> &answer, quint32 mode) {
+        ASSERT_TRUE(answer);
+        EXPECT_EQ(answer->command, RemoteCommand::DateTimeAnswer);
+        EXPECT_EQ(answer->param.words[0], mode);
+        const QDateTime time = timeOf(*answer);
+        EXPECT_GE(time, set);
+        EXPECT_LE(time, set.addSecs(3600)) << time.toString().toStdString();
+    };
+
+    expectNearSetTime(client->request(RemoteCommand::DateTime, timeParam(2, {2031, 2, 3, 4, 5, 6})),
+                      2);
+    expectNearSetTime(other->request(RemoteCommand::DateTime, timeParam(1)), 1);
+
+    const std::array<quint32, 6> invalid[] = {
+        {2031, 2, 29, 0, 0, 0},      {2030, 13, 1, 0, 0, 0},  {2030, 0, 1, 0, 0, 0},
+        {2030, 1, 0, 0, 0, 0},       {2030, 1, 1, 24, 0, 0},  {2030, 1, 1, 0, 60, 0},
+        {2030, 1, 1, 0, 0, 60},      {1969, 12, 31, 0, 0, 0}, {2100, 1, 1, 0, 0, 0},
+        {0xFFFFFFFF, 1, 1, 0, 0, 0},
+    };
+    for (const auto &fields : invalid) {
+        SCOPED_TRACE(&fields - invalid);
+        expectNearSetTime(client->request(RemoteCommand::DateTime, timeParam(2, fields)), 2);
+    }
+    // A leap day is a real day.
+    const auto leap
+        = client->request(RemoteCommand::DateTime, timeParam(2, {2032, 2, 29, 23, 59, 0}));
+    ASSERT_TRUE(leap);
+    EXPECT_GE(timeOf(*leap), QDateTime(QDate(2032, 2, 29), QTime(23, 59), QTimeZone::utc()));
+}
+
+TEST_F(RecorderProtocol, DelayHoldsEveryAnswerBackButKeepsTheirOrder)
+{
+    options.delayMs = 300;
+    ASSERT_TRUE(start());
+    auto client = connect();
+    QElapsedTimer elapsed;
+    elapsed.start();
+    client->send(RemoteCommand::Open);
+    PACKET_STRING login;
+    login.memberId = "Admin";
+    client->send(RemoteCommand::Login, {}, login.toBytes());
+    client->send(RemoteCommand::SetupRequest);
+    PACKET_PARAM write;
+    write.words = {CameraCategory, 1, 1300};
+    client->send(RemoteCommand::SetupWrite, write, "w");
+    client->send(RemoteCommand::DateTime, timeParam(1));
+
+    const qint32 expected[]
+        = {RemoteCommand::OpenAck, RemoteCommand::LoginAnswer, RemoteCommand::SetupAnswer,
+           RemoteCommand::SetupWriteAck, RemoteCommand::DateTimeAnswer};
+    for (quint32 i = 0; i < std::size(expected); ++i) {
+        const auto frame = client->next();
+        ASSERT_TRUE(frame);
+        EXPECT_EQ(frame->command, expected[i]);
+        EXPECT_EQ(frame->sequence, i);
+    }
+    // Only a lower bound: a slow machine can make it later, never earlier.
+    EXPECT_GE(elapsed.elapsed(), 300);
+}
+
+// A fleet of clients saving at once, each waiting for every acknowledgement
+// before its next write, on the recorder's single thread.
+TEST_F(RecorderProtocol, ServesTwoHundredSessionsWritingAHundredSectionsEach)
+{
+    constexpr int Clients = 200;
+    constexpr int Writes = 100;
+    constexpr int Slice = 50; // each client owns 50 bytes from offset 1300
+    QLoggingCategory::setFilterRules(QStringLiteral("recorder.sim.info=false"));
+    options.maxUsers = Clients;
+    ASSERT_TRUE(start());
+
+    std::vector<std::unique_ptr<FrameClient>> clients;
+    for (int i = 0; i < Clients; ++i)
+        clients.push_back(std::make_unique<FrameClient>(server->port()));
+    PACKET_STRING login;
+    login.memberId = "Admin";
+    for (auto &client : clients) {
+        client->send(RemoteCommand::Open);
+        client->send(RemoteCommand::Login, {}, login.toBytes());
+    }
+    const auto sendWrite = [&](int i, int n) {
+        PACKET_PARAM param;
+        param.words = {0, Slice, quint32(1300 + Slice * i)};
+        clients[std::size_t(i)]->send(RemoteCommand::SetupWrite, param, pattern(Slice, char(n)));
+    };
+    for (int i = 0; i < Clients; ++i)
+        sendWrite(i, 0);
+
+    // Per client: answers seen (2 for the opening and login, then acks).
+    std::vector<int> answers(Clients, 0);
+    int refusals = 0;
+    const bool done = QTest::qWaitFor(
+        [&] {
+            bool all = true;
+            for (int i = 0; i < Clients; ++i) {
+                while (const auto frame = clients[std::size_t(i)]->take()) {
+                    const int seen = ++answers[std::size_t(i)];
+                    if (seen <= 2)
+                        continue;
+                    refusals += frame->param.words[0] != 1;
+                    if (seen - 2 < Writes)
+                        sendWrite(i, seen - 2);
+                }
+                all = all && answers[std::size_t(i)] == Writes + 2;
+            }
+            return all;
+        },
+        10 * 60 * 1000);
+    QLoggingCategory::setFilterRules({});
+    ASSERT_TRUE(done);
+    EXPECT_EQ(refusals, 0);
+
+    const QByteArray stored = storedRecord();
+    for (int i = 0; i < Clients; ++i)
+        ASSERT_EQ(stored.sliced(1300 + Slice * i, Slice), pattern(Slice, char(Writes - 1))) << i;
+}
+
+TEST_F(RecorderProtocol, AChangeThatCannotBeSavedIsRefusedAndUndone)
+{
+    ASSERT_TRUE(start());
+    auto client = admin();
+    const QByteArray before = client->setupRecord();
+    ASSERT_TRUE(QFile::remove(recordPath()));
+    ASSERT_TRUE(QDir().mkdir(recordPath()));
+
+    EXPECT_EQ(client->write(CameraCategory, 1300, "lost"), 0);
+    EXPECT_EQ(client->write(WholeBlock, 1300, "lost"), 1);
+    EXPECT_EQ(client->commit(), 0);
+    EXPECT_EQ(client->setupRecord(), before);
+}

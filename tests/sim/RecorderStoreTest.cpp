@@ -1,0 +1,121 @@
+#include "sim/RecorderStore.h"
+#include "setup/FactoryDefaults.h"
+#include "sim/UserAccounts.h"
+#include "tests/TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+using sim::RecorderStore;
+
+namespace {
+
+constexpr qsizetype RecordSize = 15148;
+
+} // namespace
+
+TEST(RecorderStore, CreatesMissingFilesFromTheDefaultsAndKeepsExistingOnes)
+{
+    QTemporaryDir dir;
+    QByteArray custom = setup::FactoryDefaults::record(0x00AB00CD, {2, 3, 4, 5});
+    ASSERT_TRUE(sim::UserAccounts::setPassword(custom, sim::UserAccounts::Admin, "twelve-bytes"));
+    struct Case
+    {
+        const char *file;
+        RecorderStore::NewRecord fresh;
+        QByteArray expected;
+    };
+    const Case cases[] = {
+        {"plain.dat", {}, setup::FactoryDefaults::record()},
+        {"custom.dat", {0x00AB00CD, std::array<quint8, 4> {2, 3, 4, 5}, "twelve-bytes"}, custom},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.file);
+        const QString path = dir.filePath(QLatin1StringView(c.file));
+        RecorderStore created;
+        QString error;
+        ASSERT_TRUE(created.open(path, c.fresh, &error)) << error.toStdString();
+        EXPECT_TRUE(created.created());
+        EXPECT_EQ(created.record(), c.expected);
+        EXPECT_EQ(testsupport::readFile(path), c.expected);
+
+        RecorderStore reopened;
+        ASSERT_TRUE(reopened.open(path, {7, std::array<quint8, 4> {9, 9, 9, 9}, "other"}, &error));
+        EXPECT_FALSE(reopened.created());
+        EXPECT_EQ(reopened.record(), c.expected);
+    }
+}
+
+TEST(RecorderStore, RefusesFilesOfAnyOtherSize)
+{
+    QTemporaryDir dir;
+    for (const qsizetype size : {qsizetype(0), RecordSize - 1, RecordSize + 1, 2 * RecordSize}) {
+        SCOPED_TRACE(size);
+        const QString path = dir.filePath(QStringLiteral("size-%1.dat").arg(size));
+        const QByteArray content(size, 'q');
+        testsupport::writeFile(path, content);
+        RecorderStore store;
+        QString error;
+        EXPECT_FALSE(store.open(path, {}, &error));
+        EXPECT_TRUE(error.contains(path)) << error.toStdString();
+        EXPECT_TRUE(error.contains(QString::number(size))) << error.toStdString();
+        EXPECT_EQ(testsupport::readFile(path), content);
+    }
+}
+
+TEST(RecorderStore, AReaderSeesOnlyWholeRecords)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("rec.dat"));
+    RecorderStore store;
+    QString error;
+    ASSERT_TRUE(store.open(path, {}, &error));
+    const QByteArray first = store.record();
+    const QByteArray second = QByteArray(RecordSize - 32, 'n').prepend(first.left(32));
+    EXPECT_FALSE(store.write(RecordSize - 1, "ab"));
+
+    std::atomic<bool> stop = false;
+    std::atomic<int> torn = 0;
+    std::atomic<int> reads = 0;
+    std::thread reader([&] {
+        while (!stop) {
+            QFile file(path);
+            if (!file.open(QIODevice::ReadOnly) || !QList {first, second}.contains(file.readAll()))
+                ++torn;
+            ++reads;
+        }
+    });
+    for (int i = 0; i < 200 || reads < 50; ++i) {
+        ASSERT_TRUE(store.write(32, QByteArrayView(i % 2 ? first : second).sliced(32)));
+        EXPECT_EQ(testsupport::readFile(path), i % 2 ? second : first);
+        ASSERT_TRUE(store.save(&error)) << error.toStdString();
+    }
+    stop = true;
+    reader.join();
+    EXPECT_EQ(torn, 0);
+}
+
+TEST(RecorderStore, AFailedSaveUndoesTheChanges)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("rec.dat"));
+    RecorderStore store;
+    QString error;
+    ASSERT_TRUE(store.open(path, {}, &error));
+    const QByteArray before = store.record();
+
+    // A folder where the file was cannot be replaced by a file.
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("rec.dat")));
+    ASSERT_TRUE(store.write(100, "changed"));
+    EXPECT_FALSE(store.save(&error));
+    EXPECT_TRUE(error.contains(path)) << error.toStdString();
+    EXPECT_EQ(store.record(), before);
+    EXPECT_FALSE(store.hasUnsavedChanges());
+}

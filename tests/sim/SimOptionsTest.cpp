@@ -1,0 +1,135 @@
+#include "sim/SimOptions.h"
+#include "tests/TestSupport.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using sim::SimOptions;
+
+namespace {
+
+std::optional<SimOptions> parse(const QStringList &arguments, QString *error = nullptr)
+{
+    QString ignored;
+    bool help = false;
+    return SimOptions::parse(arguments, error ? error : &ignored, &help);
+}
+
+} // namespace
+
+TEST(SimOptions, DefaultsToOneSixteenChannelRecorderOnPort9000)
+{
+    const auto options = parse({});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->address, QHostAddress(QHostAddress::LocalHost));
+    EXPECT_EQ(options->port, 9000);
+    EXPECT_EQ(options->recordFileFor(0), u"recorder-setup.dat"_s);
+    EXPECT_EQ(options->channels, 16);
+    EXPECT_EQ(options->videoStandard, 0);
+    EXPECT_EQ(options->maxUsers, 4);
+    EXPECT_EQ(options->chunkSize, 65536);
+    EXPECT_EQ(options->count, 1);
+    EXPECT_FALSE(options->modelId || options->softwareVersion || options->adminPassword
+                 || options->refuseLoginCode || options->busy || options->dropAfter
+                 || options->delayMs);
+}
+
+TEST(SimOptions, TakesEveryOption)
+{
+    QTemporaryDir dir;
+    const QString passwordFile = dir.filePath(u"admin.txt"_s);
+    testsupport::writeFile(passwordFile, "s3cret\r\nsecond line\n");
+    const auto options = parse({u"--listen"_s,
+                                u"[::1]:9100"_s,
+                                u"--record"_s,
+                                u"r.dat"_s,
+                                u"--channels"_s,
+                                u"4"_s,
+                                u"--video"_s,
+                                u"PAL"_s,
+                                u"--max-users"_s,
+                                u"9"_s,
+                                u"--version"_s,
+                                u"1.2.3.255"_s,
+                                u"--model"_s,
+                                u"0x160004"_s,
+                                u"--chunk-size"_s,
+                                u"4096"_s,
+                                u"--admin-password-file"_s,
+                                passwordFile,
+                                u"--firmware-dir"_s,
+                                u"fw"_s,
+                                u"--refuse-login"_s,
+                                u"6"_s,
+                                u"--busy"_s,
+                                u"--drop-after"_s,
+                                u"5"_s,
+                                u"--delay-ms"_s,
+                                u"250"_s,
+                                u"--count"_s,
+                                u"3"_s});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->address, QHostAddress(QHostAddress::LocalHostIPv6));
+    EXPECT_EQ(options->portFor(2), 9102);
+    EXPECT_EQ(options->recordFileFor(2), u"r.dat.2"_s);
+    EXPECT_EQ(options->channels, 4);
+    EXPECT_EQ(options->videoStandard, 1);
+    EXPECT_EQ(options->maxUsers, 9);
+    EXPECT_EQ(options->softwareVersion, (SimOptions::Version {1, 2, 3, 255}));
+    EXPECT_EQ(options->modelId, 0x160004u);
+    EXPECT_EQ(options->chunkSize, 4096);
+    EXPECT_EQ(options->adminPassword, QByteArray("s3cret"));
+    EXPECT_EQ(options->firmwareDir, u"fw"_s);
+    EXPECT_EQ(options->refuseLoginCode, 6u);
+    EXPECT_TRUE(options->busy);
+    EXPECT_EQ(options->dropAfter, 5);
+    EXPECT_EQ(options->delayMs, 250);
+
+    // Port 0 stays 0 for every recorder: each picks its own.
+    const auto anyPort = parse({u"--listen=localhost:0"_s, u"--count=2"_s});
+    ASSERT_TRUE(anyPort);
+    EXPECT_EQ(anyPort->portFor(1), 0);
+}
+
+TEST(SimOptions, RefusesWhatMakesNoSense)
+{
+    QTemporaryDir dir;
+    const QString longPassword = dir.filePath(u"long.txt"_s);
+    testsupport::writeFile(longPassword, "thirteen-char\n");
+    struct Case
+    {
+        QStringList arguments;
+        QString message;
+    };
+    const Case cases[] = {
+        {{u"--channels"_s, u"17"_s}, u"--channels must be a number from 1 to 16, not '17'"_s},
+        {{u"--channels"_s, u"four"_s}, u"not 'four'"_s},
+        {{u"--video"_s, u"secam"_s}, u"--video must be ntsc or pal"_s},
+        {{u"--max-users"_s, u"0"_s}, u"--max-users must be"_s},
+        {{u"--version"_s, u"1.2.3.256"_s}, u"--version takes four numbers"_s},
+        {{u"--model"_s, u"0x1FFFFFFFF"_s}, u"--model must be a 32-bit number"_s},
+        {{u"--chunk-size"_s, u"0"_s}, u"--chunk-size must be"_s},
+        {{u"--refuse-login"_s, u"-1"_s}, u"--refuse-login must be"_s},
+        {{u"--drop-after"_s, u"0"_s}, u"--drop-after must be"_s},
+        {{u"--delay-ms"_s, u"-5"_s}, u"--delay-ms must be"_s},
+        {{u"--count"_s, u"0"_s}, u"--count must be"_s},
+        {{u"--listen"_s, u"9000"_s}, u"--listen takes HOST:PORT"_s},
+        {{u"--listen"_s, u"example.org:9000"_s}, u"--listen takes HOST:PORT"_s},
+        {{u"--listen"_s, u"127.0.0.1:65536"_s}, u"--listen takes HOST:PORT"_s},
+        {{u"--listen"_s, u"127.0.0.1:65535"_s, u"--count"_s, u"2"_s}, u"run past port 65535"_s},
+        {{u"--record"_s, u""_s}, u"--record needs a file name"_s},
+        {{u"--admin-password-file"_s, u"/nonexistent/pw"_s},
+         u"cannot read --admin-password-file /nonexistent/pw"_s},
+        {{u"--admin-password-file"_s, longPassword}, u"longer than 12 bytes"_s},
+        {{u"--colour"_s}, u"Unknown option 'colour'"_s},
+        {{u"extra"_s}, u"unexpected argument 'extra'"_s},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.arguments.join(u' ').toStdString());
+        QString error;
+        EXPECT_FALSE(parse(c.arguments, &error));
+        EXPECT_TRUE(error.contains(c.message)) << error.toStdString();
+    }
+}

@@ -26,12 +26,3 @@ static void cliExport(benchmark::State &state)
     state.SetLabel("goal: under 50 ms per export");
 }
 BENCHMARK(cliExport)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-int main(int argc, char **argv)
-{
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -83,15 +83,3 @@ BENCHMARK_CAPTURE(translateText, word, true);
 BENCHMARK_CAPTURE(translateText, missing, false);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::AddCustomContext("goals",
-                                "load 10,000 items x 3 languages < 20 ms; translate < 2 us");
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -4,7 +4,9 @@
 #include "cli/ExitCode.h"
 #include "cli/GlobalOptions.h"
 #include "cli/SessionCommands.h"
+#include "cli/SetupFileCommands.h"
 #include "cli/TranslateCommand.h"
+#include "cli/UploadCommand.h"
 
 #include <QLatin1StringView>
 
@@ -16,6 +18,13 @@ const RemoteSetupCli::Command RemoteSetupCli::s_commands[] = {
     {"info", "info", "print what the recorder reports about itself", &SessionCommands::info},
     {"export", "export FILE", "write the recorder's setup to an export file",
      &SessionCommands::exportSetup},
+    {"import", "import FILE", "check an export file against the recorder and send it",
+     &SetupFileCommands::importSetup},
+    {"factory-default", "factory-default [--default-file F]",
+     "restore the factory defaults (DEFDVRSETUP.DAT beside this program unless F is given)",
+     &SetupFileCommands::factoryDefault},
+    {"upload", "upload PACKAGE", "send a firmware update package (.KRP) to the recorder",
+     &UploadCommand::run},
     {"set-time", "set-time [YYYY-MM-DDThh:mm:ss]",
      "set the recorder's clock (default: this computer's local time)", &SessionCommands::setTime},
     {"translate", "translate [--config F] --language N [--escapes] TEXT...",

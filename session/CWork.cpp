@@ -15,6 +15,8 @@
 #include <QCoreApplication>
 #include <QThread>
 
+#include <utility>
+
 using nelib::LittleEndian;
 using setup::SetupRecordMap;
 
@@ -66,10 +68,7 @@ CWork::CWork(QObject *parent)
 
 CWork::~CWork()
 {
-    if (m_handle) {
-        KRSMGAPI_Disconnect(m_handle);
-        KRSMGAPI_Destroy(m_handle);
-    }
+    releaseHandle();
     m_status->workerAlive.store(false);
     CWork *self = this;
     s_instance.compare_exchange_strong(self, nullptr);
@@ -114,12 +113,8 @@ int CWork::connectSession(ConnectionRecord *record)
 void CWork::disconnectSession()
 {
     m_keepAliveTimer.stop();
-    if (m_handle) {
-        KRSMGAPI_Disconnect(m_handle);
-        KRSMGAPI_Destroy(m_handle);
-        m_handle = nullptr;
+    if (releaseHandle())
         setState(Idle, false);
-    }
     if (m_mainWindow)
         QCoreApplication::postEvent(m_mainWindow, new SessionMessage(SessionMessage::SessionEnded));
 }
@@ -362,8 +357,24 @@ QByteArray CWork::firmwareReplyData() const
     return m_firmwareBuffer.first(m_firmwareFill.load());
 }
 
+bool CWork::releaseHandle()
+{
+    KRSMGAPI_HANDLE handle = nullptr;
+    {
+        const std::lock_guard lock(m_handleMutex);
+        handle = std::exchange(m_handle, nullptr);
+    }
+    if (!handle)
+        return false;
+    KRSMGAPI_Disconnect(handle);
+    KRSMGAPI_Destroy(handle);
+    return true;
+}
+
 int CWork::sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data)
 {
+    // The upload thread sends while the keep-alive may end the session.
+    const std::lock_guard lock(m_handleMutex);
     if (data.isEmpty())
         return KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::FirmwarePacket, &param);
     return KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::FirmwarePacket, &param, data.data(),

@@ -109,6 +109,9 @@ public:
     // Sends one firmware packet (command 4227) from any thread.
     int sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data);
     void clearFirmwareBuffer();
+    // (Re)starts the keep-alive timer, so the session stays up while a failed
+    // upload's message is on screen. On the worker's thread only.
+    void startKeepAliveTimer() { m_keepAliveTimer.start(); }
 
 Q_SIGNALS:
     // For callers that wait on the recorder without a window: the command
@@ -134,6 +137,8 @@ private:
     void keepAlive();
     void setState(int state, bool updateStatus);
     void requestSetup();
+    // Disconnects and destroys the library handle; false when there was none.
+    bool releaseHandle();
     void login();
 
     ConnectionRecord *m_record = nullptr;
@@ -154,6 +159,9 @@ private:
     int m_importPending = 0;
     int m_defaultPending = 0;
     int m_ackCounter = 0;
+    // Written on this object's thread only; the upload thread's sends read
+    // it under the mutex, so the handle is never destroyed under a send.
+    std::mutex m_handleMutex;
     KRSMGAPI_HANDLE m_handle = nullptr;
     QObject *m_mainWindow = nullptr;
     QByteArray m_address;

@@ -38,6 +38,7 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
     , m_socket(socket)
     , m_server(server)
     , m_id(id)
+    , m_firmware(server, [this](const QString &text) { log(text); })
 {
     socket->setParent(this);
     m_answerTimer.setSingleShot(true);
@@ -57,7 +58,7 @@ void RecorderSession::changesSaved(bool saved)
     for (Answer &a : m_answers) {
         if (a.awaitingSave) {
             a.awaitingSave = false;
-            a.param.words[0] = saved ? 1 : 0;
+            a.param.words[a.savedWord] = saved ? 1 : 0;
         }
     }
     if (!saved)
@@ -118,6 +119,9 @@ void RecorderSession::handle(const Frame &frame)
         return;
     case RemoteCommand::SetupWrite:
         setupWrite(frame);
+        return;
+    case RemoteCommand::FirmwarePacket:
+        firmwarePacket(frame);
         return;
     default:
         log(u"unknown command %1 ignored"_s.arg(frame.command));
@@ -247,11 +251,23 @@ void RecorderSession::acknowledgeWhenSaved()
     m_server->requestSave(this);
 }
 
-void RecorderSession::answer(qint32 command, const PACKET_PARAM &param, const QByteArray &payload,
-                             bool awaitingSave)
+void RecorderSession::firmwarePacket(const Frame &frame)
 {
-    m_answers.push_back(
-        {command, param, payload, QDeadlineTimer(m_server->options().delayMs), awaitingSave});
+    const auto reply = m_firmware.handle(frame);
+    if (!reply)
+        return;
+    // Word 1 of the reply to the end of a package says whether the new
+    // software version is on disk.
+    answer(RemoteCommand::FirmwareReply, reply->param, reply->payload, reply->afterSave, 1);
+    if (reply->afterSave)
+        m_server->requestSave(this);
+}
+
+void RecorderSession::answer(qint32 command, const PACKET_PARAM &param, const QByteArray &payload,
+                             bool awaitingSave, int savedWord)
+{
+    m_answers.push_back({command, param, payload, QDeadlineTimer(m_server->options().delayMs),
+                         awaitingSave, savedWord});
     sendDueAnswers();
 }
 
@@ -287,6 +303,7 @@ void RecorderSession::end()
     m_answerTimer.stop();
     if (!m_staged.empty())
         log(u"%1 staged writes discarded without a commit"_s.arg(m_staged.size()));
+    m_firmware.discard(u"the connection ended"_s);
     log(u"closed"_s);
     Q_EMIT ended();
 }

@@ -3,6 +3,7 @@
 #include "session/Frame.h"
 #include "session/FrameReader.h"
 #include "session/PacketParam.h"
+#include "sim/FirmwareReception.h"
 
 #include <QByteArray>
 #include <QDeadlineTimer>
@@ -51,7 +52,8 @@ private:
         PACKET_PARAM param;
         QByteArray payload;
         QDeadlineTimer due;
-        bool awaitingSave; // an acknowledgement whose word 0 the save decides
+        bool awaitingSave; // an answer whose word `savedWord` the save decides
+        int savedWord;
     };
 
     void readFrames();
@@ -63,9 +65,10 @@ private:
     void commit();
     void acknowledge(bool applied);
     void acknowledgeWhenSaved();
+    void firmwarePacket(const session::Frame &frame);
 
     void answer(qint32 command, const PACKET_PARAM &param, const QByteArray &payload = {},
-                bool awaitingSave = false);
+                bool awaitingSave = false, int savedWord = 0);
     void sendDueAnswers();
     // Reads nothing more and closes once every answer so far is out.
     void closeAfterAnswers(const QString &reason);
@@ -83,6 +86,7 @@ private:
     bool m_ended = false;
     std::vector<StagedWrite> m_staged;
     std::deque<Answer> m_answers;
+    FirmwareReception m_firmware;
     QTimer m_answerTimer;
 };
 

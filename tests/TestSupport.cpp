@@ -58,6 +58,26 @@ void writeFile(const QString &path, const QByteArray &bytes)
         ADD_FAILURE() << "cannot write " << path.toStdString();
 }
 
+namespace {
+QStringList *s_capturing = nullptr;
+QtMessageHandler s_previousHandler = nullptr;
+} // namespace
+
+WarningCapture::WarningCapture()
+{
+    s_capturing = &messages;
+    s_previousHandler
+        = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &message) {
+              s_capturing->append(message);
+          });
+}
+
+WarningCapture::~WarningCapture()
+{
+    qInstallMessageHandler(s_previousHandler);
+    s_capturing = nullptr;
+}
+
 } // namespace testsupport
 
 void PrintTo(const QString &s, std::ostream *os)

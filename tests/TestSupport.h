@@ -28,6 +28,15 @@ CliRun runCli(const QStringList &arguments);
 bool waitFor(const std::function<bool()> &done, int timeoutMs = 10000);
 void writeFile(const QString &path, const QByteArray &bytes);
 
+// Collects the warnings Qt's message handler receives while it lives.
+class WarningCapture
+{
+public:
+    WarningCapture();
+    ~WarningCapture();
+    QStringList messages;
+};
+
 } // namespace testsupport
 
 #include <ostream>

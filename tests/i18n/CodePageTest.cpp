@@ -1,4 +1,5 @@
 #include "i18n/CodePage.h"
+#include "tests/TestSupport.h"
 
 #include <QStringList>
 
@@ -8,13 +9,6 @@ using namespace nelib;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QStringList warnings;
-
-void recordWarning(QtMsgType, const QMessageLogContext &, const QString &message)
-{
-    warnings << message;
-}
 
 QByteArray allBytesButZero()
 {
@@ -56,19 +50,17 @@ TEST(CodePage, EncodesUnmappableAsQuestionMarkAndRespectsTheLimit)
 
 TEST(CodePage, NamedCodePageOrWindows1252WithAWarning)
 {
-    warnings.clear();
-    const QtMessageHandler previous = qInstallMessageHandler(recordWarning);
+    testsupport::WarningCapture warnings;
     const CodePage cyrillic("KOI8-R");
     const CodePage multiByte("UTF-8");
     const CodePage unknown("NO-SUCH-CODEPAGE");
-    qInstallMessageHandler(previous);
 
     EXPECT_EQ(cyrillic.name(), "KOI8-R");
     EXPECT_EQ(cyrillic.decode("\xc1"), u"\u0430"_s);
     EXPECT_EQ(cyrillic.encode(u"\u0430\u20ac"_s), "\xc1?");
     EXPECT_EQ(multiByte.name(), "WINDOWS-1252");
     EXPECT_EQ(unknown.name(), "WINDOWS-1252");
-    EXPECT_EQ(warnings.size(), 2) << warnings.join(u'|').toStdString();
+    EXPECT_EQ(warnings.messages.size(), 2) << warnings.messages.join(u'|').toStdString();
 }
 
 // The system code page is built once per process, so the override is checked

@@ -68,7 +68,8 @@ std::set<QString> textsShownByTheProgram()
         uR"re((?:\btr|\bRS_TEXT)\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))re"_s);
     static const QRegularExpression literal(uR"re("((?:[^"\\]|\\.)*)")re"_s);
     std::set<QString> texts;
-    for (const char *folder : {"app", "session", "setup", "i18n", "pages", "cli", "sim"}) {
+    for (const char *folder :
+         {"app", "session", "setup", "i18n", "pages", "cli", "sim", "firmware"}) {
         QDirIterator it(testsupport::sourceDir() + u'/' + QLatin1StringView(folder),
                         {u"*.cpp"_s, u"*.h"_s}, QDir::Files, QDirIterator::Subdirectories);
         while (it.hasNext()) {

@@ -12,13 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList warnings;
-
-void recordWarning(QtMsgType, const QMessageLogContext &, const QString &message)
-{
-    warnings << message;
-}
-
 class StartupLanguageTest : public testing::Test
 {
 protected:
@@ -30,18 +23,17 @@ protected:
                                      "language 3 \"FR\"\n"
                                      "language 4 \"english\"\n"
                                      "language 5 \"German\"\n");
-        warnings.clear();
-        previousHandler = qInstallMessageHandler(recordWarning);
+        warnings = std::make_unique<testsupport::WarningCapture>();
     }
     void TearDown() override
     {
-        qInstallMessageHandler(previousHandler);
+        warnings.reset();
         qunsetenv("REMOTE_SETUP_LANGUAGE");
     }
 
     QTemporaryDir dir;
     QString path;
-    QtMessageHandler previousHandler = nullptr;
+    std::unique_ptr<testsupport::WarningCapture> warnings;
 };
 
 } // namespace
@@ -56,7 +48,7 @@ TEST_F(StartupLanguageTest, EnvironmentNumberWins)
         qputenv("REMOTE_SETUP_LANGUAGE", value);
         EXPECT_EQ(StartupLanguage::choose(path, german), expected) << value;
     }
-    EXPECT_EQ(warnings.size(), 2) << warnings.join(u'|').toStdString();
+    EXPECT_EQ(warnings->messages.size(), 2) << warnings->messages.join(u'|').toStdString();
 }
 
 TEST_F(StartupLanguageTest, LocaleChoosesTheFirstMatchingLanguage)

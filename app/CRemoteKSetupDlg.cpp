@@ -1,0 +1,316 @@
+#include "app/CRemoteKSetupDlg.h"
+
+#include "app/ConnectionPanel.h"
+#include "app/PageCatalog.h"
+#include "app/PageHost.h"
+#include "app/PageMenuBar.h"
+#include "app/WindowIcon.h"
+#include "i18n/StartupLanguage.h"
+#include "i18n/Translator.h"
+#include "pages/common/CSetupPage.h"
+#include "session/CWork.h"
+#include "session/ConnectingWait.h"
+#include "session/ConnectionRecord.h"
+#include "session/MessageSink.h"
+#include "session/ProgramExit.h"
+#include "session/SessionMessage.h"
+#include "setup/SetupRecordMap.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+using setup::SetupRecordMap;
+
+namespace {
+
+constexpr int StatusPollMs = 100;
+// Recorders with four channels have no Stream settings.
+constexpr int ChannelsWithoutStream = 4;
+// The title keeps what fits the original's 15-character buffer.
+constexpr int TitleAddressLength = 14;
+constexpr int PanelWidth = 280;
+
+} // namespace
+
+CRemoteKSetupDlg::CRemoteKSetupDlg(QWidget *parent)
+    : CRemoteKSetupDlg(nelib::Translator::defaultPath(), parent)
+{ }
+
+CRemoteKSetupDlg::CRemoteKSetupDlg(const QString &languageConfig, QWidget *parent)
+    : QMainWindow(parent)
+    , m_translator(std::make_unique<nelib::Translator>(
+          languageConfig, nelib::StartupLanguage::choose(languageConfig)))
+{
+    setWindowTitle(nelib::tr("Remote Setup"));
+    setWindowIcon(WindowIcon::create());
+    buildLayout();
+
+    m_statusPoll.setInterval(StatusPollMs);
+    connect(&m_statusPoll, &QTimer::timeout, this, &CRemoteKSetupDlg::updateStatus);
+    connect(m_panel, &ConnectionPanel::connectRequested, this, &CRemoteKSetupDlg::onConnect);
+    connect(m_panel, &ConnectionPanel::disconnectRequested, this, &CRemoteKSetupDlg::endSession);
+    connect(m_menus, &PageMenuBar::pageSelected, this, &CRemoteKSetupDlg::selectPage);
+    connect(m_save, &QPushButton::clicked, this, [this] {
+        if (CSetupPage *page = m_host->currentPage())
+            page->save();
+    });
+    connect(m_cancel, &QPushButton::clicked, this, [this] {
+        if (CSetupPage *page = m_host->currentPage())
+            page->cancel();
+    });
+    connect(m_default, &QPushButton::clicked, this, [this] {
+        if (CSetupPage *page = m_host->currentPage())
+            page->loadDefault();
+    });
+}
+
+CRemoteKSetupDlg::~CRemoteKSetupDlg()
+{
+    releaseSession();
+}
+
+void CRemoteKSetupDlg::buildLayout()
+{
+    m_menus = new PageMenuBar(this);
+    setMenuBar(m_menus);
+
+    m_panel = new ConnectionPanel;
+    m_host = new PageHost;
+    m_save = new QPushButton;
+    m_cancel = new QPushButton;
+    m_default = new QPushButton;
+    translateButtons();
+    updatePageButtons();
+
+    auto *pageButtons = new QHBoxLayout;
+    pageButtons->addWidget(m_save);
+    pageButtons->addWidget(m_cancel);
+    pageButtons->addWidget(m_default);
+
+    auto *line = new QFrame;
+    line->setFrameShape(QFrame::HLine);
+    line->setFrameShadow(QFrame::Sunken);
+
+    // Two framed columns of equal height: the pages keep their own inner
+    // margins, so with the same margins here the window's buttons line up
+    // with the buttons at the foot of every page.
+    auto *side = new QFrame;
+    side->setFrameShape(QFrame::StyledPanel);
+    side->setFixedWidth(PanelWidth);
+    auto *sideLayout = new QVBoxLayout(side);
+    sideLayout->addWidget(m_panel);
+    sideLayout->addStretch(1);
+    sideLayout->addWidget(line);
+    sideLayout->addLayout(pageButtons);
+
+    auto *hostFrame = new QFrame;
+    hostFrame->setFrameShape(QFrame::StyledPanel);
+    auto *hostLayout = new QVBoxLayout(hostFrame);
+    hostLayout->setContentsMargins(0, 0, 0, 0);
+    hostLayout->addWidget(m_host);
+
+    auto *central = new QWidget(this);
+    auto *layout = new QHBoxLayout(central);
+    layout->addWidget(side);
+    layout->addWidget(hostFrame, 1);
+    setCentralWidget(central);
+}
+
+void CRemoteKSetupDlg::translateButtons()
+{
+    m_save->setText(nelib::tr("Save"));
+    m_cancel->setText(nelib::tr("Cancel"));
+    m_default->setText(nelib::tr("Default"));
+}
+
+void CRemoteKSetupDlg::updatePageButtons()
+{
+    const CSetupPage *page = m_host->currentPage();
+    const bool enabled = !m_pageButtonsDisabled && page && page->hasSaveAction();
+    for (QPushButton *button : {m_save, m_cancel, m_default})
+        button->setEnabled(enabled);
+}
+
+void CRemoteKSetupDlg::updateStatus()
+{
+    if (m_record)
+        m_panel->showStatus(m_record->status.load());
+}
+
+void CRemoteKSetupDlg::onConnect()
+{
+    if (m_worker || m_wait)
+        return;
+    auto record = std::make_unique<ConnectionRecord>();
+    if (!m_panel->settings().fillRecord(*record)) {
+        // A bad entry ends the program; installers know the tool this way.
+        MessageSink::show(nelib::tr("Connect Fail"));
+        ProgramExit::exitProgram(0);
+        return;
+    }
+    m_record = std::move(record);
+    ++m_session;
+    m_worker = std::make_unique<CWork>();
+    m_worker->setMainWindow(this);
+    // A refused attempt leaves the worker failed, which the wait notices.
+    m_worker->connectSession(m_record.get());
+
+    m_wait
+        = std::make_unique<ConnectingWait>(this, m_worker->status(),
+                                           ConnectingWait::Hooks {
+                                               forThisSession(&CRemoteKSetupDlg::lockPanel),
+                                               forThisSession(&CRemoteKSetupDlg::onSetupArrived),
+                                               forThisSession(&CRemoteKSetupDlg::onSessionFailed),
+                                               forThisSession(&CRemoteKSetupDlg::endSession),
+                                           });
+    // Hearing of the record at once saves up to one polling period.
+    connect(m_worker.get(), &CWork::setupArrived, this, [this] {
+        if (m_wait)
+            m_wait->wake();
+    });
+    updateStatus();
+    m_statusPoll.start();
+}
+
+std::function<void()> CRemoteKSetupDlg::forThisSession(void (CRemoteKSetupDlg::*reaction)())
+{
+    return [this, reaction, session = m_session] {
+        if (session == m_session)
+            (this->*reaction)();
+    };
+}
+
+void CRemoteKSetupDlg::lockPanel()
+{
+    m_panel->lockForSession();
+}
+
+void CRemoteKSetupDlg::onSetupArrived()
+{
+    if (!m_worker)
+        return;
+    m_wait.reset();
+    // A fast recorder answers before the wait's locking round; the panel
+    // must not stay open during a session either way.
+    m_panel->lockForSession();
+    m_channelCount = int(m_record->channelCount);
+    if (!m_host->pagesBuilt()) {
+        m_host->buildPages();
+        for (int i = 0; i < PageCatalog::count(); ++i)
+            m_menus->setPageAvailable(i, m_host->page(i) != nullptr);
+    }
+    SessionMessage ready(SessionMessage::SetupReady);
+    QCoreApplication::sendEvent(this, &ready);
+}
+
+void CRemoteKSetupDlg::onSessionFailed()
+{
+    ProgramExit::exitProgram(0);
+}
+
+void CRemoteKSetupDlg::endSession()
+{
+    SessionMessage ended(SessionMessage::SessionEnded);
+    QCoreApplication::sendEvent(this, &ended);
+}
+
+bool CRemoteKSetupDlg::event(QEvent *event)
+{
+    if (!SessionMessage::isSessionMessage(event))
+        return QMainWindow::event(event);
+    const auto *message = static_cast<const SessionMessage *>(event);
+    switch (message->kind()) {
+    case SessionMessage::SetupReady:
+        setupReady();
+        break;
+    case SessionMessage::SessionEnded:
+        sessionEnded();
+        break;
+    case SessionMessage::SetupRestored:
+        setupRestored();
+        break;
+    case SessionMessage::DefaultButton:
+        m_default->setVisible(message->wParam() != 1);
+        break;
+    case SessionMessage::UploadRunning:
+        m_menus->setUploadRunning(message->wParam() == 0);
+        break;
+    case SessionMessage::SaveButtons:
+        if (message->lParam() == 1) {
+            m_pageButtonsDisabled = message->wParam() != 0;
+            updatePageButtons();
+        }
+        break;
+    }
+    return true;
+}
+
+void CRemoteKSetupDlg::setupReady()
+{
+    if (!m_worker || m_worker->setupReceived() != 1)
+        return;
+    const QByteArray &mirror = m_worker->mirror();
+    m_host->loadPages(mirror, m_channelCount);
+    m_menus->setItemPresent(PageCatalog::indexOf("Stream"),
+                            m_channelCount != ChannelsWithoutStream);
+    m_panel->showSoftwareVersion(
+        QByteArrayView(mirror).sliced(SetupRecordMap::SoftwareVersionOffset, 4));
+    updateStatus();
+    translateButtons();
+    selectPage(m_host->firstPage());
+}
+
+void CRemoteKSetupDlg::sessionEnded()
+{
+    if (m_wait)
+        m_wait->stop();
+    if (m_worker && m_worker->state() != CWork::Idle) {
+        // The worker posts 2026 again once it is idle; that one destroys it.
+        m_worker->disconnectSession();
+        if (m_worker->state() == CWork::Idle)
+            return;
+    }
+    releaseSession();
+    m_panel->showDisconnectedLook();
+}
+
+void CRemoteKSetupDlg::releaseSession()
+{
+    ++m_session;
+    m_statusPoll.stop();
+    m_wait.reset();
+    if (m_worker) {
+        m_worker->setMainWindow(nullptr);
+        m_worker.reset();
+    }
+}
+
+void CRemoteKSetupDlg::setupRestored()
+{
+    if (m_worker)
+        m_host->loadPages(m_worker->mirror(), m_channelCount);
+}
+
+void CRemoteKSetupDlg::selectPage(int index)
+{
+    if (!m_host->page(index))
+        return;
+    const PageCatalog::Entry &entry = PageCatalog::entry(index);
+    if (entry.pageId)
+        m_currentPageId = entry.pageId;
+    m_host->showPage(index);
+    setWindowTitle(nelib::tr(entry.titleFormat)
+                       .replace(u"%s"_s, m_panel->addressText().left(TitleAddressLength)));
+    updatePageButtons();
+}
+
+void CRemoteKSetupDlg::closeEvent(QCloseEvent *event)
+{
+    releaseSession();
+    QMainWindow::closeEvent(event);
+}

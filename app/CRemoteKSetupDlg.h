@@ -1,0 +1,96 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QPushButton;
+QT_END_NAMESPACE
+
+namespace nelib {
+class Translator;
+}
+class CWork;
+class ConnectingWait;
+class ConnectionPanel;
+class PageHost;
+class PageMenuBar;
+struct ConnectionRecord;
+
+// The program's one window: the connection panel, the navigation menus, the
+// page host and the Save, Cancel and Default buttons that act on the page on
+// display. It owns the session worker for the length of a session and the
+// pages for its own life, and it obeys the session messages (SessionMessage)
+// that the worker, the connecting wait and the pages send it.
+class CRemoteKSetupDlg : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    // The translations come from language.config beside the executable.
+    explicit CRemoteKSetupDlg(QWidget *parent = nullptr);
+    explicit CRemoteKSetupDlg(const QString &languageConfig, QWidget *parent = nullptr);
+    ~CRemoteKSetupDlg() override;
+
+    ConnectionPanel *connectionPanel() const { return m_panel; }
+    PageMenuBar *pageMenus() const { return m_menus; }
+    PageHost *pageHost() const { return m_host; }
+    QPushButton *saveButton() const { return m_save; }
+    QPushButton *cancelButton() const { return m_cancel; }
+    QPushButton *defaultButton() const { return m_default; }
+
+    CWork *worker() const { return m_worker.get(); }
+    int channelCount() const { return m_channelCount; }
+    // The identifier of the last page shown that has one; 0 before any.
+    int currentPageId() const { return m_currentPageId; }
+
+protected:
+    bool event(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildLayout();
+    void onConnect();
+    // DISCONNECT, and a wait that ran out: the same end as message 2026.
+    void endSession();
+    std::function<void()> forThisSession(void (CRemoteKSetupDlg::*reaction)());
+    void lockPanel();
+    void onSetupArrived();
+    void onSessionFailed();
+
+    // Shows catalog entry `index`, when its page exists.
+    void selectPage(int index);
+    void setupReady();
+    void sessionEnded();
+    void setupRestored();
+    void releaseSession();
+
+    void translateButtons();
+    void updatePageButtons();
+    void updateStatus();
+
+    // Created first and destroyed last: every text passes through it.
+    std::unique_ptr<nelib::Translator> m_translator;
+
+    ConnectionPanel *m_panel = nullptr;
+    PageMenuBar *m_menus = nullptr;
+    PageHost *m_host = nullptr;
+    QPushButton *m_save = nullptr;
+    QPushButton *m_cancel = nullptr;
+    QPushButton *m_default = nullptr;
+
+    std::unique_ptr<ConnectionRecord> m_record;
+    std::unique_ptr<CWork> m_worker;
+    std::unique_ptr<ConnectingWait> m_wait;
+    // Counts sessions, so that decisions of an ended session's wait that are
+    // still queued are recognised and dropped.
+    quint64 m_session = 0;
+    int m_channelCount = 0;
+    int m_currentPageId = 0;
+    bool m_pageButtonsDisabled = false;
+    // The worker reports its progress only through the record's status byte.
+    QTimer m_statusPoll;
+};

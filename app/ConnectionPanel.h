@@ -1,0 +1,64 @@
+#pragma once
+
+#include "app/ConnectionSettings.h"
+
+#include <QByteArrayView>
+#include <QWidget>
+
+QT_BEGIN_NAMESPACE
+class QFormLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+QT_END_NAMESPACE
+
+// Where the operator names the recorder and starts or ends the session, and
+// where the session's progress shows. It only collects and shows; the main
+// window decides.
+class ConnectionPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ConnectionPanel(QWidget *parent = nullptr);
+
+    ConnectionSettings settings() const;
+    // Fills the fields as if typed; for tools that drive the window.
+    void enter(const ConnectionSettings &settings);
+    QString addressText() const;
+    QPushButton *connectButton() const { return m_connect; }
+    QPushButton *disconnectButton() const { return m_disconnect; }
+
+    // A session is under way: inputs and CONNECT locked, DISCONNECT enabled.
+    void lockForSession();
+    // The look of a program without a session.
+    void showDisconnectedLook();
+    // `status` is the connection record's status byte, a copy of the
+    // worker's state.
+    void showStatus(int status);
+    // The four version bytes a, b, c, d of the recorder's software.
+    void showSoftwareVersion(QByteArrayView version);
+
+Q_SIGNALS:
+    void connectRequested();
+    void disconnectRequested();
+
+private:
+    void setInputsEnabled(bool enabled);
+    void applyMode();
+
+    QRadioButton *m_manual;
+    QRadioButton *m_ddns;
+    QLineEdit *m_address;
+    QLineEdit *m_port;
+    QLineEdit *m_hostName;
+    QLineEdit *m_userId;
+    QLineEdit *m_password;
+    QPushButton *m_connect;
+    QPushButton *m_disconnect;
+    QLabel *m_light;
+    QLabel *m_status;
+    QLabel *m_version;
+    QFormLayout *m_form;
+};

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "session/MessageSink.h"
+
+// Shows the session's messages as modal message boxes with OK only, titled
+// with the program's name.
+class MessageBoxSink : public MessageSink
+{
+public:
+    void showMessage(const QString &text) override;
+};

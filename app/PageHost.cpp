@@ -1,0 +1,79 @@
+#include "app/PageHost.h"
+
+#include "app/PageCatalog.h"
+#include "i18n/Translator.h"
+#include "pages/common/CSetupPage.h"
+
+#include <QLabel>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr QSize MinimumPageSize(570, 500);
+
+} // namespace
+
+PageHost::PageHost(QWidget *parent)
+    : QWidget(parent)
+    , m_stack(new QStackedWidget(this))
+    , m_hint(new QLabel(m_stack))
+    , m_pages(PageCatalog::count(), nullptr)
+{
+    // Room for a whole page before any exists, so that the window keeps its
+    // size when the pages arrive.
+    setMinimumSize(MinimumPageSize);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_stack);
+
+    m_hint->setText(nelib::tr("Enter the recorder's address and press CONNECT."));
+    m_hint->setAlignment(Qt::AlignCenter);
+    m_hint->setWordWrap(true);
+    m_hint->setEnabled(false);
+    m_stack->addWidget(m_hint);
+}
+
+void PageHost::buildPages()
+{
+    if (m_built)
+        return;
+    m_built = true;
+    for (int i = 0; i < PageCatalog::count(); ++i) {
+        if (const PageCatalog::Factory create = PageCatalog::entry(i).create) {
+            m_pages[i] = create(m_stack);
+            m_stack->addWidget(m_pages[i]);
+        }
+    }
+}
+
+CSetupPage *PageHost::page(int index) const
+{
+    return index >= 0 && index < int(m_pages.size()) ? m_pages[index] : nullptr;
+}
+
+int PageHost::firstPage() const
+{
+    for (int i = 0; i < int(m_pages.size()); ++i) {
+        if (m_pages[i])
+            return i;
+    }
+    return -1;
+}
+
+void PageHost::loadPages(const QByteArray &mirror, int channelCount)
+{
+    for (CSetupPage *page : m_pages) {
+        if (page)
+            page->load(mirror, channelCount);
+    }
+}
+
+void PageHost::showPage(int index)
+{
+    CSetupPage *shown = page(index);
+    if (!shown)
+        return;
+    m_current = index;
+    m_stack->setCurrentWidget(shown);
+}

@@ -1,0 +1,103 @@
+#include "app/CRemoteKSetupDlg.h"
+#include "app/ConnectionPanel.h"
+#include "app/PageHost.h"
+#include "bench/BenchSim.h"
+#include "i18n/Translator.h"
+#include "session/MessageSink.h"
+#include "session/ProgramExit.h"
+#include "setup/FactoryDefaults.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QPushButton>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The window must never stop on a message box or end the process here;
+// either would mean the session failed.
+class CountingSink : public MessageSink
+{
+public:
+    CountingSink() { MessageSink::install(this); }
+    ~CountingSink() override { MessageSink::install(nullptr); }
+    void showMessage(const QString &) override { ++messages; }
+    int messages = 0;
+};
+
+QString languageConfig()
+{
+    return QCoreApplication::applicationDirPath() + u"/../bin/language.config"_s;
+}
+
+double medianMs(std::vector<qint64> nanoseconds)
+{
+    if (nanoseconds.empty())
+        return 0;
+    std::sort(nanoseconds.begin(), nanoseconds.end());
+    return nanoseconds[nanoseconds.size() / 2] / 1e6;
+}
+
+} // namespace
+
+// From the click on CONNECT to the first page on display, in a new window
+// each time, against a simulator on this machine: login, the setup record,
+// building and filling the pages. Goal: median below 250 ms (the connecting
+// wait polls every 100 ms, unless the record wakes it).
+static void connectToFirstPage(benchmark::State &state)
+{
+    CountingSink sink;
+    bool ended = false;
+    const ProgramExit::Hook previous = ProgramExit::install([&](int) { ended = true; });
+    BenchSim sim({u"--max-users"_s, u"1000"_s});
+    ConnectionSettings settings;
+    settings.address = u"127.0.0.1"_s;
+    settings.port = QString::number(sim.port());
+    settings.userId = u"Admin"_s;
+
+    std::vector<qint64> times;
+    for (auto _ : state) {
+        for (int i = 0; i < state.range(0) && !ended; ++i) {
+            CRemoteKSetupDlg window(languageConfig());
+            window.show();
+            window.connectionPanel()->enter(settings);
+            QElapsedTimer clock;
+            clock.start();
+            window.connectionPanel()->connectButton()->click();
+            while (window.pageHost()->currentEntry() < 0 && !ended)
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            times.push_back(clock.nsecsElapsed());
+        }
+    }
+    ProgramExit::install(previous);
+    state.counters["connects"] = double(times.size());
+    state.counters["median_ms"] = medianMs(times);
+    if (ended || sink.messages)
+        state.SkipWithError("the session failed");
+}
+BENCHMARK(connectToFirstPage)
+    ->Arg(25)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->Iterations(1);
+
+// Creating every page that exists and filling it from a whole setup record
+// of a 16-channel recorder, with the German texts. Goal: below 100 ms.
+static void buildAndFillPages(benchmark::State &state)
+{
+    const nelib::Translator translator(languageConfig(), 1);
+    const QByteArray record = setup::FactoryDefaults::record();
+    for (auto _ : state) {
+        PageHost host;
+        host.buildPages();
+        host.loadPages(record, 16);
+    }
+}
+BENCHMARK(buildAndFillPages)->Unit(benchmark::kMillisecond);

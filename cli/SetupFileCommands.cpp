@@ -1,0 +1,108 @@
+#include "cli/SetupFileCommands.h"
+
+#include "cli/CliSession.h"
+#include "cli/CommandContext.h"
+#include "cli/ExitCode.h"
+#include "i18n/Translator.h"
+#include "session/SetupTransfer.h"
+#include "setup/SetupFiles.h"
+
+#include <QCommandLineParser>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+using setup::SetupFiles;
+
+namespace cli {
+
+namespace {
+
+// Starts the transfer and waits for its seventh acknowledgement, which
+// clears the worker's pending flag. A single refused write makes the whole
+// transfer a refusal.
+int transfer(const CommandContext &context, CliSession &session,
+             const std::function<SetupTransfer::Result(CWork &)> &start,
+             bool (CWork::*pending)() const)
+{
+    CWork &work = session.worker();
+    bool refused = false;
+    const QObject receiver;
+    QObject::connect(&work, &CWork::writeAcknowledged, &receiver, [&refused](bool applied) {
+        if (!applied)
+            refused = true;
+    });
+
+    switch (start(work)) {
+    case SetupTransfer::Result::Sent:
+        break;
+    case SetupTransfer::Result::FileMissing:
+        return UsageError;
+    case SetupTransfer::Result::FileRefused:
+        return Refused;
+    case SetupTransfer::Result::SendFailed:
+        return context.fail(NoSession, u"the session ended before the whole setup was sent"_s);
+    }
+    if (const int code = session.waitUntil([&] { return refused || !(work.*pending)(); },
+                                           u"acknowledgement of the whole setup"_s))
+        return code;
+    if (refused)
+        return context.fail(Refused, u"the recorder refused a part of the setup"_s);
+    return Success;
+}
+
+} // namespace
+
+int SetupFileCommands::importSetup(const CommandContext &context, const QStringList &arguments)
+{
+    if (arguments.size() != 1)
+        return context.usageError(u"import takes one FILE"_s);
+    const QString &path = arguments.first();
+    const SetupFiles::FileContents file = SetupFiles::readImportFile(path);
+    if (file.status == SetupFiles::FileStatus::Missing)
+        return context.fail(UsageError, u"%1: %2"_s.arg(path, nelib::tr("File does not exist")));
+    if (file.status == SetupFiles::FileStatus::Unreadable)
+        return context.fail(UsageError, u"cannot read %1"_s.arg(path));
+
+    CliSession session(context);
+    if (const int code = session.open())
+        return code;
+    return transfer(
+        context, session,
+        [&file](CWork &work) { return SetupTransfer::importData(work, file.bytes); },
+        &CWork::importPending);
+}
+
+int SetupFileCommands::factoryDefault(const CommandContext &context, const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    const QCommandLineOption defaultFile(u"default-file"_s, QString(), u"F"_s);
+    parser.addOption(defaultFile);
+    if (!parser.parse(QStringList {u"factory-default"_s} + arguments))
+        return context.usageError(u"factory-default: "_s + parser.errorText());
+    if (!parser.positionalArguments().isEmpty())
+        return context.usageError(u"factory-default takes no arguments besides --default-file F"_s);
+
+    // The window sends whatever it finds; a script is told instead, so that
+    // a mistyped path never wipes a recorder.
+    const QString path
+        = parser.isSet(defaultFile) ? parser.value(defaultFile) : SetupFiles::defaultFilePath();
+    const SetupFiles::FileContents image = SetupFiles::readDefaultFile(path);
+    if (image.status != SetupFiles::FileStatus::Read)
+        return context.fail(UsageError, u"cannot read default file %1"_s.arg(path));
+    if (image.bytesRead < image.bytes.size()) {
+        context.err() << "remote-setup-cli: " << path << " holds " << image.bytesRead << " of "
+                      << image.bytes.size() << " bytes; the rest is sent as zeros\n";
+        context.err().flush();
+    }
+
+    CliSession session(context);
+    if (const int code = session.open())
+        return code;
+    return transfer(
+        context, session,
+        [&image](CWork &work) { return SetupTransfer::restoreDefaults(work, image.bytes); },
+        &CWork::defaultPending);
+}
+
+} // namespace cli

@@ -1,0 +1,138 @@
+#pragma once
+
+#include "pages/common/CRemoteCameraCopySettingDlg.h"
+#include "setup/SetupRecordMap.h"
+
+#include <QByteArray>
+#include <QStringList>
+#include <QWidget>
+
+#include <optional>
+#include <vector>
+
+QT_BEGIN_NAMESPACE
+class QHBoxLayout;
+class QPushButton;
+class QStackedWidget;
+class QTabBar;
+QT_END_NAMESPACE
+
+// The base of every settings page: it shows one setup section of the
+// recorder, lets the operator edit it, restores it from the default setup
+// file and hands it back to the session for writing. The life of a page:
+//
+//   load(mirror, channels) -> fill()      controls show the section, not modified
+//   edits                  -> modified    the page's Save is enabled
+//   save()                 -> gather(), write the section, not modified
+//   loadDefault()          -> the default file's slice in the controls, modified
+//   cancel()               -> fill() again from the section buffer
+//
+// Pages implement fillControls() and gatherControls() over a byte slice laid
+// out as the record's section; they never read or write the record
+// themselves. Values reach the section buffer only through gather.
+class CSetupPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int MaxChannels = 16;
+
+    // Where fillControls() reads from: the edit limits of some pages differ.
+    enum class Source { SectionBuffer, DefaultFile };
+
+    explicit CSetupPage(QWidget *parent = nullptr);
+    ~CSetupPage() override;
+
+    // The section the page edits; none for pages without a Save action.
+    std::optional<setup::Section> section() const { return m_section; }
+    bool hasSaveAction() const { return m_section.has_value(); }
+
+    // Builds the controls on first use (hidden, so that up to sixteen rows
+    // appear at once), then takes the page's slice of `mirror` and fills.
+    virtual void load(const QByteArray &mirror, int channelCount);
+    // Gathers the controls, writes the section, clears the modified flag.
+    // Returns the writer's result (0 when nothing was sent).
+    virtual int save();
+    void cancel();
+    // Shows the page's slice of the default setup file; nothing is sent.
+    void loadDefault();
+
+    void fill();
+    void gather();
+
+    bool isModified() const { return m_modified; }
+    int channelCount() const { return m_channelCount; }
+    const QByteArray &sectionBuffer() const { return m_buffer; }
+
+    // The default setup file: beside the executable unless another path was
+    // set (tests, which run from another folder); an empty path restores that.
+    static QString defaultSetupPath();
+    static void setDefaultSetupPath(const QString &path);
+
+Q_SIGNALS:
+    void modifiedChanged(bool modified);
+
+protected:
+    void setSection(setup::Section section);
+
+    // Creates the page's controls into contentArea() (or the tabs' pages).
+    virtual void buildControls() = 0;
+    // Shows `section` (laid out as the record's slice) in the first
+    // channelCount() rows. Must not touch the section buffer.
+    virtual void fillControls(QByteArrayView section, Source source) = 0;
+    // Writes the first channelCount() rows into `section`; other bytes stay.
+    virtual void gatherControls(QByteArray &section) = 0;
+    // Called after the controls were filled and the flag cleared, and after
+    // every channel-count change; pages re-evaluate derived controls here.
+    virtual void afterFill() { }
+
+    // Change handlers call this: it sets the flag and enables Save when the
+    // flag was clear. While the controls are filled the flag is held set,
+    // so the notifications that filling raises change nothing.
+    void markModified();
+
+    // The tab strip: one "Setup" tab, or one tab per group of settings.
+    // Each returns the content widget of its tab.
+    QWidget *contentArea();
+    void setTabs(const QStringList &labels);
+    QWidget *tabContent(int index);
+
+    // The page's own buttons under the content: Default and Save always,
+    // Copy Settings on request (camera pages).
+    QPushButton *copySettingsButton();
+    // Opens the page's copy-settings dialog (one for the page's life, so its
+    // choices survive) in `copyMode` for the page's channel count. After OK,
+    // `copyRow` runs for every ticked target channel, in channel order; it
+    // copies between controls only, like every other change before gather.
+    void openCopySettings(int copyMode, const CRemoteCameraCopySettingDlg::CopyRow &copyRow);
+    QPushButton *pageSaveButton() const { return m_saveButton; }
+    QPushButton *pageDefaultButton() const { return m_defaultButton; }
+
+    // Per-channel rows: the widgets of row `index` (0-based) are shown only
+    // below the channel count.
+    void addChannelRow(int index, std::initializer_list<QWidget *> widgets);
+    // The channel number label of a row: "01" ... "16".
+    static QString channelNumber(int index);
+
+private:
+    void ensureBuilt();
+    void setModified(bool modified);
+    void applyChannelCount();
+    void createFrame();
+
+    std::optional<setup::Section> m_section;
+    QByteArray m_buffer;
+    int m_channelCount = MaxChannels;
+    bool m_modified = false;
+    bool m_built = false;
+
+    QTabBar *m_tabs = nullptr;
+    QStackedWidget *m_tabPages = nullptr;
+    QPushButton *m_defaultButton = nullptr;
+    QPushButton *m_copyButton = nullptr;
+    QPushButton *m_saveButton = nullptr;
+    QHBoxLayout *m_buttonRow = nullptr;
+    CRemoteCameraCopySettingDlg *m_copyDialog = nullptr;
+    CRemoteCameraCopySettingDlg::CopyRow m_copyRow;
+    std::vector<std::vector<QWidget *>> m_rows;
+};

@@ -1,0 +1,110 @@
+#include "tests/app/MainWindowFixture.h"
+
+#include "app/ConnectionPanel.h"
+#include "app/PageHost.h"
+#include "session/CWork.h"
+#include "session/SessionMessage.h"
+
+#include <QLabel>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+void MainWindowFixture::SetUp()
+{
+    MessageSink::install(this);
+    m_previousExit = ProgramExit::install([this](int code) { exitCodes.push_back(code); });
+    openWindow();
+}
+
+void MainWindowFixture::TearDown()
+{
+    window.reset();
+    ProgramExit::install(m_previousExit);
+    MessageSink::install(nullptr);
+}
+
+void MainWindowFixture::openWindow()
+{
+    window.reset();
+    window = std::make_unique<CRemoteKSetupDlg>(testsupport::dataDir() + u"/language.config"_s);
+    window->show();
+}
+
+QLineEdit *MainWindowFixture::field(const QString &accessibleName) const
+{
+    for (QLineEdit *edit : window->connectionPanel()->findChildren<QLineEdit *>()) {
+        if (edit->accessibleName() == accessibleName)
+            return edit;
+    }
+    ADD_FAILURE() << "no field named " << accessibleName.toStdString();
+    return nullptr;
+}
+
+QPushButton *MainWindowFixture::panelButton(const QString &text) const
+{
+    for (QPushButton *button : window->connectionPanel()->findChildren<QPushButton *>()) {
+        if (button->text() == text)
+            return button;
+    }
+    ADD_FAILURE() << "no button " << text.toStdString();
+    return nullptr;
+}
+
+void MainWindowFixture::connectWith(const QString &address, const QString &port,
+                                    const QString &user, const QString &password)
+{
+    const std::pair<const char *, QString> entries[]
+        = {{"ADDRESS", address}, {"PORT NUMBER", port}, {"USER ID", user}, {"PASSWORD", password}};
+    for (const auto &[name, text] : entries) {
+        QLineEdit *edit = field(QString::fromLatin1(name));
+        edit->clear();
+        QTest::keyClicks(edit, text);
+    }
+    QTest::mouseClick(panelButton(u"CONNECT"_s), Qt::LeftButton);
+}
+
+::testing::AssertionResult MainWindowFixture::connectTo(const SimProcess &sim,
+                                                        const QString &address)
+{
+    if (!sim.isRunning())
+        return ::testing::AssertionFailure() << "recorder-sim is not running";
+    connectWith(address, QString::number(sim.port()));
+    if (!testsupport::waitFor([&] { return window->pageHost()->currentEntry() >= 0; },
+                              SessionTimeoutMs))
+        return ::testing::AssertionFailure()
+               << "no page on display; messages: " << messages.join(u" | "_s).toStdString();
+    return ::testing::AssertionSuccess();
+}
+
+::testing::AssertionResult MainWindowFixture::waitForDisconnectedLook()
+{
+    ConnectionPanel *panel = window->connectionPanel();
+    const bool disconnected = testsupport::waitFor(
+        [&] {
+            return !window->worker() && panel->connectButton()->isEnabled()
+                   && !panel->disconnectButton()->isEnabled();
+        },
+        SessionTimeoutMs);
+    if (!disconnected)
+        return ::testing::AssertionFailure() << "the panel still shows a session";
+    if (CWork::instance())
+        return ::testing::AssertionFailure() << "a session worker is still alive";
+    QStringList labels;
+    for (const QLabel *label : panel->findChildren<QLabel *>())
+        labels.append(label->text());
+    if (!labels.contains(u"Disconnect"_s) || !labels.contains(u"VERSION UNKNOWN"_s))
+        return ::testing::AssertionFailure()
+               << "status texts: " << labels.join(u" | "_s).toStdString();
+    for (const char *name : {"ADDRESS", "PORT NUMBER", "USER ID", "PASSWORD"}) {
+        if (!field(QString::fromLatin1(name))->isEnabled())
+            return ::testing::AssertionFailure() << name << " is still locked";
+    }
+    return ::testing::AssertionSuccess();
+}
+
+void MainWindowFixture::send(int kind, qintptr wParam, qintptr lParam)
+{
+    SessionMessage message(SessionMessage::Kind(kind), wParam, lParam);
+    QCoreApplication::sendEvent(window.get(), &message);
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "app/CRemoteKSetupDlg.h"
+#include "session/MessageSink.h"
+#include "session/ProgramExit.h"
+#include "tests/SimProcess.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+// The real main window with the session's messages recorded and the exit
+// hook caught, driven through its widgets as an operator would.
+class MainWindowFixture
+    : public ::testing::Test
+    , public MessageSink
+{
+protected:
+    // Generous: the sanitizers and a busy machine slow every round trip.
+    static constexpr int SessionTimeoutMs = 60000;
+
+    void SetUp() override;
+    void TearDown() override;
+    void showMessage(const QString &text) override { messages.append(text); }
+
+    // A new window; the translations come from the built language.config.
+    void openWindow();
+
+    QLineEdit *field(const QString &accessibleName) const;
+    QPushButton *panelButton(const QString &text) const;
+    // Types into the panel's fields (MANUAL mode) and clicks CONNECT.
+    void connectWith(const QString &address, const QString &port,
+                     const QString &user = QStringLiteral("Admin"), const QString &password = {});
+    // Connects to `sim` and waits until the first page is on display.
+    ::testing::AssertionResult connectTo(const SimProcess &sim,
+                                         const QString &address = u"127.0.0.1"_qs);
+    ::testing::AssertionResult waitForDisconnectedLook();
+    void send(int kind, qintptr wParam = 0, qintptr lParam = 0);
+
+    std::unique_ptr<CRemoteKSetupDlg> window;
+    QStringList messages;
+    std::vector<int> exitCodes;
+
+private:
+    ProgramExit::Hook m_previousExit;
+};

@@ -1,0 +1,392 @@
+#include "tests/app/MainWindowFixture.h"
+
+#include "app/ConnectionPanel.h"
+#include "app/PageHost.h"
+#include "app/PageMenuBar.h"
+#include "pages/common/CSetupPage.h"
+#include "session/CWork.h"
+#include "session/SessionMessage.h"
+#include "setup/SetupRecordMap.h"
+
+#include <QLabel>
+#include <QMenu>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using setup::SetupRecordMap;
+
+namespace {
+
+QStringList texts(const QList<QAction *> &actions)
+{
+    QStringList list;
+    for (const QAction *action : actions)
+        list.append(action->text());
+    return list;
+}
+
+QStringList labelTexts(const QWidget *root)
+{
+    QStringList list;
+    for (const QLabel *label : root->findChildren<QLabel *>())
+        list.append(label->text());
+    return list;
+}
+
+template<class T>
+T *named(const QWidget *root, const QString &name)
+{
+    for (T *widget : root->findChildren<T *>()) {
+        if (widget->accessibleName() == name || widget->text() == name)
+            return widget;
+    }
+    return nullptr;
+}
+
+QAction *menuItem(const CRemoteKSetupDlg &window, int menu, const QString &text)
+{
+    for (QAction *action : window.pageMenus()->menu(menu)->actions()) {
+        if (action->text() == text)
+            return action;
+    }
+    return nullptr;
+}
+
+// Every page that exists holds its section of the worker's mirror.
+void expectPagesHoldTheMirror(const CRemoteKSetupDlg &window)
+{
+    const QByteArray &mirror = window.worker()->mirror();
+    for (int i = 0; i < 26; ++i) {
+        const CSetupPage *page = window.pageHost()->page(i);
+        if (!page || !page->section())
+            continue;
+        const setup::SectionInfo &info = SetupRecordMap::section(*page->section());
+        EXPECT_EQ(page->sectionBuffer(), mirror.sliced(info.offset, info.length)) << i;
+        EXPECT_FALSE(page->isModified()) << i;
+    }
+}
+
+constexpr int CameraMenu = 2;
+constexpr int NetworkMenu = 5;
+
+} // namespace
+
+using MainWindowTest = MainWindowFixture;
+
+TEST_F(MainWindowTest, MenusListEveryPageInOrderAndStayDisabledUntilConnected)
+{
+    const std::vector<std::pair<QString, QStringList>> expected = {
+        {u"SYSTEM"_s, {u"Authority"_s, u"Audio"_s, u"Buzzer"_s, u"Configuration"_s, u"Update"_s}},
+        {u"DISPLAY"_s, {u"Date / Time"_s, u"OSD"_s, u"Event Display"_s, u"Interval"_s}},
+        {u"CAMERA"_s,
+         {u"Camera Setup"_s, u"PTZ"_s, u"Alarm-In"_s, u"Alarm-Out"_s, u"Motion"_s,
+          u"Video Loss"_s}},
+        {u"RECORD"_s, {u"Setup"_s, u"Schedule"_s, u"Holiday"_s}},
+        {u"DEVICE"_s,
+         {u"RS-232C"_s, u"Keyboard Control"_s, u"Remote Control"_s, u"Smart Backup"_s}},
+        {u"NETWORK"_s, {u"Notification"_s, u"E-Mail"_s, u"Event"_s, u"Stream"_s}},
+    };
+    const QList<QAction *> menus = window->pageMenus()->actions();
+    ASSERT_EQ(menus.size(), qsizetype(expected.size()));
+    for (size_t m = 0; m < expected.size(); ++m) {
+        EXPECT_EQ(menus[m]->text(), expected[m].first);
+        EXPECT_EQ(texts(menus[m]->menu()->actions()), expected[m].second);
+        for (const QAction *item : menus[m]->menu()->actions())
+            EXPECT_FALSE(item->isEnabled()) << item->text().toStdString();
+    }
+    EXPECT_EQ(window->windowTitle(), u"Remote Setup"_s);
+    EXPECT_FALSE(window->windowIcon().isNull());
+}
+
+TEST_F(MainWindowTest, PanelFieldsAreFoundByTheirNamesAndFollowTheMode)
+{
+    ConnectionPanel *panel = window->connectionPanel();
+    for (const QString &name :
+         {u"ADDRESS"_s, u"PORT NUMBER"_s, u"Host name"_s, u"USER ID"_s, u"PASSWORD"_s})
+        ASSERT_NE(field(name), nullptr);
+    for (const QWidget *control : panel->findChildren<QWidget *>()) {
+        if (const auto *button = qobject_cast<const QAbstractButton *>(control))
+            EXPECT_FALSE(button->text().isEmpty());
+        else if (qobject_cast<const QLineEdit *>(control))
+            EXPECT_FALSE(control->accessibleName().isEmpty());
+    }
+    EXPECT_EQ(field(u"PASSWORD"_s)->echoMode(), QLineEdit::Password);
+    QTest::keyClicks(field(u"PORT NUMBER"_s), u"9a0-b0"_s);
+    EXPECT_EQ(field(u"PORT NUMBER"_s)->text(), u"900"_s);
+
+    EXPECT_TRUE(field(u"PORT NUMBER"_s)->isVisible());
+    EXPECT_FALSE(field(u"Host name"_s)->isVisible());
+    QTest::mouseClick(named<QAbstractButton>(panel, u"DDNS"_s), Qt::LeftButton);
+    EXPECT_FALSE(field(u"PORT NUMBER"_s)->isVisible());
+    EXPECT_TRUE(field(u"Host name"_s)->isVisible());
+
+    EXPECT_TRUE(panelButton(u"CONNECT"_s)->isEnabled());
+    EXPECT_FALSE(panelButton(u"DISCONNECT"_s)->isEnabled());
+    EXPECT_TRUE(labelTexts(panel).contains(u"Disconnect"_s));
+    EXPECT_TRUE(labelTexts(panel).contains(u"VERSION UNKNOWN"_s));
+}
+
+TEST_F(MainWindowTest, TextsFollowTheStartupLanguage)
+{
+    qputenv("REMOTE_SETUP_LANGUAGE", "1");
+    openWindow();
+    qunsetenv("REMOTE_SETUP_LANGUAGE");
+    EXPECT_EQ(texts(window->pageMenus()->actions()),
+              (QStringList {u"SYSTEM"_s, u"ANZEIGE"_s, u"KAMERA"_s, u"AUFNAHME"_s, u"GERÄT"_s,
+                            u"NETZWERK"_s}));
+    EXPECT_EQ(window->connectionPanel()->connectButton()->text(), u"VERBINDEN"_s);
+    EXPECT_EQ(window->saveButton()->text(), u"Speichern"_s);
+}
+
+TEST_F(MainWindowTest, ConnectFillsThePagesAndShowsTheFirst)
+{
+    SimProcess sim;
+    ASSERT_TRUE(connectTo(sim));
+
+    PageHost *host = window->pageHost();
+    EXPECT_EQ(host->currentEntry(), host->firstPage());
+    ASSERT_NE(window->worker(), nullptr);
+    expectPagesHoldTheMirror(*window);
+    EXPECT_EQ(host->currentPage()->channelCount(), 16);
+
+    ConnectionPanel *panel = window->connectionPanel();
+    EXPECT_FALSE(panel->connectButton()->isEnabled());
+    EXPECT_TRUE(panel->disconnectButton()->isEnabled());
+    EXPECT_FALSE(field(u"ADDRESS"_s)->isEnabled());
+    EXPECT_TRUE(labelTexts(panel).contains(u"S/W Version 1.0.0.0"_s));
+    EXPECT_TRUE(testsupport::waitFor([&] { return labelTexts(panel).contains(u"Ready"_s); }));
+
+    QAction *camera = menuItem(*window, CameraMenu, u"Camera Setup"_s);
+    ASSERT_NE(camera, nullptr);
+    EXPECT_TRUE(camera->isEnabled());
+    camera->trigger();
+    EXPECT_EQ(window->windowTitle(), u"127.0.0.1 - Remote Setup / Camera / Setup"_s);
+    EXPECT_EQ(window->currentPageId(), 0x8009);
+    for (int i = 0; i < 26; ++i)
+        EXPECT_EQ(window->pageMenus()->item(i)->isEnabled(), host->page(i) != nullptr) << i;
+    EXPECT_NE(menuItem(*window, NetworkMenu, u"Stream"_s), nullptr);
+    EXPECT_TRUE(messages.isEmpty()) << messages.join(u" | "_s).toStdString();
+    EXPECT_TRUE(exitCodes.empty());
+}
+
+TEST_F(MainWindowTest, TitleKeepsFourteenCharactersOfTheAddress)
+{
+    SimProcess sim;
+    // Leading zeros still name 127.0.0.1, in 15 characters.
+    ASSERT_TRUE(connectTo(sim, u"127.000.000.001"_s));
+    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
+    EXPECT_EQ(window->windowTitle(), u"127.000.000.00 - Remote Setup / Camera / Setup"_s);
+}
+
+TEST_F(MainWindowTest, FourChannelRecorderHasNoStreamItem)
+{
+    SimProcess sim({u"--channels"_s, u"4"_s});
+    ASSERT_TRUE(connectTo(sim));
+    EXPECT_EQ(menuItem(*window, NetworkMenu, u"Stream"_s), nullptr);
+    EXPECT_EQ(texts(window->pageMenus()->menu(NetworkMenu)->actions()),
+              (QStringList {u"Notification"_s, u"E-Mail"_s, u"Event"_s}));
+    EXPECT_EQ(window->channelCount(), 4);
+    EXPECT_EQ(window->pageHost()->currentPage()->channelCount(), 4);
+}
+
+struct BadEntry
+{
+    const char *name;
+    bool ddns;
+    QString address;
+    QString portOrHost;
+};
+
+void PrintTo(const BadEntry &entry, std::ostream *os)
+{
+    *os << entry.name;
+}
+
+class BadEntryTest
+    : public MainWindowFixture
+    , public ::testing::WithParamInterface<BadEntry>
+{
+};
+
+TEST_P(BadEntryTest, ShowsConnectFailAndEndsTheProgram)
+{
+    const BadEntry &entry = GetParam();
+    if (entry.ddns) {
+        QTest::mouseClick(named<QAbstractButton>(window->connectionPanel(), u"DDNS"_s),
+                          Qt::LeftButton);
+        QTest::keyClicks(field(u"ADDRESS"_s), entry.address);
+        QTest::keyClicks(field(u"Host name"_s), entry.portOrHost);
+        QTest::mouseClick(panelButton(u"CONNECT"_s), Qt::LeftButton);
+    } else {
+        connectWith(entry.address, entry.portOrHost);
+    }
+    EXPECT_EQ(messages, QStringList {u"Connect Fail"_s});
+    EXPECT_EQ(exitCodes, std::vector<int> {0});
+    EXPECT_EQ(window->worker(), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Panel, BadEntryTest,
+    ::testing::Values(BadEntry {"port_zero", false, u"127.0.0.1"_s, u"0"_s},
+                      BadEntry {"port_above_range", false, u"127.0.0.1"_s, u"70000"_s},
+                      BadEntry {"port_just_above_range", false, u"127.0.0.1"_s, u"65531"_s},
+                      BadEntry {"port_empty", false, u"127.0.0.1"_s, {}},
+                      BadEntry {"address_empty", false, {}, u"9000"_s},
+                      BadEntry {"ddns_host_name_empty", true, u"ddns.example.net"_s, {}},
+                      BadEntry {"ddns_domain_empty", true, {}, u"dvr1"_s}),
+    [](const auto &info) { return std::string(info.param.name); });
+
+TEST_F(MainWindowTest, DdnsReachesHostNameDotDomainOnTheStandardPort)
+{
+    QTest::mouseClick(named<QAbstractButton>(window->connectionPanel(), u"DDNS"_s), Qt::LeftButton);
+    QTest::keyClicks(field(u"ADDRESS"_s), u"ddns.invalid"_s);
+    QTest::keyClicks(field(u"Host name"_s), u"dvr1"_s);
+    QTest::keyClicks(field(u"USER ID"_s), u"Admin"_s);
+    QTest::mouseClick(panelButton(u"CONNECT"_s), Qt::LeftButton);
+    ASSERT_NE(window->worker(), nullptr);
+    EXPECT_EQ(window->worker()->address(), "dvr1.ddns.invalid");
+    EXPECT_EQ(window->worker()->port(), 9000u);
+}
+
+TEST_F(MainWindowTest, ConnectRunsOnceAndClosingEndsTheSession)
+{
+    SimProcess sim;
+    connectWith(u"127.0.0.1"_s, QString::number(sim.port()));
+    const CWork *first = window->worker();
+    ASSERT_NE(first, nullptr);
+    QTest::mouseClick(panelButton(u"CONNECT"_s), Qt::LeftButton);
+    EXPECT_EQ(window->worker(), first);
+
+    window->close();
+    EXPECT_EQ(window->worker(), nullptr);
+    EXPECT_EQ(CWork::instance(), nullptr);
+}
+
+class SessionEndTest
+    : public MainWindowFixture
+    , public ::testing::WithParamInterface<bool>
+{
+};
+
+TEST_P(SessionEndTest, ReturnsThePanelToItsDisconnectedLook)
+{
+    SimProcess sim;
+    ASSERT_TRUE(connectTo(sim));
+    if (GetParam())
+        QTest::mouseClick(panelButton(u"DISCONNECT"_s), Qt::LeftButton);
+    else
+        send(SessionMessage::SessionEnded);
+    EXPECT_TRUE(waitForDisconnectedLook());
+    EXPECT_TRUE(exitCodes.empty());
+
+    // A new session starts from the same window; the pages stay as built.
+    CSetupPage *page = window->pageHost()->currentPage();
+    ASSERT_TRUE(connectTo(sim));
+    EXPECT_EQ(window->pageHost()->currentPage(), page);
+}
+
+INSTANTIATE_TEST_SUITE_P(MainWindow, SessionEndTest, ::testing::Values(false, true),
+                         [](const auto &info) {
+                             return std::string(info.param ? "disconnect_button" : "message_2026");
+                         });
+
+TEST_F(MainWindowTest, RefusedLoginShowsItsMessageAndEndsTheSession)
+{
+    SimProcess sim({u"--refuse-login"_s, u"2"_s});
+    connectWith(u"127.0.0.1"_s, QString::number(sim.port()));
+    ASSERT_TRUE(testsupport::waitFor([&] { return !messages.isEmpty(); }, SessionTimeoutMs));
+    EXPECT_EQ(messages, QStringList {u"Login failed by password error"_s});
+    // Whether the wait ends the program first is a race; the session ends either way.
+    EXPECT_TRUE(waitForDisconnectedLook());
+    for (int code : exitCodes)
+        EXPECT_EQ(code, 0);
+    EXPECT_EQ(window->pageHost()->currentEntry(), -1);
+}
+
+TEST_F(MainWindowTest, PageMessagesActOnTheWindowButtons)
+{
+    SimProcess sim;
+    ASSERT_TRUE(connectTo(sim));
+    struct Step
+    {
+        int kind;
+        qintptr wParam;
+        qintptr lParam;
+        bool buttonsEnabled;
+        bool defaultVisible;
+    };
+    const Step steps[] = {
+        {SessionMessage::DefaultButton, 1, 0, true, false},
+        {SessionMessage::DefaultButton, 0, 0, true, true},
+        {SessionMessage::DefaultButton, 1, 0, true, false},
+        {SessionMessage::DefaultButton, 2, 0, true, true},
+        {SessionMessage::SaveButtons, 1, 1, false, true},
+        {SessionMessage::SaveButtons, 0, 0, false, true}, // without lParam 1: ignored
+        {SessionMessage::SaveButtons, 0, 1, true, true},
+        {SessionMessage::SaveButtons, 1, 2, true, true},
+    };
+    for (const Step &step : steps) {
+        send(step.kind, step.wParam, step.lParam);
+        SCOPED_TRACE(testing::Message()
+                     << step.kind << " w " << step.wParam << " l " << step.lParam);
+        EXPECT_EQ(window->saveButton()->isEnabled(), step.buttonsEnabled);
+        EXPECT_EQ(window->cancelButton()->isEnabled(), step.buttonsEnabled);
+        EXPECT_EQ(window->defaultButton()->isEnabled(), step.buttonsEnabled);
+        EXPECT_EQ(window->defaultButton()->isVisible(), step.defaultVisible);
+    }
+}
+
+TEST_F(MainWindowTest, UploadDisablesEveryItemUntilItEnds)
+{
+    SimProcess sim;
+    ASSERT_TRUE(connectTo(sim));
+    PageMenuBar *menus = window->pageMenus();
+    send(SessionMessage::UploadRunning, 0);
+    for (int i = 0; i < 26; ++i)
+        EXPECT_FALSE(menus->item(i)->isEnabled()) << i;
+    for (const QAction *menu : menus->actions())
+        EXPECT_TRUE(menu->isEnabled());
+
+    send(SessionMessage::UploadRunning, 1);
+    for (int i = 0; i < 26; ++i)
+        EXPECT_EQ(menus->item(i)->isEnabled(), window->pageHost()->page(i) != nullptr) << i;
+}
+
+TEST_F(MainWindowTest, SaveWritesTheCameraSectionToTheRecorder)
+{
+    SimProcess sim;
+    ASSERT_TRUE(connectTo(sim));
+    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
+    auto *title = named<QLineEdit>(window->pageHost()->currentPage(), u"Camera Title 03"_s);
+    ASSERT_NE(title, nullptr);
+    title->selectAll();
+    QTest::keyClicks(title, u"Loading Bay"_s);
+    QTest::mouseClick(window->saveButton(), Qt::LeftButton);
+
+    const int offset = 1300 + 48 * (3 - 1);
+    EXPECT_TRUE(testsupport::waitFor(
+        [&] { return sim.storedRecord().mid(offset, 12) == "Loading Bay\0"_ba; },
+        SessionTimeoutMs));
+    EXPECT_TRUE(testsupport::waitFor([&] { return messages.contains(u"Complete Save   \t"_s); },
+                                     SessionTimeoutMs));
+}
+
+TEST_F(MainWindowTest, RestoredSetupReloadsEveryPageFromTheMirror)
+{
+    SimProcess sim;
+    ASSERT_TRUE(connectTo(sim));
+    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
+    CSetupPage *camera = window->pageHost()->currentPage();
+    auto *title = named<QLineEdit>(camera, u"Camera Title 01"_s);
+    ASSERT_NE(title, nullptr);
+    // The mirror changes behind the page's back, as an import changes it.
+    QByteArray changed = camera->sectionBuffer();
+    changed.replace(0, 6, "Lobby\0"_ba);
+    window->worker()->setSilentNextAcknowledgement();
+    ASSERT_NE(window->worker()->writeSection(setup::Section::Camera, changed), 0);
+    ASSERT_EQ(title->text(), u"CAM 01"_s);
+
+    send(SessionMessage::SetupRestored);
+    EXPECT_EQ(title->text(), u"Lobby"_s);
+    expectPagesHoldTheMirror(*window);
+}

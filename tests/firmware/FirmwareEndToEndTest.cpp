@@ -1,0 +1,110 @@
+#include "firmware/FirmwarePackage.h"
+#include "firmware/PackageBuilder.h"
+#include "setup/SetupRecordMap.h"
+#include "tests/SimProcess.h"
+#include "tests/TestSupport.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using firmware::FirmwarePackage;
+using firmware::FirmwareVersion;
+using firmware::PackageBuilder;
+
+namespace {
+
+constexpr int Success = 0;
+constexpr int Refused = 1;
+constexpr int UsageError = 2;
+constexpr int NoSession = 3;
+
+// Newer than the simulator's factory 1.0.0.0 in every component.
+QString writePackage(const QString &path)
+{
+    PackageBuilder builder(FirmwareVersion {{2, 1, 0, 0}});
+    builder.addGeneratedComponent(2, FirmwareVersion {{2, 1, 0, 0}}, 20000);
+    builder.addGeneratedComponent(0xF004, FirmwareVersion {{2, 0, 0, 0}}, 9000);
+    builder.addGeneratedComponent(0x5151, FirmwareVersion {{1, 0, 0, 0}}, 3000);
+    QString error;
+    EXPECT_TRUE(builder.write(path, &error)) << error.toStdString();
+    return path;
+}
+
+} // namespace
+
+TEST(FirmwareEndToEnd, UploadLandsWholeOnTheRecorderAndBecomesItsSoftwareVersion)
+{
+    QTemporaryDir dir;
+    const QString received = dir.filePath(u"received"_s);
+    SimProcess sim({u"--firmware-dir"_s, received, u"--chunk-size"_s, u"4096"_s});
+    ASSERT_TRUE(sim.isRunning());
+    const QString package = writePackage(dir.filePath(u"update.KRP"_s));
+
+    const testsupport::CliRun upload = sim.cli({u"upload"_s, package});
+
+    EXPECT_EQ(upload.exitCode, Success) << upload.err.toStdString();
+    EXPECT_TRUE(upload.err.contains(u"\n100 %\n"_s)) << upload.err.toStdString();
+    EXPECT_TRUE(upload.err.contains(u"Updatefile transfer is completed."_s));
+    EXPECT_EQ(QDir(received).entryList(QDir::Files), QStringList {u"firmware-2.1.0.0.KRP"_s});
+    EXPECT_EQ(testsupport::readFile(received + u"/firmware-2.1.0.0.KRP"_s),
+              testsupport::readFile(package));
+
+    const testsupport::CliRun info = sim.cli({u"info"_s});
+    EXPECT_TRUE(info.out.contains(u"software version: 2.1.0.0\n"_s)) << info.out.toStdString();
+    EXPECT_EQ(sim.storedRecord().sliced(setup::SetupRecordMap::SoftwareVersionOffset, 4),
+              QByteArray("\x02\x01\x00\x00", 4));
+}
+
+TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
+{
+    QTemporaryDir dir;
+    const QString good = writePackage(dir.filePath(u"good.KRP"_s));
+    const QString broken = dir.filePath(u"broken.KRP"_s);
+    testsupport::writeFile(broken, testsupport::readFile(good).first(4000));
+
+    SimProcess busy({u"--busy"_s});
+    // Frames 1-4 open the session; the recorder hangs up after answering the header.
+    SimProcess dropping({u"--drop-after"_s, u"5"_s});
+    SimProcess gone;
+    gone.kill();
+    ASSERT_TRUE(busy.isRunning() && dropping.isRunning());
+
+    struct Case
+    {
+        const char *what;
+        const SimProcess &sim;
+        QStringList arguments;
+        int exitCode;
+        QString says;
+    };
+    const Case cases[] = {
+        {"busy recorder", busy, {u"upload"_s, good}, Refused, u"Update Impossible."_s},
+        // Checked before connecting: the recorder is not even there.
+        {"broken package",
+         gone,
+         {u"upload"_s, broken},
+         Refused,
+         u"components of the firmware package run past the end"_s},
+        {"missing package",
+         gone,
+         {u"upload"_s, dir.filePath(u"none.KRP"_s)},
+         UsageError,
+         u"cannot be read"_s},
+        {"no package", gone, {u"upload"_s}, UsageError, u"upload takes one PACKAGE"_s},
+        {"no recorder", gone, {u"upload"_s, good}, NoSession, u"cannot connect"_s},
+        {"connection lost",
+         dropping,
+         {u"upload"_s, good},
+         NoSession,
+         u"The Remote Setup is terminated."_s},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        const testsupport::CliRun run = c.sim.cli(c.arguments);
+        EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains(c.says)) << run.err.toStdString();
+    }
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QPushButton>
+#include <QString>
+
+namespace pagetest {
+
+// The control that screen readers and UI automation know as `name`.
+template<class T>
+T *named(const QObject *root, const QString &name)
+{
+    for (T *widget : root->findChildren<T *>()) {
+        if (widget->accessibleName() == name)
+            return widget;
+    }
+    return nullptr;
+}
+
+inline QPushButton *button(const QObject *root, const QString &text)
+{
+    for (QPushButton *b : root->findChildren<QPushButton *>()) {
+        if (b->text() == text)
+            return b;
+    }
+    return nullptr;
+}
+
+// Bytes that no field value has, so that a byte written where it should not
+// be shows up: 0xA0, 0xA1, ...
+inline QByteArray pattern(int size)
+{
+    QByteArray bytes(size, '\0');
+    for (int i = 0; i < size; ++i)
+        bytes[i] = char(0xA0 + i % 64);
+    return bytes;
+}
+
+} // namespace pagetest

@@ -1,0 +1,304 @@
+#include "firmware/FirmwarePackage.h"
+#include "firmware/PackageBuilder.h"
+#include "firmware/PacketWords.h"
+#include "firmware/RecorderVersions.h"
+#include "session/RemoteCommand.h"
+#include "setup/SetupRecordMap.h"
+#include "tests/TestSupport.h"
+#include "tests/sim/SimFixture.h"
+
+#include <QDir>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+using firmware::FirmwarePackage;
+using firmware::FirmwareVersion;
+using firmware::PackageBuilder;
+using firmware::RecorderVersions;
+using session::Frame;
+using Words = std::array<quint32, 8>;
+namespace W = firmware::PacketWords;
+
+namespace {
+
+constexpr quint32 ChunkSize = 128;
+constexpr Words Accepted {W::DataReply, W::Accepted, 0, 0, 0, 0, 0, 0};
+constexpr Words Refused {W::DataReply, W::Refused, 0, 0, 0, 0, 0, 0};
+
+struct Packet
+{
+    PACKET_PARAM param;
+    QByteArray payload;
+};
+
+// Version 2.0.0.0, data 100 bytes after the header, components of 300 and
+// 100 bytes.
+QByteArray packageBytes()
+{
+    PackageBuilder builder(FirmwareVersion {{2, 0, 0, 0}});
+    builder.setDataOffset(FirmwarePackage::HeaderSize + 100);
+    builder.addGeneratedComponent(2, FirmwareVersion {{2, 0, 0, 0}}, 300);
+    builder.addGeneratedComponent(0x77, FirmwareVersion {{1, 0, 0, 0}}, 100);
+    return builder.build();
+}
+
+// The packets a client sends to upload the components marked in `send`.
+std::vector<Packet> uploadPackets(const QByteArray &bytes, std::vector<bool> send = {true, true})
+{
+    FirmwarePackage::Fault fault;
+    const auto package = FirmwarePackage::fromHeader(bytes, bytes.size(), &fault);
+    EXPECT_TRUE(package);
+    std::vector<Packet> packets;
+    Packet header;
+    header.param.words = {W::Header, package->dataOffset(), 0, 0, 0, 0, 0, 0};
+    header.payload = package->header();
+    packets.push_back(header);
+
+    quint32 total = 0;
+    for (std::size_t i = 0; i < send.size(); ++i)
+        total += send[i] ? package->components()[i].size : 0;
+    quint32 number = 0;
+    quint32 lastType = 0;
+    for (std::size_t i = 0; i < send.size(); ++i) {
+        if (!send[i])
+            continue;
+        const FirmwarePackage::Component &c = package->components()[i];
+        lastType = c.type;
+        for (quint32 done = 0; done < c.size; done += ChunkSize) {
+            const quint32 length = std::min(ChunkSize, c.size - done);
+            Packet chunk;
+            chunk.param.words = {W::Data,
+                                 c.type,
+                                 number++,
+                                 total,
+                                 c.size,
+                                 length,
+                                 done == 0 ? W::FirstChunk : W::LaterChunk,
+                                 0};
+            chunk.payload = bytes.sliced(c.offset + done, length);
+            packets.push_back(chunk);
+        }
+        Packet end;
+        end.param.words = {W::Data, c.type, number++, total, c.size, 0, W::EndOfComponent, 0};
+        packets.push_back(end);
+    }
+    Packet end;
+    end.param.words = {W::Data, lastType, number++, total, 0, 0, W::EndOfPackage, 0};
+    packets.push_back(end);
+    return packets;
+}
+
+class FirmwareReceptionTest : public SimFixture
+{
+protected:
+    FirmwareReceptionTest()
+    {
+        options.firmwareDir = firmwareDir();
+        options.chunkSize = ChunkSize;
+    }
+
+    QString firmwareDir() const { return recordPath() + u".firmware"_s; }
+    QStringList kept() const { return QDir(firmwareDir()).entryList(QDir::Files | QDir::Hidden); }
+
+    static std::optional<Frame> send(FrameClient &client, const Packet &packet)
+    {
+        return client.request(RemoteCommand::FirmwarePacket, packet.param, packet.payload);
+    }
+
+    // Sends every packet, expecting each accepted.
+    static void sendAll(FrameClient &client, const std::vector<Packet> &packets)
+    {
+        for (std::size_t i = 0; i < packets.size(); ++i) {
+            const auto reply = send(client, packets[i]);
+            ASSERT_TRUE(reply) << "packet " << i;
+            EXPECT_EQ(reply->command, RemoteCommand::FirmwareReply);
+            const Words expected
+                = i == 0 ? Words {W::HeaderReply, W::GoOn, W::VersionDataFollows, 0, ChunkSize}
+                         : Accepted;
+            EXPECT_EQ(reply->param.words, expected) << "packet " << i;
+        }
+    }
+};
+
+} // namespace
+
+TEST_F(FirmwareReceptionTest, HeaderReplyCarriesTheVersionsAndTheChunkSize)
+{
+    options.softwareVersion = {3, 4, 5, 6};
+    options.chunkSize = 512;
+    options.channels = 8;
+    for (const bool busy : {false, true}) {
+        SCOPED_TRACE(busy ? "busy" : "ready");
+        options.busy = busy;
+        server.reset();
+        ASSERT_TRUE(start());
+        auto client = admin();
+
+        const auto reply = send(*client, uploadPackets(packageBytes()).front());
+
+        ASSERT_TRUE(reply);
+        EXPECT_EQ(reply->param.words, (Words {W::HeaderReply, busy ? W::Busy : W::GoOn,
+                                              W::VersionDataFollows, 0, 512, 0, 0, 0}));
+        const auto versions = RecorderVersions::fromBytes(reply->payload);
+        ASSERT_TRUE(versions);
+        EXPECT_EQ(versions->overall, (FirmwareVersion {{3, 4, 5, 6}}));
+        for (const FirmwareVersion &component : versions->components)
+            EXPECT_EQ(component, versions->overall);
+        EXPECT_EQ(versions->model, "SIM-DVR 8CH");
+    }
+}
+
+TEST_F(FirmwareReceptionTest, ReceivedPackageIsKeptAndItsVersionReportedFromThenOn)
+{
+    const QByteArray bytes = packageBytes();
+    const qsizetype dataOffset = FirmwarePackage::HeaderSize + 100;
+    const QByteArray head = bytes.first(dataOffset);
+    // Components the client skipped are simply not in the kept file.
+    const struct
+    {
+        const char *what;
+        std::vector<bool> send;
+        QByteArray kept;
+    } cases[] = {
+        {"everything", {true, true}, bytes},
+        {"the second only", {false, true}, head + bytes.sliced(dataOffset + 300)},
+        {"nothing", {false, false}, head},
+    };
+    ASSERT_TRUE(start());
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        QDir(firmwareDir()).removeRecursively();
+        auto client = admin();
+
+        sendAll(*client, uploadPackets(bytes, c.send));
+
+        EXPECT_EQ(kept(), QStringList {u"firmware-2.0.0.0.KRP"_s});
+        EXPECT_EQ(testsupport::readFile(firmwareDir() + u"/firmware-2.0.0.0.KRP"_s), c.kept);
+        EXPECT_EQ(storedRecord().sliced(setup::SetupRecordMap::SoftwareVersionOffset, 4),
+                  QByteArray("\x02\0\0\0", 4));
+        const auto reply = send(*client, uploadPackets(bytes).front());
+        ASSERT_TRUE(reply);
+        EXPECT_EQ(RecorderVersions::fromBytes(reply->payload)->overall,
+                  (FirmwareVersion {{2, 0, 0, 0}}));
+    }
+}
+
+TEST_F(FirmwareReceptionTest, FaultyPacketIsRefusedAndDropsTheTransfer)
+{
+    // Packets: 0 header | 1-3 chunks of component 0 | 4 its end | 5 chunk of
+    // component 1 | 6 its end | 7 end of package.
+    const struct
+    {
+        const char *what;
+        std::size_t index;
+        std::function<void(Packet &)> change;
+    } cases[] = {
+        {"number skips", 2,
+         [](Packet &p) {
+             p.param.words[2] = 2;
+         }},
+        {"length word differs", 1,
+         [](Packet &p) {
+             p.param.words[5] = 127;
+         }},
+        {"chunk above the chunk size", 1,
+         [](Packet &p) {
+             p.payload += 'x';
+             p.param.words[5] = 129;
+         }},
+        {"later chunk first", 1,
+         [](Packet &p) {
+             p.param.words[6] = W::LaterChunk;
+         }},
+        {"first chunk twice", 2,
+         [](Packet &p) {
+             p.param.words[6] = W::FirstChunk;
+         }},
+        {"type not in the table", 1,
+         [](Packet &p) {
+             p.param.words[1] = 99;
+         }},
+        {"size not in the table", 1,
+         [](Packet &p) {
+             p.param.words[4] = 301;
+         }},
+        {"chunk past the component", 3,
+         [](Packet &p) {
+             p.payload += 'x';
+             p.param.words[5] = 45;
+         }},
+        {"total changes", 2,
+         [](Packet &p) {
+             p.param.words[3] += 1;
+         }},
+        {"unknown flag", 1,
+         [](Packet &p) {
+             p.param.words[6] = 7;
+         }},
+        {"unknown packet kind", 1,
+         [](Packet &p) {
+             p.param.words[0] = 3;
+         }},
+        {"component ends early", 3,
+         [](Packet &p) {
+             p.payload.clear();
+             p.param.words[5] = 0;
+             p.param.words[6] = W::EndOfComponent;
+         }},
+        {"package ends inside a component", 3,
+         [](Packet &p) {
+             p.payload.clear();
+             p.param.words[4] = 0;
+             p.param.words[5] = 0;
+             p.param.words[6] = W::EndOfPackage;
+         }},
+    };
+    ASSERT_TRUE(start());
+    const std::vector<Packet> packets = uploadPackets(packageBytes());
+    ASSERT_EQ(packets.size(), 8u);
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        auto client = admin();
+        sendAll(*client, {packets.begin(), packets.begin() + qsizetype(c.index)});
+        Packet faulty = packets[c.index];
+        c.change(faulty);
+
+        const auto refusal = send(*client, faulty);
+        const auto after = send(*client, packets[c.index]);
+
+        ASSERT_TRUE(refusal && after);
+        EXPECT_EQ(refusal->param.words, Refused);
+        EXPECT_EQ(after->param.words, Refused) << "the transfer is gone";
+        EXPECT_TRUE(kept().isEmpty()) << kept().join(u' ').toStdString();
+    }
+    EXPECT_EQ(storedRecord().sliced(setup::SetupRecordMap::SoftwareVersionOffset, 4),
+              QByteArray("\x01\0\0\0", 4));
+}
+
+TEST_F(FirmwareReceptionTest, StopPacketOrHangUpDiscardsTheTransfer)
+{
+    ASSERT_TRUE(start());
+    const std::vector<Packet> packets = uploadPackets(packageBytes());
+    for (const bool hangUp : {false, true}) {
+        SCOPED_TRACE(hangUp ? "hang-up" : "stop packet");
+        auto client = admin();
+        sendAll(*client, {packets.begin(), packets.begin() + 2});
+        if (hangUp) {
+            client->disconnect();
+            ASSERT_TRUE(testsupport::waitFor([&] { return server->sessionCount() == 0; }));
+        } else {
+            Packet stop;
+            stop.param.words[0] = W::Stop;
+            client->send(RemoteCommand::FirmwarePacket, stop.param);
+            // Unanswered: the next answer is the one to this OPEN.
+            const auto next = client->request(RemoteCommand::Open);
+            ASSERT_TRUE(next);
+            EXPECT_EQ(next->command, RemoteCommand::OpenAck);
+            const auto after = send(*client, packets[2]);
+            ASSERT_TRUE(after);
+            EXPECT_EQ(after->param.words, Refused);
+        }
+        EXPECT_TRUE(kept().isEmpty()) << kept().join(u' ').toStdString();
+    }
+}

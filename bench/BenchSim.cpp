@@ -1,6 +1,11 @@
 #include "bench/BenchSim.h"
 
+#include "session/CWork.h"
+
 #include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -22,4 +27,28 @@ BenchSim::~BenchSim()
 {
     m_process.kill();
     m_process.waitForFinished();
+}
+
+bool BenchSim::openSession(CWork &work, ConnectionRecord &record) const
+{
+    record.address = "127.0.0.1";
+    record.port = m_port;
+    record.memberId = "Admin";
+    work.connectSession(&record);
+    return runUntil([&] { return work.setupReceived() == 1 && work.clockValid(); }, 30000);
+}
+
+bool BenchSim::runUntil(const std::function<bool()> &done, int timeoutMs)
+{
+    const QDeadlineTimer deadline(timeoutMs);
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (done() || deadline.hasExpired())
+            loop.quit();
+    });
+    poll.start(5);
+    if (!done())
+        loop.exec();
+    return done();
 }

@@ -1,8 +1,14 @@
 #pragma once
 
+#include "session/ConnectionRecord.h"
+
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
+
+#include <functional>
+
+class CWork;
 
 // A recorder-sim process for benchmarks: a fresh record in a temporary
 // folder, a free port on 127.0.0.1.
@@ -15,6 +21,15 @@ public:
     quint16 port() const { return m_port; }
     QString dir() const { return m_dir.path(); }
     QString recordPath() const { return m_dir.filePath(QStringLiteral("recorder-setup.dat")); }
+
+    // Logs `work` in as Admin and waits for the setup record and the clock;
+    // `record` must outlive the session.
+    bool openSession(CWork &work, ConnectionRecord &record) const;
+
+    // Runs the event loop until `done` holds, looking every few
+    // milliseconds: the loop sleeps in between, so what is measured has the
+    // processor to itself.
+    static bool runUntil(const std::function<bool()> &done, int timeoutMs);
 
 private:
     QTemporaryDir m_dir;

@@ -5,17 +5,11 @@
 #include "session/CWork.h"
 #include "session/ProgramExit.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <benchmark/benchmark.h>
-
-#include <functional>
 
 using namespace Qt::StringLiterals;
 using firmware::FirmwarePackage;
@@ -26,23 +20,6 @@ namespace {
 
 constexpr int ChunkSize = 64 * 1024;
 constexpr int ComponentCount = 4;
-
-// Runs the event loop until `done` holds, looking every few milliseconds:
-// the loop sleeps in between, so the upload has the processor to itself.
-bool runUntil(const std::function<bool()> &done, int timeoutMs)
-{
-    const QDeadlineTimer deadline(timeoutMs);
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (done() || deadline.hasExpired())
-            loop.quit();
-    });
-    poll.start(5);
-    if (!done())
-        loop.exec();
-    return done();
-}
 
 // A field of /proc/self/status in KiB (VmRSS now, VmHWM the peak).
 qint64 statusKiB(QByteArrayView field)
@@ -100,12 +77,8 @@ static void firmwareUpload(benchmark::State &state)
     qint64 growthKiB = 0;
     for (auto _ : state) {
         ConnectionRecord record;
-        record.address = "127.0.0.1";
-        record.port = sim.port();
-        record.memberId = "Admin";
         CWork work;
-        work.connectSession(&record);
-        if (!runUntil([&] { return work.setupReceived() == 1; }, 30000)) {
+        if (!sim.openSession(work, record)) {
             state.SkipWithError("no session with the simulator");
             break;
         }
@@ -115,7 +88,7 @@ static void firmwareUpload(benchmark::State &state)
         QElapsedTimer clock;
         clock.start();
         uploader.start();
-        runUntil([&] { return bool(uploader.outcome()); }, 600000);
+        BenchSim::runUntil([&] { return bool(uploader.outcome()); }, 600000);
         state.SetIterationTime(double(clock.nsecsElapsed()) / 1e9);
         seconds = double(clock.nsecsElapsed()) / 1e9;
         growthKiB = std::max<qint64>(statusKiB("VmHWM") - before, 0);

@@ -3,15 +3,11 @@
 #include "session/SetupTransfer.h"
 #include "setup/ExportFile.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
-#include <QEventLoop>
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -19,14 +15,6 @@ namespace {
 
 // The five 100 ms pauses between the six blocks: the least an import takes.
 constexpr double PausesMs = 5 * CWork::WholeRecordPauseMs;
-
-bool runUntil(const std::function<bool()> &done, int timeoutMs)
-{
-    const QDeadlineTimer deadline(timeoutMs);
-    while (!done() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-    return done();
-}
 
 } // namespace
 
@@ -37,12 +25,8 @@ static void importThroughSession(benchmark::State &state)
 {
     BenchSim sim;
     ConnectionRecord record;
-    record.address = "127.0.0.1";
-    record.port = sim.port();
-    record.memberId = "Admin";
     CWork work;
-    work.connectSession(&record);
-    if (!runUntil([&] { return work.setupReceived() == 1 && work.clockValid(); }, 10000)) {
+    if (!sim.openSession(work, record)) {
         state.SkipWithError("no session with the simulator");
         return;
     }
@@ -54,7 +38,7 @@ static void importThroughSession(benchmark::State &state)
         QElapsedTimer clock;
         clock.start();
         if (SetupTransfer::importData(work, file) != SetupTransfer::Result::Sent
-            || !runUntil([&] { return !work.importPending(); }, 10000)) {
+            || !BenchSim::runUntil([&] { return !work.importPending(); }, 10000)) {
             state.SkipWithError("import not acknowledged");
             break;
         }

@@ -2,6 +2,8 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/system/CRemoteSystemConfigDlg.h"
+#include "pages/system/CRemoteSystemUpdateDlg.h"
 
 #include <array>
 #include <cstring>
@@ -29,8 +31,9 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {System, RS_TEXT("Audio"), RS_TEXT("%s - Remote Setup / System / Audio"), 0x8004, nullptr},
     {System, RS_TEXT("Buzzer"), RS_TEXT("%s - Remote Setup / System / Buzzer"), 0x8005, nullptr},
     {System, RS_TEXT("Configuration"), RS_TEXT("%s - Remote Setup / System / Configuration"), 0,
-     nullptr},
-    {System, RS_TEXT("Update"), RS_TEXT("%s - Remote Setup / System / Update"), 0, nullptr},
+     create<CRemoteSystemConfigDlg>},
+    {System, RS_TEXT("Update"), RS_TEXT("%s - Remote Setup / System / Update"), 0,
+     create<CRemoteSystemUpdateDlg>},
     {Display, RS_TEXT("Date / Time"), RS_TEXT("%s - Remote Setup / Display / Date/Time"), 0x8007,
      nullptr},
     {Display, RS_TEXT("OSD"), RS_TEXT("%s - Remote Setup / Display / OSD"), 0x8008, nullptr},

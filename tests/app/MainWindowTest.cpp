@@ -307,6 +307,8 @@ TEST_F(MainWindowTest, PageMessagesActOnTheWindowButtons)
 {
     SimProcess sim;
     ASSERT_TRUE(connectTo(sim));
+    // The buttons act only on a page with a Save action.
+    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
     struct Step
     {
         int kind;

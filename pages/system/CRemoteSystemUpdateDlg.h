@@ -1,0 +1,77 @@
+#pragma once
+
+#include "firmware/FirmwarePackage.h"
+#include "pages/common/CSetupPage.h"
+
+#include <QPointer>
+
+#include <functional>
+#include <optional>
+
+QT_BEGIN_NAMESPACE
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+QT_END_NAMESPACE
+
+namespace firmware {
+class FirmwareUploader;
+}
+
+// System / Update: sends a firmware package to the recorder. It shows the
+// recorder's software version, takes a package only when its header holds
+// together, and runs the upload with a progress bar. The uploader ends the
+// program where the outcome calls for it; a busy recorder or a cancel leave
+// the page ready for another try. The page edits no section: no Save, no
+// Default.
+class CRemoteSystemUpdateDlg : public CSetupPage
+{
+    Q_OBJECT
+
+public:
+    // Asks for a package file with the dialog filter `filter`; an empty path
+    // when the operator chose none.
+    using FileChooser = std::function<QString(QWidget *parent, const QString &filter)>;
+
+    explicit CRemoteSystemUpdateDlg(QWidget *parent = nullptr);
+    ~CRemoteSystemUpdateDlg() override;
+
+    // Also shows the software version of the record's header.
+    void load(const QByteArray &mirror, int channelCount) override;
+
+    // Replaces the open-file dialog; tests must never block on one.
+    void setFileChooser(FileChooser chooser) { m_chooseFile = std::move(chooser); }
+    bool isUploading() const { return m_uploader != nullptr; }
+
+protected:
+    void buildControls() override;
+    void fillControls(QByteArrayView, Source) override { }
+    void gatherControls(QByteArray &) override { }
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void openPackage();
+    void choosePackage(const QString &path);
+    void startUpload();
+    void cancelUpload();
+    void showProgress(int percent);
+    void uploadEnded();
+    void abandonUpload();
+    void watchSessionWindow(QObject *window);
+    void updateButtons();
+
+    FileChooser m_chooseFile;
+    std::optional<firmware::FirmwarePackage> m_package;
+    firmware::FirmwareUploader *m_uploader = nullptr;
+    // The window the session reports to.
+    QPointer<QObject> m_sessionWindow;
+    bool m_canceled = false;
+
+    QLineEdit *m_softwareVersion = nullptr;
+    QLineEdit *m_fileName = nullptr;
+    QLineEdit *m_updateVersion = nullptr;
+    QProgressBar *m_progress = nullptr;
+    QPushButton *m_open = nullptr;
+    QPushButton *m_start = nullptr;
+    QPushButton *m_cancel = nullptr;
+};

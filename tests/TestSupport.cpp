@@ -1,5 +1,7 @@
 #include "tests/TestSupport.h"
 
+#include "setup/FactoryDefaults.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QFile>
@@ -28,6 +30,14 @@ QByteArray readFile(const QString &path)
         return {};
     }
     return f.readAll();
+}
+
+QByteArray patternedRecord(int seed, qsizetype from)
+{
+    QByteArray record = setup::FactoryDefaults::record();
+    for (qsizetype i = from; i < record.size(); ++i)
+        record[i] = char((i * 31 + seed * 17) % 251 + 1);
+    return record;
 }
 
 CliRun runCli(const QStringList &arguments)

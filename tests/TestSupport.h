@@ -15,6 +15,11 @@ QString sourceDir();
 
 QByteArray readFile(const QString &path);
 
+// A factory-default record whose bytes from `from` on depend on `seed`, so
+// that records of different seeds differ wherever a copy could go wrong.
+// Starting after the accounts (216) keeps "Admin" able to log in.
+QByteArray patternedRecord(int seed, qsizetype from);
+
 // A finished remote-setup-cli run.
 struct CliRun
 {

@@ -18,22 +18,17 @@ using setup::SetupRecordMap;
 
 namespace {
 
+// Patterned after the accounts, so that Admin can still log in.
+QByteArray patterned(int seed)
+{
+    constexpr qsizetype AfterAccounts = 216;
+    return testsupport::patternedRecord(seed, AfterAccounts);
+}
+
 constexpr qsizetype BlockF = 13876;
 constexpr qsizetype BlockFLength = 276;
 constexpr qsizetype Monitor = 684;
 constexpr qsizetype MonitorLength = 16;
-
-// A whole record of the default model whose bytes after the accounts
-// depend on `seed`, so that two recorders differ in every block. The
-// passwords and rights stay as they are for Admin to log in.
-QByteArray patterned(int seed)
-{
-    constexpr qsizetype AfterAccounts = 216;
-    QByteArray record = setup::FactoryDefaults::record();
-    for (qsizetype i = AfterAccounts; i < record.size(); ++i)
-        record[i] = char((i * 11 + seed * 37) % 249 + 1);
-    return record;
-}
 
 // `record` with the recorder's own parts (header, block F and, for an
 // import, the monitor settings) put back from `recorder`.

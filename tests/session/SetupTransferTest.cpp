@@ -26,16 +26,11 @@ using Result = SetupTransfer::Result;
 
 namespace {
 
-// A whole record of the default model whose bytes after the accounts
-// depend on `seed`, so that two recorders differ in every block. The
-// passwords and rights stay as they are for Admin to log in.
+// Patterned after the accounts, so that Admin can still log in.
 QByteArray patterned(int seed)
 {
     constexpr qsizetype AfterAccounts = 216;
-    QByteArray record = setup::FactoryDefaults::record();
-    for (qsizetype i = AfterAccounts; i < record.size(); ++i)
-        record[i] = char((i * 13 + seed * 29) % 253 + 1);
-    return record;
+    return testsupport::patternedRecord(seed, AfterAccounts);
 }
 
 QByteArray withU32(QByteArray bytes, qsizetype offset, quint32 value)

@@ -18,21 +18,15 @@ using Faults = setup::SetupFiles::ImportFaults;
 
 namespace {
 
+QByteArray patterned(int seed)
+{
+    return testsupport::patternedRecord(seed, SetupRecordMap::HeaderSize);
+}
+
 constexpr qsizetype BlockF = 13876;
 constexpr qsizetype BlockFLength = 276;
 constexpr qsizetype Monitor = 684;
 constexpr qsizetype MonitorLength = 16;
-
-// A whole record of the default model whose every byte after the header
-// depends on `seed`, so that records made from different seeds differ
-// everywhere a copy could go wrong.
-QByteArray patterned(int seed)
-{
-    QByteArray record = setup::FactoryDefaults::record();
-    for (qsizetype i = SetupRecordMap::HeaderSize; i < record.size(); ++i)
-        record[i] = char((i * 31 + seed * 17) % 251 + 1);
-    return record;
-}
 
 QByteArray withU32(QByteArray bytes, qsizetype offset, quint32 value)
 {

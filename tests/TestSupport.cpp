@@ -40,6 +40,20 @@ QByteArray patternedRecord(int seed, qsizetype from)
     return record;
 }
 
+QByteArray keepingRecordersOwn(QByteArray record, const QByteArray &recorder, bool monitor)
+{
+    constexpr qsizetype HeaderSize = 32;
+    constexpr qsizetype BlockF = 13876;
+    constexpr qsizetype BlockFLength = 276;
+    constexpr qsizetype Monitor = 684;
+    constexpr qsizetype MonitorLength = 16;
+    record.replace(0, HeaderSize, recorder.first(HeaderSize));
+    record.replace(BlockF, BlockFLength, recorder.sliced(BlockF, BlockFLength));
+    if (monitor)
+        record.replace(Monitor, MonitorLength, recorder.sliced(Monitor, MonitorLength));
+    return record;
+}
+
 CliRun runCli(const QStringList &arguments)
 {
     QProcess process;

@@ -20,6 +20,12 @@ QByteArray readFile(const QString &path);
 // Starting after the accounts (216) keeps "Admin" able to log in.
 QByteArray patternedRecord(int seed, qsizetype from);
 
+// `record` with what a recorder keeps through an import or a factory default
+// put back from `recorder`: the header, block F (13,876, 276 bytes) and, when
+// `monitor`, the monitor settings (684, 16 bytes). The offsets are written
+// out here on purpose, apart from the code under test.
+QByteArray keepingRecordersOwn(QByteArray record, const QByteArray &recorder, bool monitor);
+
 // A finished remote-setup-cli run.
 struct CliRun
 {

@@ -105,10 +105,11 @@ TEST_F(MainWindowTest, PanelFieldsAreFoundByTheirNamesAndFollowTheMode)
          {u"ADDRESS"_s, u"PORT NUMBER"_s, u"Host name"_s, u"USER ID"_s, u"PASSWORD"_s})
         ASSERT_NE(field(name), nullptr);
     for (const QWidget *control : panel->findChildren<QWidget *>()) {
-        if (const auto *button = qobject_cast<const QAbstractButton *>(control))
+        if (const auto *button = qobject_cast<const QAbstractButton *>(control)) {
             EXPECT_FALSE(button->text().isEmpty());
-        else if (qobject_cast<const QLineEdit *>(control))
+        } else if (qobject_cast<const QLineEdit *>(control)) {
             EXPECT_FALSE(control->accessibleName().isEmpty());
+        }
     }
     EXPECT_EQ(field(u"PASSWORD"_s)->echoMode(), QLineEdit::Password);
     QTest::keyClicks(field(u"PORT NUMBER"_s), u"9a0-b0"_s);

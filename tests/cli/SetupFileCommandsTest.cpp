@@ -25,22 +25,6 @@ QByteArray patterned(int seed)
     return testsupport::patternedRecord(seed, AfterAccounts);
 }
 
-constexpr qsizetype BlockF = 13876;
-constexpr qsizetype BlockFLength = 276;
-constexpr qsizetype Monitor = 684;
-constexpr qsizetype MonitorLength = 16;
-
-// `record` with the recorder's own parts (header, block F and, for an
-// import, the monitor settings) put back from `recorder`.
-QByteArray keepingRecordersOwn(QByteArray record, const QByteArray &recorder, bool monitor)
-{
-    record.replace(0, SetupRecordMap::HeaderSize, recorder.first(SetupRecordMap::HeaderSize));
-    record.replace(BlockF, BlockFLength, recorder.sliced(BlockF, BlockFLength));
-    if (monitor)
-        record.replace(Monitor, MonitorLength, recorder.sliced(Monitor, MonitorLength));
-    return record;
-}
-
 } // namespace
 
 TEST(SetupFileCommands, ExportFromOneRecorderImportsIntoAnotherOfTheSameModel)
@@ -56,7 +40,8 @@ TEST(SetupFileCommands, ExportFromOneRecorderImportsIntoAnotherOfTheSameModel)
     const auto run = target.cli({u"import"_s, path});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     EXPECT_EQ(run.err, u"Import Success\n"_s);
-    EXPECT_EQ(target.storedRecord(), keepingRecordersOwn(source.storedRecord(), before, true));
+    EXPECT_EQ(target.storedRecord(),
+              testsupport::keepingRecordersOwn(source.storedRecord(), before, true));
 }
 
 TEST(SetupFileCommands, FactoryDefaultRestoresFromTheDefaultFile)
@@ -90,7 +75,7 @@ TEST(SetupFileCommands, FactoryDefaultRestoresFromTheDefaultFile)
         ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
         EXPECT_TRUE(run.err.endsWith(u"Default Setup Success\n"_s)) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(c.warning)) << run.err.toStdString();
-        EXPECT_EQ(sim.storedRecord(), keepingRecordersOwn(c.image, before, false));
+        EXPECT_EQ(sim.storedRecord(), testsupport::keepingRecordersOwn(c.image, before, false));
     }
 }
 

@@ -23,11 +23,6 @@ QByteArray patterned(int seed)
     return testsupport::patternedRecord(seed, SetupRecordMap::HeaderSize);
 }
 
-constexpr qsizetype BlockF = 13876;
-constexpr qsizetype BlockFLength = 276;
-constexpr qsizetype Monitor = 684;
-constexpr qsizetype MonitorLength = 16;
-
 QByteArray withU32(QByteArray bytes, qsizetype offset, quint32 value)
 {
     LittleEndian::setU32(bytes, offset, value);
@@ -41,11 +36,7 @@ QByteArray expectedRecord(const QByteArray &image, const QByteArray &record, boo
 {
     QByteArray expected(SetupRecordMap::RecordSize, '\0');
     expected.replace(0, image.size(), image);
-    expected.replace(0, SetupRecordMap::HeaderSize, record.first(SetupRecordMap::HeaderSize));
-    expected.replace(BlockF, BlockFLength, record.sliced(BlockF, BlockFLength));
-    if (keepMonitor)
-        expected.replace(Monitor, MonitorLength, record.sliced(Monitor, MonitorLength));
-    return expected;
+    return testsupport::keepingRecordersOwn(expected, record, keepMonitor);
 }
 
 } // namespace

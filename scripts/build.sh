@@ -12,6 +12,12 @@ case "$kind" in
     *) echo "usage: scripts/build.sh release|test [targets...]" >&2; exit 2 ;;
 esac
 scripts/setup.sh
+# Rebuilds of other checkouts of the same sources come from the cache.
+if command -v ccache >/dev/null; then
+    flags+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$(dirname "$PWD")}
+    export CCACHE_NOHASHDIR=${CCACHE_NOHASHDIR:-1}
+fi
 cmake -S . -B "build/$kind" -G Ninja "${flags[@]}" >/dev/null
 targets=()
 for t in "$@"; do targets+=(--target "$t"); done

@@ -8,7 +8,7 @@ packages=(
     qt6-base-dev libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     clang-14 libclang-rt-14-dev clang-format
-    xvfb xauth fonts-dejavu-core fonts-noto-cjk
+    xvfb xauth fonts-dejavu-core fonts-noto-cjk ccache
 )
 
 missing=()

@@ -3,6 +3,8 @@
 #include "app/PageCatalog.h"
 #include "i18n/Translator.h"
 #include "pages/common/CSetupPage.h"
+#include "session/CWork.h"
+#include "setup/SetupFiles.h"
 
 #include <QLabel>
 #include <QStackedWidget>
@@ -41,8 +43,17 @@ void PageHost::buildPages()
     m_built = true;
     for (int i = 0; i < PageCatalog::count(); ++i) {
         if (const PageCatalog::Factory create = PageCatalog::entry(i).create) {
-            m_pages[i] = create(m_stack);
-            m_stack->addWidget(m_pages[i]);
+            CSetupPage *page = create(m_stack);
+            // Pages reach the session and the default file only through these.
+            page->setSectionWriter([](setup::Section section, const QByteArray &bytes) {
+                CWork *work = CWork::instance();
+                return work ? work->writeSection(section, bytes) : 0;
+            });
+            page->setDefaultSource([] {
+                return setup::SetupFiles::readDefaultFile(CSetupPage::defaultSetupPath()).bytes;
+            });
+            m_pages[i] = page;
+            m_stack->addWidget(page);
         }
     }
 }

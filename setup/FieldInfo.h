@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <limits>
 #include <span>
 
 namespace setup {
@@ -34,6 +35,15 @@ struct FieldInfo
     int stride2 = 0;
     FieldFormat format = FieldFormat::Decimal;
     std::span<const ValueName> valueNames = {};
+    // What a page shows for the field: the system's own text, which is also
+    // its translation key. Null for fields no page shows.
+    const char *label = nullptr;
+    // The values an operator may enter; an empty range (maximum < minimum)
+    // stands for every value of the type.
+    qint64 minimum = 0;
+    qint64 maximum = -1;
+    // For bit masks: the single bits that have a name (value = the bit).
+    std::span<const ValueName> bitNames = {};
 
     static constexpr FieldInfo u8(const char *name, int offset)
     {
@@ -91,6 +101,49 @@ struct FieldInfo
         FieldInfo f = *this;
         f.valueNames = names;
         return f;
+    }
+
+    constexpr FieldInfo labelled(const char *text) const
+    {
+        FieldInfo f = *this;
+        f.label = text;
+        return f;
+    }
+    constexpr FieldInfo range(qint64 low, qint64 high) const
+    {
+        FieldInfo f = *this;
+        f.minimum = low;
+        f.maximum = high;
+        return f;
+    }
+    constexpr FieldInfo bits(std::span<const ValueName> names) const
+    {
+        FieldInfo f = *this;
+        f.bitNames = names;
+        return f;
+    }
+
+    // The range an operator may enter, the type's whole range unless set.
+    constexpr qint64 lowest() const
+    {
+        if (maximum >= minimum)
+            return minimum;
+        return type == FieldType::I32 ? std::numeric_limits<qint32>::min() : 0;
+    }
+    constexpr qint64 highest() const
+    {
+        if (maximum >= minimum)
+            return maximum;
+        switch (type) {
+        case FieldType::U8:
+            return 0xFF;
+        case FieldType::U16:
+            return 0xFFFF;
+        case FieldType::I32:
+            return std::numeric_limits<qint32>::max();
+        default:
+            return 0xFFFFFFFF;
+        }
     }
 
     constexpr bool isNumber() const { return type != FieldType::Text && type != FieldType::Bytes; }

@@ -1,10 +1,8 @@
 #include "pages/common/CSetupPage.h"
 
 #include "i18n/Translator.h"
-#include "session/CWork.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -30,15 +28,20 @@ QString &defaultSetupPathOverride()
 
 CSetupPage::CSetupPage(QWidget *parent)
     : QWidget(parent)
-    , m_rows(MaxChannels)
-{ }
+    , m_binder(new SectionBinder(this))
+{
+    connect(m_binder, &SectionBinder::edited, this, &CSetupPage::markModified);
+}
 
 CSetupPage::~CSetupPage() = default;
 
 void CSetupPage::setSection(setup::Section section)
 {
     m_section = section;
-    m_buffer = QByteArray(SetupRecordMap::section(section).length, '\0');
+    const setup::SectionInfo &info = SetupRecordMap::section(section);
+    m_buffer = QByteArray(info.length, '\0');
+    m_saved = m_buffer;
+    m_binder->setBase(info.offset);
 }
 
 QString CSetupPage::defaultSetupPath()
@@ -50,11 +53,6 @@ QString CSetupPage::defaultSetupPath()
 void CSetupPage::setDefaultSetupPath(const QString &path)
 {
     defaultSetupPathOverride() = path;
-}
-
-QString CSetupPage::channelNumber(int index)
-{
-    return QString::asprintf("%02d", index + 1);
 }
 
 void CSetupPage::createFrame()
@@ -83,7 +81,7 @@ void CSetupPage::createFrame()
     m_buttonRow->addStretch(1);
     m_buttonRow->addWidget(m_saveButton);
     layout->addLayout(m_buttonRow);
-    connect(m_defaultButton, &QPushButton::clicked, this, &CSetupPage::loadDefault);
+    connect(m_defaultButton, &QPushButton::clicked, this, [this] { loadDefault(); });
     connect(m_saveButton, &QPushButton::clicked, this, [this] { save(); });
     m_defaultButton->setVisible(hasSaveAction());
     m_saveButton->setVisible(hasSaveAction());
@@ -136,19 +134,22 @@ void CSetupPage::openCopySettings(int copyMode, const CRemoteCameraCopySettingDl
     m_copyDialog->open();
 }
 
-void CSetupPage::addChannelRow(int index, std::initializer_list<QWidget *> widgets)
+void CSetupPage::openCopySettings(int copyMode)
 {
-    if (index < 0 || index >= MaxChannels)
-        return;
-    m_rows[index].insert(m_rows[index].end(), widgets);
+    openCopySettings(copyMode, [this](int source, int target, const auto &properties) {
+        m_binder->copyRow(source, target, properties);
+    });
 }
 
-void CSetupPage::applyChannelCount()
+void CSetupPage::addCopySettings(int copyMode)
 {
-    for (int i = 0; i < MaxChannels; ++i) {
-        for (QWidget *w : m_rows[i])
-            w->setVisible(i < m_channelCount);
-    }
+    connect(copySettingsButton(), &QPushButton::clicked, this,
+            [this, copyMode] { openCopySettings(copyMode); });
+}
+
+void CSetupPage::addChannelRow(int index, std::initializer_list<QWidget *> widgets)
+{
+    m_binder->addRowWidgets(index, widgets);
 }
 
 void CSetupPage::ensureBuilt()
@@ -164,21 +165,38 @@ void CSetupPage::ensureBuilt()
     createFrame();
     buildControls();
     m_built = true;
-    applyChannelCount();
+    m_binder->setChannelCount(m_channelCount);
     if (shown)
         show();
 }
 
 void CSetupPage::load(const QByteArray &mirror, int channelCount)
 {
+    loadSection(m_section ? SetupRecordMap::slice(mirror, SetupRecordMap::section(*m_section))
+                          : QByteArrayView(),
+                channelCount);
+}
+
+void CSetupPage::loadSection(QByteArrayView section, int channelCount)
+{
     ensureBuilt();
     m_channelCount = std::clamp(channelCount, 1, int(MaxChannels));
-    if (m_section && mirror.size() == SetupRecordMap::RecordSize) {
-        const setup::SectionInfo &info = SetupRecordMap::section(*m_section);
-        m_buffer = mirror.sliced(info.offset, info.length);
+    if (section.size() == m_buffer.size() && !section.isEmpty()) {
+        m_buffer = section.toByteArray();
+        m_saved = m_buffer;
     }
-    applyChannelCount();
+    m_binder->setChannelCount(m_channelCount);
     fill();
+}
+
+void CSetupPage::fillControls(QByteArrayView section, Source)
+{
+    m_binder->fill(section);
+}
+
+void CSetupPage::gatherControls(QByteArray &section)
+{
+    m_binder->gather(section);
 }
 
 void CSetupPage::fill()
@@ -203,10 +221,21 @@ int CSetupPage::save()
     if (!m_section)
         return 0;
     gather();
-    CWork *work = CWork::instance();
-    const int result = work ? work->writeSection(*m_section, m_buffer) : 0;
-    setModified(false);
+    const int result = m_writer ? m_writer(*m_section, m_buffer) : 0;
+    if (result) {
+        m_saved = m_buffer;
+        setModified(false);
+    }
     return result;
+}
+
+bool CSetupPage::needsSave()
+{
+    if (!m_built)
+        return false;
+    QByteArray shown = m_buffer;
+    gatherControls(shown);
+    return shown != m_saved;
 }
 
 void CSetupPage::cancel()
@@ -218,16 +247,18 @@ void CSetupPage::loadDefault()
 {
     if (!m_section)
         return;
+    // A missing or short default setup shows zeros, never stale memory.
+    QByteArray defaults = m_defaults ? m_defaults() : QByteArray();
+    defaults.resize(SetupRecordMap::RecordSize, '\0');
+    loadDefault(SetupRecordMap::slice(defaults, SetupRecordMap::section(*m_section)));
+}
+
+void CSetupPage::loadDefault(QByteArrayView section)
+{
+    if (!m_section || section.size() != m_buffer.size())
+        return;
     ensureBuilt();
-    // A missing or short file leaves zeros, never stale memory.
-    QByteArray defaults(SetupRecordMap::RecordSize, '\0');
-    QFile file(defaultSetupPath());
-    if (file.open(QIODevice::ReadOnly)) {
-        const QByteArray read = file.read(SetupRecordMap::RecordSize);
-        defaults.replace(0, read.size(), read);
-    }
-    const setup::SectionInfo &info = SetupRecordMap::section(*m_section);
-    fillControls(QByteArrayView(defaults).sliced(info.offset, info.length), Source::DefaultFile);
+    fillControls(section, Source::DefaultFile);
     afterFill();
     setModified(true);
 }

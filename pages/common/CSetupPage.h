@@ -1,14 +1,15 @@
 #pragma once
 
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
+#include "pages/common/SectionBinder.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QByteArray>
 #include <QStringList>
 #include <QWidget>
 
+#include <functional>
 #include <optional>
-#include <vector>
 
 QT_BEGIN_NAMESPACE
 class QHBoxLayout;
@@ -21,15 +22,19 @@ QT_END_NAMESPACE
 // recorder, lets the operator edit it, restores it from the default setup
 // file and hands it back to the session for writing. The life of a page:
 //
-//   load(mirror, channels) -> fill()      controls show the section, not modified
-//   edits                  -> modified    the page's Save is enabled
-//   save()                 -> gather(), write the section, not modified
-//   loadDefault()          -> the default file's slice in the controls, modified
+//   loadSection(slice, channels) -> fill()   controls show the section, not modified
+//   edits                  -> modified       the page's Save is enabled
+//   save()                 -> gather(), the writer sends the section; not
+//                             modified once it was sent
+//   loadDefault(slice)     -> the default slice in the controls, modified
 //   cancel()               -> fill() again from the section buffer
 //
-// Pages implement fillControls() and gatherControls() over a byte slice laid
-// out as the record's section; they never read or write the record
-// themselves. Values reach the section buffer only through gather.
+// A page binds its controls to the section's fields through binder() in
+// buildControls(); fill and gather then need no code of the page. Pages with
+// controls the binder does not know override fillControls() and
+// gatherControls() and call the base for the bound part. The page never
+// reaches the session or a file itself: the host gives it a writer and the
+// default setup. Values reach the section buffer only through gather.
 class CSetupPage : public QWidget
 {
     Q_OBJECT
@@ -40,6 +45,11 @@ public:
     // Where fillControls() reads from: the edit limits of some pages differ.
     enum class Source { SectionBuffer, DefaultFile };
 
+    // Sends a page's section; returns non-zero once it was sent.
+    using SectionWriter = std::function<int(setup::Section, const QByteArray &section)>;
+    // The whole default setup record (zeros where the file has no bytes).
+    using DefaultSource = std::function<QByteArray()>;
+
     explicit CSetupPage(QWidget *parent = nullptr);
     ~CSetupPage() override;
 
@@ -47,25 +57,39 @@ public:
     std::optional<setup::Section> section() const { return m_section; }
     bool hasSaveAction() const { return m_section.has_value(); }
 
+    void setSectionWriter(SectionWriter writer) { m_writer = std::move(writer); }
+    void setDefaultSource(DefaultSource source) { m_defaults = std::move(source); }
+
     // Builds the controls on first use (hidden, so that up to sixteen rows
     // appear at once), then takes the page's slice of `mirror` and fills.
     virtual void load(const QByteArray &mirror, int channelCount);
-    // Gathers the controls, writes the section, clears the modified flag.
-    // Returns the writer's result (0 when nothing was sent).
+    // The same with the section's bytes alone; a slice of another length is ignored.
+    void loadSection(QByteArrayView section, int channelCount);
+    // Gathers the controls and hands the section to the writer. The modified
+    // flag clears only when the section was sent, so edits are never
+    // dropped silently. Returns the writer's result (0 when nothing was sent).
     virtual int save();
     void cancel();
-    // Shows the page's slice of the default setup file; nothing is sent.
+    // Shows `section`, the page's slice of the default setup, in the
+    // controls; nothing is sent and the section buffer stays.
+    void loadDefault(QByteArrayView section);
+    // The same with the slice of the default source.
     void loadDefault();
+    // Whether the controls hold other values than the section last loaded or saved.
+    bool needsSave();
 
     void fill();
     void gather();
 
     bool isModified() const { return m_modified; }
+    // The page's controls and the fields they edit.
+    const SectionBinder &binder() const { return *m_binder; }
     int channelCount() const { return m_channelCount; }
     const QByteArray &sectionBuffer() const { return m_buffer; }
 
-    // The default setup file: beside the executable unless another path was
-    // set (tests, which run from another folder); an empty path restores that.
+    // The default setup file the host reads for its pages: beside the
+    // executable unless another path was set (tests, which run from another
+    // folder); an empty path restores that.
     static QString defaultSetupPath();
     static void setDefaultSetupPath(const QString &path);
 
@@ -75,13 +99,16 @@ Q_SIGNALS:
 protected:
     void setSection(setup::Section section);
 
-    // Creates the page's controls into contentArea() (or the tabs' pages).
+    // Creates the page's controls into contentArea() (or the tabs' pages),
+    // binding them through binder().
     virtual void buildControls() = 0;
     // Shows `section` (laid out as the record's slice) in the first
-    // channelCount() rows. Must not touch the section buffer.
-    virtual void fillControls(QByteArrayView section, Source source) = 0;
+    // channelCount() rows. Must not touch the section buffer. The base fills
+    // the bound controls.
+    virtual void fillControls(QByteArrayView section, Source source);
     // Writes the first channelCount() rows into `section`; other bytes stay.
-    virtual void gatherControls(QByteArray &section) = 0;
+    // The base gathers the bound controls.
+    virtual void gatherControls(QByteArray &section);
     // Called after the controls were filled and the flag cleared, and after
     // every channel-count change; pages re-evaluate derived controls here.
     virtual void afterFill() { }
@@ -105,6 +132,12 @@ protected:
     // `copyRow` runs for every ticked target channel, in channel order; it
     // copies between controls only, like every other change before gather.
     void openCopySettings(int copyMode, const CRemoteCameraCopySettingDlg::CopyRow &copyRow);
+    // The same, copying the bound columns of the ticked properties.
+    void openCopySettings(int copyMode);
+    // Adds a Copy Settings button that opens the dialog in `copyMode`.
+    void addCopySettings(int copyMode);
+
+    SectionBinder &binder() { return *m_binder; }
     QPushButton *pageSaveButton() const { return m_saveButton; }
     QPushButton *pageDefaultButton() const { return m_defaultButton; }
 
@@ -112,16 +145,19 @@ protected:
     // below the channel count.
     void addChannelRow(int index, std::initializer_list<QWidget *> widgets);
     // The channel number label of a row: "01" ... "16".
-    static QString channelNumber(int index);
+    static QString channelNumber(int index) { return SectionBinder::channelNumber(index); }
 
 private:
     void ensureBuilt();
     void setModified(bool modified);
-    void applyChannelCount();
     void createFrame();
 
     std::optional<setup::Section> m_section;
+    SectionBinder *m_binder;
+    SectionWriter m_writer;
+    DefaultSource m_defaults;
     QByteArray m_buffer;
+    QByteArray m_saved; // what the recorder holds as far as the page knows
     int m_channelCount = MaxChannels;
     bool m_modified = false;
     bool m_built = false;
@@ -134,5 +170,4 @@ private:
     QHBoxLayout *m_buttonRow = nullptr;
     CRemoteCameraCopySettingDlg *m_copyDialog = nullptr;
     CRemoteCameraCopySettingDlg::CopyRow m_copyRow;
-    std::vector<std::vector<QWidget *>> m_rows;
 };

@@ -1,4 +1,5 @@
 #include "i18n/LanguageConfigReader.h"
+#include "setup/FieldTable.h"
 #include "tests/TestSupport.h"
 
 #include <QDirIterator>
@@ -83,6 +84,22 @@ std::set<QString> textsShownByTheProgram()
                 for (const auto &part : literal.globalMatch(m.captured(1)))
                     text += decodeCLiteral(part.captured(1));
                 texts.insert(text);
+            }
+        }
+    }
+    // The pages show the labels of the fields they bind, with their value and bit names.
+    for (const setup::FieldGroup &group : setup::FieldTable::groups()) {
+        for (const setup::FieldInfo &field : group.fields) {
+            if (!field.label)
+                continue;
+            texts.insert(QString::fromLatin1(field.label));
+            for (const auto names : {field.valueNames, field.bitNames}) {
+                for (const setup::ValueName &name : names) {
+                    // Plain numbers read the same in every language.
+                    if (!QString::fromLatin1(name.name).contains(QRegularExpression(u"\\D"_s)))
+                        continue;
+                    texts.insert(QString::fromLatin1(name.name));
+                }
             }
         }
     }

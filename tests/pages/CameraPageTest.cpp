@@ -1,7 +1,9 @@
 #include "pages/camera/CRemoteCameraCameraDlg.h"
 
-#include "setup/CameraSection.h"
 #include "setup/FactoryDefaults.h"
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
+#include "setup/SetupFiles.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
 #include "tests/pages/PageTestSupport.h"
@@ -16,26 +18,36 @@
 
 using namespace Qt::StringLiterals;
 using pagetest::named;
-using setup::CameraSection;
+using setup::FieldTable;
+namespace camera = setup::fields::camera;
 
 namespace {
 
 constexpr int SectionOffset = 1300;
 constexpr int SectionLength = 768;
 
+struct Channel
+{
+    QByteArray title;
+    bool covert;
+    quint8 audio;
+};
+
 // A record whose camera section has a pattern in every byte the page does not
 // own; channel i holds `channels[i]`, or "CAM <i + 1>", covert on odd i, no audio.
-QByteArray cameraRecord(const std::vector<CameraSection::Channel> &channels)
+QByteArray cameraRecord(const std::vector<Channel> &channels)
 {
-    QByteArray section = pagetest::pattern(SectionLength);
-    for (int i = 0; i < CameraSection::Channels; ++i) {
-        CameraSection::setChannel(
-            section, i,
-            i < int(channels.size())
-                ? channels[i]
-                : CameraSection::Channel {"CAM " + QByteArray::number(i + 1), i % 2 == 1, 0});
+    QByteArray record = setup::FactoryDefaults::record().replace(SectionOffset, SectionLength,
+                                                                 pagetest::pattern(SectionLength));
+    for (int i = 0; i < 16; ++i) {
+        const Channel c = i < int(channels.size())
+                              ? channels[i]
+                              : Channel {"CAM " + QByteArray::number(i + 1), i % 2 == 1, 0};
+        FieldTable::setBytes(record, camera::title, c.title, i);
+        FieldTable::setNumber(record, camera::covert, c.covert, i);
+        FieldTable::setNumber(record, camera::audio, c.audio, i);
     }
-    return setup::FactoryDefaults::record().replace(SectionOffset, SectionLength, section);
+    return record;
 }
 
 QByteArray cameraSlice(const QByteArray &record)
@@ -59,10 +71,13 @@ class CameraPage : public ::testing::Test
 protected:
     void SetUp() override
     {
-        CSetupPage::setDefaultSetupPath(testsupport::dataDir() + u"/DEFDVRSETUP.DAT"_s);
+        page.setDefaultSource([] {
+            return setup::SetupFiles::readDefaultFile(testsupport::dataDir()
+                                                      + u"/DEFDVRSETUP.DAT"_s)
+                .bytes;
+        });
         page.show();
     }
-    void TearDown() override { CSetupPage::setDefaultSetupPath({}); }
 
     SessionHarness window; // records the message boxes
     CRemoteCameraCameraDlg page;
@@ -95,6 +110,7 @@ TEST_F(CameraPage, FillShowsEachChannelAndSaveKeepsWhatThePageDoesNotOwn)
         EXPECT_FALSE(title(&page, row.channel)->testAttribute(Qt::WA_InputMethodEnabled));
     }
 
+    page.setSectionWriter([](setup::Section, const QByteArray &) { return 1; });
     page.save();
     // Only the audio byte that no list item stands for changes: the list shows Off.
     QByteArray expected = cameraSlice(record);
@@ -111,6 +127,9 @@ TEST_F(CameraPage, FourChannelRecorderGetsOnlyItsChannelsAndNoDefaultsUntilSave)
     SimProcess sim({u"--channels"_s, u"4"_s}, record);
     CWork &work = window.connect(sim.port());
     ASSERT_TRUE(window.waitForReady());
+    page.setSectionWriter([&work](setup::Section section, const QByteArray &bytes) {
+        return work.writeSection(section, bytes);
+    });
     page.load(work.mirror(), int(window.record.channelCount));
     for (int channel = 1; channel <= 16; ++channel)
         EXPECT_EQ(title(&page, channel)->isVisible(), channel <= 4) << channel;
@@ -164,7 +183,7 @@ TEST_F(CameraPage, ForbiddenTitleCharactersAreRemovedWithOneMessage)
 
 TEST_F(CameraPage, CovertHeaderIsCheckedOnlyWhenAllSixteenRowsAre)
 {
-    const std::vector<CameraSection::Channel> allCovert(16, {"C", true, 0});
+    const std::vector<Channel> allCovert(16, {"C", true, 0});
     // Four channels: the hidden rows were never filled and count unchecked.
     page.load(cameraRecord(allCovert), 4);
     QCheckBox *header = named<QCheckBox>(&page, u"Covert"_s);

@@ -3,7 +3,8 @@
 #include "app/PageCatalog.h"
 #include "app/PageHost.h"
 #include "app/PageMenuBar.h"
-#include "setup/CameraSection.h"
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
 #include "setup/LittleEndian.h"
@@ -24,7 +25,7 @@
 using namespace Qt::StringLiterals;
 using nelib::LittleEndian;
 using pagetest::named;
-using setup::CameraSection;
+using setup::FieldTable;
 using setup::ExportFile;
 using setup::FactoryDefaults;
 
@@ -32,20 +33,18 @@ namespace {
 
 constexpr quint32 Model = 77;
 constexpr int CameraOffset = 1300;
-constexpr int CameraLength = 768;
 
 // A record of model 77 whose first camera is called `title`.
 QByteArray recordWithTitle(const QByteArray &title)
 {
     QByteArray record = FactoryDefaults::record(Model);
-    QByteArray camera = record.mid(CameraOffset, CameraLength);
-    CameraSection::setChannel(camera, 0, {title, false, 0});
-    return record.replace(CameraOffset, CameraLength, camera);
+    FieldTable::setBytes(record, setup::fields::camera::title, title);
+    return record;
 }
 
 QByteArray firstTitle(const QByteArray &record)
 {
-    return CameraSection::channel(record.mid(CameraOffset, CameraLength), 0).title;
+    return FieldTable::text(record, setup::fields::camera::title);
 }
 
 QString shown(const QWidget *page, const QString &name)
@@ -318,7 +317,7 @@ TEST_F(ConfigPageInWindow, ImportOfAnotherRecordersExportReloadsEveryPage)
 
     const CSetupPage *camera = window->pageHost()->page(PageCatalog::indexOf("Camera Setup"));
     ASSERT_NE(camera, nullptr);
-    EXPECT_EQ(CameraSection::channel(camera->sectionBuffer(), 0).title, "Imported");
+    EXPECT_EQ(firstTitle(QByteArray(CameraOffset, '\0') + camera->sectionBuffer()), "Imported");
     EXPECT_EQ(named<QLineEdit>(camera, u"Camera Title 01"_s)->text(), u"Imported"_s);
     EXPECT_EQ(shown(page, u"Model"_s), u"77"_s);
 }

@@ -6,7 +6,6 @@
 
 #include <QLineEdit>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -71,18 +70,28 @@ TEST(SetupPage, FillLeavesThePageUnmodifiedUntilAnEditAndSaveClearsIt)
     EXPECT_TRUE(save->isEnabled());
     EXPECT_EQ(modified.size(), 1);
 
-    // No session: nothing is sent, yet the edit reaches the buffer and the
-    // page counts as saved.
+    // Nothing sent (no session): the edit reaches the buffer but stays unsaved.
+    EXPECT_TRUE(page.needsSave());
+    save->click();
+    EXPECT_TRUE(page.isModified());
+    EXPECT_TRUE(save->isEnabled());
+    EXPECT_EQ(page.sectionBuffer(), "\x2a" + Record.mid(SectionOffset + 1, SectionLength - 1));
+
+    QByteArray sent;
+    page.setSectionWriter([&sent](setup::Section section, const QByteArray &bytes) {
+        EXPECT_EQ(section, setup::Section::Camera);
+        sent = bytes;
+        return 1;
+    });
     save->click();
     EXPECT_FALSE(page.isModified());
     EXPECT_FALSE(save->isEnabled());
-    EXPECT_EQ(page.sectionBuffer(), "\x2a" + Record.mid(SectionOffset + 1, SectionLength - 1));
+    EXPECT_FALSE(page.needsSave());
+    EXPECT_EQ(sent, page.sectionBuffer());
 }
 
-TEST(SetupPage, DefaultShowsTheFileSliceAndLeavesTheBuffer)
+TEST(SetupPage, DefaultShowsTheDefaultSliceAndLeavesTheBuffer)
 {
-    QTemporaryDir dir;
-    const QString path = dir.filePath(u"DEFDVRSETUP.DAT"_s);
     const QByteArray file(setup::SetupRecordMap::RecordSize, '\x11');
     const struct
     {
@@ -96,19 +105,17 @@ TEST(SetupPage, DefaultShowsTheFileSliceAndLeavesTheBuffer)
          QByteArray(10, '\x11') + QByteArray(SectionLength - 10, '\0')},
         {"missing file", std::nullopt, QByteArray(SectionLength, '\0')},
     };
-    CSetupPage::setDefaultSetupPath(path);
     for (const auto &c : cases) {
-        QFile::remove(path);
-        if (c.content)
-            testsupport::writeFile(path, *c.content);
         ProbePage page;
+        if (c.content)
+            page.setDefaultSource([&c] { return *c.content; });
         page.load(Record, 16);
         pagetest::button(&page, u"Default"_s)->click();
         EXPECT_EQ(page.shown, c.shown) << c.what;
         EXPECT_TRUE(pagetest::button(&page, u"Save"_s)->isEnabled()) << c.what;
+        EXPECT_TRUE(page.needsSave()) << c.what;
         EXPECT_EQ(page.sectionBuffer(), Record.mid(SectionOffset, SectionLength)) << c.what;
     }
-    CSetupPage::setDefaultSetupPath({});
 }
 
 TEST(SetupPage, ShowsOnlyTheRecordersChannelRows)

@@ -1,0 +1,298 @@
+#include "pages/common/FieldEditor.h"
+
+#include "i18n/CodePage.h"
+#include "i18n/Translator.h"
+#include "pages/common/TextLimitValidator.h"
+#include "setup/FieldTable.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QRegularExpressionValidator>
+#include <QSpinBox>
+
+using namespace Qt::StringLiterals;
+using setup::FieldInfo;
+using setup::FieldTable;
+
+FieldEditor::FieldEditor(const FieldInfo &field, int i, int j, QObject *parent)
+    : QObject(parent)
+    , m_field(field)
+    , m_i(i)
+    , m_j(j)
+{ }
+
+FieldEditor::~FieldEditor() = default;
+
+FieldInfo FieldEditor::rebased(int base) const
+{
+    FieldInfo f = m_field;
+    f.offset -= base;
+    return f;
+}
+
+quint32 FieldEditor::number(QByteArrayView section, int base) const
+{
+    return FieldTable::number(section, rebased(base), m_i, m_j);
+}
+
+void FieldEditor::setNumber(QByteArray &section, int base, quint32 value) const
+{
+    FieldTable::setNumber(section, rebased(base), value, m_i, m_j);
+}
+
+QByteArrayView FieldEditor::bytes(QByteArrayView section, int base) const
+{
+    return FieldTable::bytes(section, rebased(base), m_i, m_j);
+}
+
+void FieldEditor::setBytes(QByteArray &section, int base, QByteArrayView value) const
+{
+    FieldTable::setBytes(section, rebased(base), value, m_i, m_j);
+}
+
+namespace {
+
+class CheckEditor : public FieldEditor
+{
+public:
+    CheckEditor(const FieldInfo &field, int i, int j, QWidget *parent)
+        : FieldEditor(field, i, j, parent)
+        , m_box(new QCheckBox(parent))
+    {
+        connect(m_box, &QCheckBox::clicked, this, &FieldEditor::edited);
+    }
+    QWidget *widget() const override { return m_box; }
+    void fill(QByteArrayView section, int base) override
+    {
+        m_box->setChecked(number(section, base) != 0);
+    }
+    void gather(QByteArray &section, int base) const override
+    {
+        setNumber(section, base, m_box->isChecked() ? 1 : 0);
+    }
+    void copyFrom(const FieldEditor &other) override
+    {
+        m_box->setChecked(static_cast<const CheckEditor &>(other).m_box->isChecked());
+    }
+
+private:
+    QCheckBox *m_box;
+};
+
+// A value the list does not name selects nothing, and gather then keeps the
+// stored value: the page never rewrites what it cannot show.
+class ListEditor : public FieldEditor
+{
+public:
+    ListEditor(const FieldInfo &field, int i, int j, QWidget *parent)
+        : FieldEditor(field, i, j, parent)
+        , m_list(new QComboBox(parent))
+    {
+        for (const setup::ValueName &name : field.valueNames)
+            m_list->addItem(nelib::tr(name.name), name.value);
+        m_list->setCurrentIndex(-1);
+        connect(m_list, &QComboBox::activated, this, &FieldEditor::edited);
+    }
+    QWidget *widget() const override { return m_list; }
+    void fill(QByteArrayView section, int base) override
+    {
+        m_list->setCurrentIndex(m_list->findData(number(section, base)));
+    }
+    void gather(QByteArray &section, int base) const override
+    {
+        if (m_list->currentIndex() >= 0)
+            setNumber(section, base, m_list->currentData().toUInt());
+    }
+    void copyFrom(const FieldEditor &other) override
+    {
+        m_list->setCurrentIndex(static_cast<const ListEditor &>(other).m_list->currentIndex());
+    }
+
+private:
+    QComboBox *m_list;
+};
+
+class NumberEditor : public FieldEditor
+{
+public:
+    NumberEditor(const FieldInfo &field, int i, int j, QWidget *parent)
+        : FieldEditor(field, i, j, parent)
+        , m_box(new QSpinBox(parent))
+    {
+        // A spin box holds an int; wider unsigned ranges stop at its top.
+        constexpr qint64 top = std::numeric_limits<int>::max();
+        m_box->setRange(int(std::clamp(field.lowest(), -top - 1, top)),
+                        int(std::min(field.highest(), top)));
+        connect(m_box, &QSpinBox::valueChanged, this, &FieldEditor::edited);
+    }
+    QWidget *widget() const override { return m_box; }
+    void fill(QByteArrayView section, int base) override
+    {
+        const quint32 raw = number(section, base);
+        const qint64 value = field().type == setup::FieldType::I32 ? qint64(qint32(raw)) : raw;
+        m_box->setValue(int(std::clamp<qint64>(value, m_box->minimum(), m_box->maximum())));
+    }
+    void gather(QByteArray &section, int base) const override
+    {
+        setNumber(section, base, quint32(m_box->value()));
+    }
+    void copyFrom(const FieldEditor &other) override
+    {
+        m_box->setValue(static_cast<const NumberEditor &>(other).m_box->value());
+    }
+
+private:
+    QSpinBox *m_box;
+};
+
+class TextEditor : public FieldEditor
+{
+public:
+    TextEditor(const FieldInfo &field, int i, int j, QWidget *parent)
+        : FieldEditor(field, i, j, parent)
+        , m_edit(new QLineEdit(parent))
+        , m_limit(new TextLimitValidator(m_edit))
+    {
+        m_limit->setLimit(field.width);
+        m_edit->setValidator(m_limit);
+        connect(m_edit, &QLineEdit::textChanged, this, &FieldEditor::edited);
+    }
+    QWidget *widget() const override { return m_edit; }
+    void fill(QByteArrayView section, int base) override
+    {
+        // Up to the first zero byte; a text that fills the field has none.
+        const QByteArrayView stored = bytes(section, base);
+        const qsizetype end = stored.indexOf('\0');
+        m_limit->setText(m_edit,
+                         nelib::CodePage::system().decode(end < 0 ? stored : stored.first(end)));
+    }
+    void gather(QByteArray &section, int base) const override
+    {
+        setBytes(section, base, nelib::CodePage::system().encode(m_edit->text(), field().width));
+    }
+    void copyFrom(const FieldEditor &other) override
+    {
+        m_limit->setText(m_edit, static_cast<const TextEditor &>(other).m_edit->text());
+    }
+
+private:
+    QLineEdit *m_edit;
+    TextLimitValidator *m_limit;
+};
+
+// Four bytes shown as a.b.c.d. Text that is no address yet (while typing)
+// leaves the stored bytes as they are.
+class AddressEditor : public FieldEditor
+{
+public:
+    AddressEditor(const FieldInfo &field, int i, int j, QWidget *parent)
+        : FieldEditor(field, i, j, parent)
+        , m_edit(new QLineEdit(parent))
+    {
+        static const QRegularExpression address(
+            uR"((?:(?:25[0-5]|2[0-4]\d|1\d\d|[1-9]?\d)\.){0,3}(?:25[0-5]|2[0-4]\d|1\d\d|[1-9]?\d)?)"_s);
+        m_edit->setValidator(new QRegularExpressionValidator(address, m_edit));
+        connect(m_edit, &QLineEdit::textChanged, this, &FieldEditor::edited);
+    }
+    QWidget *widget() const override { return m_edit; }
+    void fill(QByteArrayView section, int base) override
+    {
+        const QByteArrayView stored = bytes(section, base);
+        QStringList parts;
+        for (char c : stored)
+            parts.append(QString::number(quint8(c)));
+        m_edit->setText(parts.join(u'.'));
+    }
+    void gather(QByteArray &section, int base) const override
+    {
+        const QStringList parts = m_edit->text().split(u'.');
+        if (parts.size() != field().width)
+            return;
+        QByteArray value;
+        for (const QString &part : parts) {
+            bool ok = false;
+            const uint n = part.toUInt(&ok);
+            if (!ok || n > 255)
+                return;
+            value.append(char(n));
+        }
+        setBytes(section, base, value);
+    }
+    void copyFrom(const FieldEditor &other) override
+    {
+        m_edit->setText(static_cast<const AddressEditor &>(other).m_edit->text());
+    }
+
+private:
+    QLineEdit *m_edit;
+};
+
+class BitsEditor : public FieldEditor
+{
+public:
+    BitsEditor(const FieldInfo &field, int i, int j, QWidget *parent)
+        : FieldEditor(field, i, j, parent)
+        , m_box(new QWidget(parent))
+    {
+        auto *layout = new QHBoxLayout(m_box);
+        layout->setContentsMargins(0, 0, 0, 0);
+        for (const setup::ValueName &bit : field.bitNames) {
+            auto *box = new QCheckBox(nelib::tr(bit.name), m_box);
+            layout->addWidget(box);
+            m_bits.append(box);
+            m_named |= bit.value;
+            connect(box, &QCheckBox::clicked, this, &FieldEditor::edited);
+        }
+        layout->addStretch(1);
+    }
+    QWidget *widget() const override { return m_box; }
+    void fill(QByteArrayView section, int base) override
+    {
+        const quint32 value = number(section, base);
+        for (qsizetype k = 0; k < m_bits.size(); ++k)
+            m_bits[k]->setChecked(value & field().bitNames[k].value);
+    }
+    void gather(QByteArray &section, int base) const override
+    {
+        quint32 value = number(section, base) & ~m_named;
+        for (qsizetype k = 0; k < m_bits.size(); ++k) {
+            if (m_bits[k]->isChecked())
+                value |= field().bitNames[k].value;
+        }
+        setNumber(section, base, value);
+    }
+    void copyFrom(const FieldEditor &other) override
+    {
+        const auto &from = static_cast<const BitsEditor &>(other);
+        for (qsizetype k = 0; k < m_bits.size(); ++k)
+            m_bits[k]->setChecked(from.m_bits[k]->isChecked());
+    }
+
+private:
+    QWidget *m_box;
+    QList<QCheckBox *> m_bits;
+    quint32 m_named = 0;
+};
+
+} // namespace
+
+FieldEditor *FieldEditor::create(Kind kind, const FieldInfo &field, int i, int j, QWidget *parent)
+{
+    switch (kind) {
+    case Kind::Check:
+        return new CheckEditor(field, i, j, parent);
+    case Kind::List:
+        return new ListEditor(field, i, j, parent);
+    case Kind::Number:
+        return new NumberEditor(field, i, j, parent);
+    case Kind::Text:
+        return new TextEditor(field, i, j, parent);
+    case Kind::Address:
+        return new AddressEditor(field, i, j, parent);
+    case Kind::Bits:
+        return new BitsEditor(field, i, j, parent);
+    }
+    return nullptr;
+}

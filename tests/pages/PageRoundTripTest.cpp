@@ -1,0 +1,157 @@
+// Every page of the catalog that edits a section, through its bound controls:
+// what it fills it gathers back unchanged, each control writes its own
+// element and no other byte, rows past the channel count are hidden and
+// keep their bytes, number boxes offer the field's range.
+
+#include "app/PageCatalog.h"
+#include "pages/common/CSetupPage.h"
+#include "setup/FieldTable.h"
+#include "tests/pages/PageTestSupport.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QRegularExpression>
+#include <QSpinBox>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using setup::FieldInfo;
+using setup::FieldTable;
+using setup::FieldType;
+using setup::SetupRecordMap;
+
+namespace {
+
+struct PageCase
+{
+    const char *label;
+    PageCatalog::Factory create;
+
+    friend void PrintTo(const PageCase &c, std::ostream *out) { *out << c.label; }
+};
+
+// Every page that exists and has a Save action.
+std::vector<PageCase> boundPages()
+{
+    std::vector<PageCase> pages;
+    for (const PageCatalog::Entry &entry : PageCatalog::entries()) {
+        if (entry.create && entry.pageId != 0)
+            pages.push_back({entry.label, entry.create});
+    }
+    return pages;
+}
+
+// A value of the element that its control can show, different for each k.
+void writeSample(QByteArray &record, const FieldEditor &e, int k)
+{
+    const FieldInfo &f = e.field();
+    const int i = e.index();
+    const int j = e.index2();
+    QWidget *w = e.widget();
+    if (qobject_cast<QCheckBox *>(w)) {
+        FieldTable::setNumber(record, f, k % 2, i, j);
+    } else if (qobject_cast<QComboBox *>(w) && !f.valueNames.empty()) {
+        FieldTable::setNumber(record, f, f.valueNames[k % f.valueNames.size()].value, i, j);
+    } else if (qobject_cast<QSpinBox *>(w)) {
+        const qint64 span = std::min<qint64>(f.highest() - f.lowest() + 1, 1000);
+        FieldTable::setNumber(record, f, quint32(f.lowest() + k % span), i, j);
+    } else if (qobject_cast<QLineEdit *>(w) && f.type == FieldType::Text) {
+        FieldTable::setBytes(record, f, "T" + QByteArray::number(k).left(f.width - 1), i, j);
+    } else if (qobject_cast<QLineEdit *>(w) && f.type == FieldType::Bytes) {
+        FieldTable::setBytes(record, f, QByteArray::fromRawData("\x0a\x00\x07\x01", 4), i, j);
+    } else if (!f.bitNames.empty()) {
+        FieldTable::setNumber(record, f, f.bitNames[k % f.bitNames.size()].value, i, j);
+    }
+    // Controls of a page's own kind keep the pattern and must give it back.
+}
+
+// Changes what the control shows; false when it has no other value.
+bool changeControl(QWidget *w)
+{
+    if (auto *box = qobject_cast<QCheckBox *>(w)) {
+        box->setChecked(!box->isChecked());
+    } else if (auto *list = qobject_cast<QComboBox *>(w)) {
+        if (list->count() < 2)
+            return false;
+        list->setCurrentIndex((list->currentIndex() + 1) % list->count());
+    } else if (auto *spin = qobject_cast<QSpinBox *>(w)) {
+        spin->setValue(spin->value() == spin->maximum() ? spin->minimum() : spin->value() + 1);
+    } else if (auto *edit = qobject_cast<QLineEdit *>(w)) {
+        edit->setText(edit->text().endsWith(u'1') ? edit->text().chopped(1) + u'2'
+                                                  : edit->text().chopped(1) + u'1');
+    } else if (auto *bit = w->findChild<QCheckBox *>()) {
+        bit->setChecked(!bit->isChecked());
+    } else {
+        return false;
+    }
+    return true;
+}
+
+class PageRoundTrip : public ::testing::TestWithParam<PageCase>
+{
+};
+
+} // namespace
+
+TEST_P(PageRoundTrip, BoundFieldsRoundTripAndTouchOnlyTheirOwnBytes)
+{
+    std::unique_ptr<CSetupPage> page(GetParam().create(nullptr));
+    ASSERT_TRUE(page->hasSaveAction());
+    const setup::SectionInfo &section = SetupRecordMap::section(*page->section());
+
+    for (int channels : {16, 4}) {
+        SCOPED_TRACE(channels);
+        page->load(pagetest::pattern(SetupRecordMap::RecordSize), channels);
+        QByteArray record = pagetest::pattern(SetupRecordMap::RecordSize);
+        int k = 1;
+        for (const SectionBinder::Binding &b : std::as_const(*page).binder().bindings()) {
+            if (b.row < channels)
+                writeSample(record, *b.editor, k++);
+        }
+        const QByteArray slice = record.mid(section.offset, section.length);
+        page->load(record, channels);
+        EXPECT_FALSE(page->isModified());
+        EXPECT_FALSE(page->needsSave());
+        page->gather();
+        ASSERT_EQ(page->sectionBuffer(), slice) << "fill and gather differ";
+
+        for (const SectionBinder::Binding &b : std::as_const(*page).binder().bindings()) {
+            const FieldEditor &e = *b.editor;
+            SCOPED_TRACE(std::string(e.field().name) + '[' + std::to_string(e.index()) + "]["
+                         + std::to_string(e.index2()) + ']');
+            if (b.row >= channels) {
+                EXPECT_FALSE(e.widget()->isVisibleTo(page.get()));
+                continue;
+            }
+            if (auto *spin = qobject_cast<QSpinBox *>(e.widget())) {
+                EXPECT_EQ(spin->minimum(), std::max<qint64>(e.field().lowest(), INT_MIN));
+                EXPECT_EQ(spin->maximum(), std::min<qint64>(e.field().highest(), INT_MAX));
+            }
+            if (!changeControl(e.widget()))
+                continue;
+            page->gather();
+            const QByteArray &gathered = page->sectionBuffer();
+            const int first = e.field().elementOffset(e.index(), e.index2()) - section.offset;
+            bool changed = false;
+            for (int at = 0; at < section.length; ++at) {
+                if (gathered[at] == slice[at])
+                    continue;
+                changed = true;
+                EXPECT_TRUE(at >= first && at < first + e.field().width)
+                    << "byte " << section.offset + at << " changed";
+            }
+            EXPECT_TRUE(changed) << "the change reached no byte";
+            page->load(record, channels);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(AllPages, PageRoundTrip, ::testing::ValuesIn(boundPages()),
+                         [](const auto &info) {
+                             QString name = QString::fromLatin1(info.param.label);
+                             name.remove(QRegularExpression(QStringLiteral("[^A-Za-z0-9]")));
+                             return name.toStdString();
+                         });

@@ -2,8 +2,8 @@
 
 #include "i18n/Translator.h"
 #include "session/CWork.h"
+#include "setup/SetupFiles.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -44,7 +44,7 @@ void CSetupPage::setSection(setup::Section section)
 QString CSetupPage::defaultSetupPath()
 {
     const QString &path = defaultSetupPathOverride();
-    return path.isEmpty() ? QCoreApplication::applicationDirPath() + u"/DEFDVRSETUP.DAT"_s : path;
+    return path.isEmpty() ? setup::SetupFiles::defaultFilePath() : path;
 }
 
 void CSetupPage::setDefaultSetupPath(const QString &path)

@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Builds the Debian packages from an optimised build tree:
+#   scripts/package.sh   leaves remote-setup_*.deb and remote-setup-cli_*.deb
+#                        in build/packages
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/build.sh release
+cpack --config build/release/CPackConfig.cmake -B build/packages >/dev/null
+ls build/packages/*.deb

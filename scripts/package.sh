@@ -4,6 +4,8 @@
 #                        in build/packages
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/build.sh release
+# Only what the packages hold, not the benchmarks.
+scripts/build.sh release remote-setup remote-setup-cli recorder-sim make-krp-package \
+    default_setup packaging_files
 cpack --config build/release/CPackConfig.cmake -B build/packages >/dev/null
 ls build/packages/*.deb

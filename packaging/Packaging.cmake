@@ -102,7 +102,6 @@ endforeach()
 set(CPACK_PACKAGE_NAME remote-setup)
 set(CPACK_PACKAGE_VENDOR "Remote Setup developers")
 set(CPACK_PACKAGE_CONTACT "${RS_MAINTAINER}")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_PACKAGE_HOMEPAGE_URL "${RS_HOMEPAGE}")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
@@ -117,17 +116,19 @@ set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME remote-setup-cli)
 set(CPACK_DEBIAN_CLIENT_PACKAGE_NAME remote-setup)
 set(CPACK_COMPONENT_CLIENT_DEPENDS cli)
-set(CPACK_COMPONENT_CLI_DESCRIPTION
-    "Remote Setup command line and recorder simulator\n"
-    "remote-setup-cli configures digital video recorders from scripts and for\n"
-    "fleets: information, export, import, factory defaults, clock and firmware\n"
-    "updates. recorder-sim is a recorder for trials and tests; make-krp-package\n"
-    "builds firmware packages for it. Also holds the translations and the\n"
-    "factory-default setup that the desktop client uses.")
-set(CPACK_COMPONENT_CLIENT_DESCRIPTION
-    "Remote Setup desktop client for digital video recorders\n"
-    "Connects to a digital video recorder over the network and edits its\n"
-    "settings page by page: cameras, recording, display, devices, network and\n"
-    "the system itself, with export, import, factory defaults and firmware\n"
-    "updates.")
+# The first line of each is the package's synopsis. CPackDeb puts the
+# project-wide summary before a component's description unless the summary
+# is CPack's own default, hence that value.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${CMAKE_PROJECT_NAME} built using CMake")
+set(CPACK_DEBIAN_CLI_DESCRIPTION "Remote Setup command line and recorder simulator
+remote-setup-cli configures digital video recorders from scripts and for
+fleets: information, export, import, factory defaults, clock and firmware
+updates. recorder-sim is a recorder for trials and tests; make-krp-package
+builds firmware packages for it. Also holds the translations and the
+factory-default setup that the desktop client uses.")
+set(CPACK_DEBIAN_CLIENT_DESCRIPTION "Remote Setup desktop client for digital video recorders
+Connects to a digital video recorder over the network and edits its
+settings page by page: cameras, recording, display, devices, network and
+the system itself, with export, import, factory defaults and firmware
+updates.")
 include(CPack)

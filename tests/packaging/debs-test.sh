@@ -30,6 +30,7 @@ field() { dpkg-deb -f "$1" "$2"; }
 for deb in "$cli_deb" "$client_deb"; do
     [ "$(field "$deb" Version)" = "$version" ] || fail "$deb: version $(field "$deb" Version)"
     [[ $(field "$deb" Maintainer) == *@* ]] || fail "$deb: no maintainer"
+    [[ $(field "$deb" Description) != *\;* ]] || fail "$deb: a CMake list as description"
     [[ $(field "$deb" Depends) == *libqt6core6* ]] || fail "$deb: no QtCore in Depends"
 done
 cli_depends=$(field "$cli_deb" Depends)

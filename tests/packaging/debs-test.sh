@@ -30,7 +30,7 @@ field() { dpkg-deb -f "$1" "$2"; }
 for deb in "$cli_deb" "$client_deb"; do
     [ "$(field "$deb" Version)" = "$version" ] || fail "$deb: version $(field "$deb" Version)"
     [[ $(field "$deb" Maintainer) == *@* ]] || fail "$deb: no maintainer"
-    [[ $(field "$deb" Description) != *\;* ]] || fail "$deb: a CMake list as description"
+    [[ $(field "$deb" Description) != *$'\n ;'* ]] || fail "$deb: a CMake list as description"
     [[ $(field "$deb" Depends) == *libqt6core6* ]] || fail "$deb: no QtCore in Depends"
 done
 cli_depends=$(field "$cli_deb" Depends)
@@ -76,7 +76,7 @@ out=$("$bin/remote-setup-cli" translate --language 1 Cancel) || fail "translate 
     >"$work/sim.out" 2>"$work/sim.err" &
 sim=$!
 for _ in $(seq 100); do
-    grep -q '^listening on' "$work/sim.out" && break
+    grep -qs '^listening on' "$work/sim.out" && break
     sleep 0.1
 done
 port=$(sed -n 's/^listening on .*:\([0-9]*\)$/\1/p' "$work/sim.out")

@@ -30,10 +30,10 @@ foreach(program remote-setup-cli recorder-sim remote-setup)
     add_custom_command(OUTPUT ${page}.gz
         COMMAND ${CMAKE_COMMAND} -E make_directory ${RS_GENERATED_DIR}/man
         COMMAND ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 QT_QPA_PLATFORM=offscreen
-                ${HELP2MAN} --no-info --section=1 --include=${include}
-                --source=RemoteSetup --output=${page} $<TARGET_FILE:${program}>
+                ${RS_PACKAGING_DIR}/make-man-page.sh ${HELP2MAN} ${include} ${page}
+                $<TARGET_FILE:${program}>
         COMMAND ${GZIP} -9nf ${page}
-        DEPENDS ${program} ${include}
+        DEPENDS ${program} ${include} ${RS_PACKAGING_DIR}/make-man-page.sh
         COMMENT "Writing the manual page of ${program}"
         VERBATIM)
     list(APPEND RS_MAN_PAGES ${page}.gz)

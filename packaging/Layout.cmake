@@ -9,8 +9,10 @@ file(RELATIVE_PATH RS_DATA_SUBDIR /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${RS_I
 
 # The application id names the desktop entry, the icon and the metainfo.
 set(RS_APP_ID org.remotesetup.RemoteSetup)
+# The metainfo takes its screenshot addresses from the homepage.
 set(RS_HOMEPAGE https://remotesetup.org)
 set(RS_MAINTAINER "Remote Setup developers <maintainers@remotesetup.org>")
+# The date of the release that project() names, for the metainfo.
 set(RS_RELEASE_DATE 2026-11-23)
 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/BuildInfo.h.in ${CMAKE_BINARY_DIR}/generated/BuildInfo.h

@@ -3,14 +3,12 @@
 #include <QPainter>
 #include <QPixmap>
 
-namespace {
-
 // A camera lens on a blue rounded square, with a red recording dot.
-QPixmap draw(int size)
+QImage WindowIcon::image(int size)
 {
-    QPixmap pixmap(size, size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(size / 64.0, size / 64.0);
 
@@ -30,15 +28,13 @@ QPixmap draw(int size)
 
     painter.setBrush(QColor(0xe53935));
     painter.drawEllipse(QPointF(52, 12), 5, 5);
-    return pixmap;
+    return image;
 }
-
-} // namespace
 
 QIcon WindowIcon::create()
 {
     QIcon icon;
     for (int size : {16, 24, 32, 48, 64, 128})
-        icon.addPixmap(draw(size));
+        icon.addPixmap(QPixmap::fromImage(image(size)));
     return icon;
 }

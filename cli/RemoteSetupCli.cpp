@@ -21,7 +21,7 @@ const RemoteSetupCli::Command RemoteSetupCli::s_commands[] = {
     {"import", "import FILE", "check an export file against the recorder and send it",
      &SetupFileCommands::importSetup},
     {"factory-default", "factory-default [--default-file F]",
-     "restore the factory defaults (DEFDVRSETUP.DAT beside this program unless F is given)",
+     "restore the factory defaults (the installed DEFDVRSETUP.DAT unless F is given)",
      &SetupFileCommands::factoryDefault},
     {"upload", "upload PACKAGE", "send a firmware update package (.KRP) to the recorder",
      &UploadCommand::run},
@@ -75,7 +75,8 @@ void RemoteSetupCli::printUsage(QTextStream &stream) const
               "  --user ID          the account to log in with\n"
               "  --password-file F  read the password from the first line of F\n"
               "                     (else from $REMOTE_SETUP_PASSWORD)\n"
-              "  --timeout S        give up on the recorder after S seconds\n\n"
+              "  --timeout S        give up on the recorder after S seconds\n"
+              "  --version          print the program's version and exit\n\n"
               "Commands:\n";
     for (const Command &command : s_commands)
         stream << "  " << command.synopsis << "\n      " << command.summary << '\n';

@@ -5,7 +5,6 @@
 #include "i18n/Translator.h"
 
 #include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -96,9 +95,8 @@ int TranslateCommand::run(const CommandContext &context, const QStringList &argu
     if (texts.isEmpty())
         return context.usageError(u"translate: no TEXT given"_s);
 
-    const QString path = parser.isSet(config)
-                             ? parser.value(config)
-                             : QCoreApplication::applicationDirPath() + u"/language.config"_s;
+    const QString path
+        = parser.isSet(config) ? parser.value(config) : nelib::Translator::defaultPath();
     const QFileInfo file(path);
     if (!file.isFile() || !file.isReadable())
         return context.fail(UsageError, u"cannot read language file %1"_s.arg(path));

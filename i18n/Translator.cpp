@@ -1,9 +1,9 @@
 #include "i18n/Translator.h"
 
-#include <QCoreApplication>
 #include <QFile>
 
 #include "i18n/AutoMutex.h"
+#include "i18n/DataFiles.h"
 #include "i18n/TranslatorNoWordException.h"
 
 namespace nelib {
@@ -26,7 +26,7 @@ Translator::~Translator()
 
 QString Translator::defaultPath()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/language.config");
+    return DataFiles::path(QStringLiteral("language.config"));
 }
 
 const Translator *Translator::instance()

@@ -48,7 +48,7 @@ public:
     Translator(const Translator &) = delete;
     Translator &operator=(const Translator &) = delete;
 
-    // language.config beside the executable; needs a QCoreApplication.
+    // The installed language.config (see DataFiles); needs a QCoreApplication.
     static QString defaultPath();
 
     // The published translator, or nullptr.

@@ -3,7 +3,8 @@
 #include "setup/ExportFile.h"
 #include "setup/LittleEndian.h"
 
-#include <QCoreApplication>
+#include "i18n/DataFiles.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -82,7 +83,7 @@ SetupFiles::FileContents SetupFiles::readDefaultFile(const QString &path)
 
 QString SetupFiles::defaultFilePath()
 {
-    return QCoreApplication::applicationDirPath() + u'/' + QLatin1StringView(DefaultFileName);
+    return nelib::DataFiles::path(QLatin1StringView(DefaultFileName));
 }
 
 SetupFiles::ImportFaults SetupFiles::importFaults(QByteArrayView file, QByteArrayView record)

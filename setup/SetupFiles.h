@@ -73,7 +73,7 @@ public:
     static FileContents read(const QString &path, qsizetype size);
     static FileContents readImportFile(const QString &path);
     static FileContents readDefaultFile(const QString &path);
-    // DEFDVRSETUP.DAT beside the executable; needs a QCoreApplication.
+    // The installed DEFDVRSETUP.DAT (see nelib::DataFiles); needs a QCoreApplication.
     static QString defaultFilePath();
 
     // Why an import file may not be imported into `record`; none means it may.

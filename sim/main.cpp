@@ -1,9 +1,12 @@
 #include "sim/RecorderServer.h"
 #include "sim/SimOptions.h"
 
+#include "BuildInfo.h"
+
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -24,6 +27,12 @@ void printLine(FILE *stream, const QString &text)
 
 int main(int argc, char **argv)
 {
+    // --version with a value sets a new record's software version; alone it
+    // asks for the program's.
+    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+        std::puts("recorder-sim " RS_VERSION);
+        return 0;
+    }
     QCoreApplication app(argc, argv);
     // Log lines are for people watching the simulator: plain, on stderr.
     qSetMessagePattern(QStringLiteral("%{message}"));

@@ -1,8 +1,8 @@
 #include "pages/common/CSetupPage.h"
 
 #include "i18n/Translator.h"
+#include "setup/SetupFiles.h"
 
-#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -47,7 +47,7 @@ void CSetupPage::setSection(setup::Section section)
 QString CSetupPage::defaultSetupPath()
 {
     const QString &path = defaultSetupPathOverride();
-    return path.isEmpty() ? QCoreApplication::applicationDirPath() + u"/DEFDVRSETUP.DAT"_s : path;
+    return path.isEmpty() ? setup::SetupFiles::defaultFilePath() : path;
 }
 
 void CSetupPage::setDefaultSetupPath(const QString &path)

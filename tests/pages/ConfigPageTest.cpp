@@ -3,10 +3,10 @@
 #include "app/PageCatalog.h"
 #include "app/PageHost.h"
 #include "app/PageMenuBar.h"
-#include "setup/FieldTable.h"
-#include "setup/Fields.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
 #include "setup/LittleEndian.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
@@ -25,9 +25,9 @@
 using namespace Qt::StringLiterals;
 using nelib::LittleEndian;
 using pagetest::named;
-using setup::FieldTable;
 using setup::ExportFile;
 using setup::FactoryDefaults;
+using setup::FieldTable;
 
 namespace {
 

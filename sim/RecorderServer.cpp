@@ -107,7 +107,7 @@ quint32 RecorderServer::loginCode(const PACKET_STRING &login, const RecorderSess
 
 qint64 RecorderServer::loginWaitMs(const QHostAddress &address) const
 {
-    return m_throttle.waitMs(address, m_uptime.elapsed());
+    return m_options.slowFailedLogins ? m_throttle.waitMs(address, m_uptime.elapsed()) : 0;
 }
 
 void RecorderServer::requestSave(RecorderSession *session)

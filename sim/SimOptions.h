@@ -39,6 +39,7 @@ public:
     // its input stops, and how long it may stay so before it is dropped.
     qint64 maxUnsentBytes = 1024 * 1024;
     int stallTimeoutMs = 10000;
+    bool slowFailedLogins = true;
 
     // Fault switches.
     std::optional<quint32> refuseLoginCode;

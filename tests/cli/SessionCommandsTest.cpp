@@ -1,7 +1,11 @@
+#include "cli/RemoteSetupCli.h"
+#include "session/RemoteCommand.h"
 #include "setup/ExportFile.h"
+#include "setup/FactoryDefaults.h"
 #include "setup/LittleEndian.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
+#include "tests/session/ScriptedRecorder.h"
 
 #include <QDateTime>
 #include <QTemporaryDir>
@@ -102,6 +106,14 @@ TEST(SessionCommands, FailuresMapToExitCodes)
          {u"--password-file"_s, dir.filePath(u"missing"_s)},
          2,
          u"cannot read password file"_s},
+        {"endless password file",
+         {u"--password-file"_s, u"/dev/zero"_s},
+         2,
+         u"longer than 4096 bytes"_s},
+        {"host name longer than the field",
+         {u"--host"_s, QString(64, u'h')},
+         2,
+         u"the host name is 64 bytes in code page WINDOWS-1252; at most 63 fit"_s},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.what);
@@ -109,6 +121,12 @@ TEST(SessionCommands, FailuresMapToExitCodes)
         EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
     }
+
+    // Reported when it happens, not when --timeout runs out.
+    SimProcess dropping({u"--drop-after"_s, u"1"_s});
+    const auto dropped = dropping.cli({u"info"_s});
+    EXPECT_EQ(dropped.exitCode, 3);
+    EXPECT_FALSE(dropped.err.contains(u"within"_s)) << dropped.err.toStdString();
 
     const quint16 port = sim.port();
     sim.kill();
@@ -125,4 +143,37 @@ TEST(SessionCommands, ASlowRecorderTimesOut)
     const auto run = sim.cli({u"info"_s}, {u"--timeout"_s, u"1"_s});
     EXPECT_EQ(run.exitCode, 3);
     EXPECT_TRUE(run.err.contains(u"no setup record from 127.0.0.1"_s)) << run.err.toStdString();
+}
+
+TEST(SessionCommands, NothingIsReadOrWrittenWithoutAWholeSetupRecord)
+{
+    QTemporaryDir dir;
+    const QString exportFile = dir.filePath(u"setup.dat"_s);
+    testsupport::writeFile(exportFile, "a good old export");
+    const QString defaultFile = dir.filePath(u"default.dat"_s);
+    testsupport::writeFile(defaultFile, setup::FactoryDefaults::record());
+    const QStringList commands[] = {
+        {u"info"_s},
+        {u"export"_s, exportFile},
+        {u"factory-default"_s, u"--default-file"_s, defaultFile},
+    };
+    for (const qsizetype size : {0, 100, 15147, 15149, 15249, 1024 * 1024}) {
+        for (const QStringList &command : commands) {
+            SCOPED_TRACE(command.first().toStdString() + " after " + std::to_string(size));
+            ScriptedRecorder recorder;
+            recorder.record = QByteArray(size, '\x11');
+            QString out;
+            QString err;
+            QTextStream outStream(&out);
+            QTextStream errStream(&err);
+            const int exitCode
+                = cli::RemoteSetupCli(outStream, errStream)
+                      .run(QStringList {u"--port"_s, QString::number(recorder.port())} + command);
+            EXPECT_EQ(exitCode, 3) << err.toStdString();
+            EXPECT_TRUE(err.contains(u"instead of a whole record of 15148"_s)) << err.toStdString();
+            EXPECT_TRUE(out.isEmpty()) << out.toStdString();
+            EXPECT_TRUE(recorder.receivedWith(RemoteCommand::SetupWrite).empty());
+        }
+    }
+    EXPECT_EQ(testsupport::readFile(exportFile), "a good old export");
 }

@@ -34,31 +34,6 @@ TEST(SessionCommands, InfoPrintsWhatTheRecorderReports)
         << run.out.toStdString();
 }
 
-TEST(SessionCommands, ExportWritesTheRecordersSetupFile)
-{
-    SimProcess sim({u"--model"_s, u"4242"_s});
-    ASSERT_TRUE(sim.isRunning());
-    QTemporaryDir dir;
-    const QString path = dir.filePath(u"setup.dat"_s);
-    const auto run = sim.cli({u"export"_s, path});
-    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    EXPECT_EQ(run.out, u"Export completed\n"_s);
-
-    const QByteArray file = testsupport::readFile(path);
-    const QByteArray record = sim.storedRecord();
-    ASSERT_EQ(file.size(), setup::ExportFile::Size);
-    EXPECT_EQ(file.first(20), QByteArray::fromHex("11000100"
-                                                  "4b4b4d2b"
-                                                  "55475241"
-                                                  "92100000"
-                                                  "3f000000"));
-    EXPECT_EQ(file.sliced(20), record.sliced(32));
-
-    const auto unwritable = sim.cli({u"export"_s, u"/nonexistent/dir/setup.dat"_s});
-    EXPECT_EQ(unwritable.exitCode, 2);
-    EXPECT_TRUE(unwritable.err.contains(u"cannot write /nonexistent/dir/setup.dat"_s));
-}
-
 TEST(SessionCommands, SetTimeSetsTheRecordersClock)
 {
     SimProcess sim;
@@ -122,12 +97,6 @@ TEST(SessionCommands, FailuresMapToExitCodes)
         EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
     }
 
-    // Reported when it happens, not when --timeout runs out.
-    SimProcess dropping({u"--drop-after"_s, u"1"_s});
-    const auto dropped = dropping.cli({u"info"_s});
-    EXPECT_EQ(dropped.exitCode, 3);
-    EXPECT_FALSE(dropped.err.contains(u"within"_s)) << dropped.err.toStdString();
-
     const quint16 port = sim.port();
     sim.kill();
     const auto closed = sim.cli({u"info"_s});
@@ -136,13 +105,27 @@ TEST(SessionCommands, FailuresMapToExitCodes)
         << closed.err.toStdString();
 }
 
-TEST(SessionCommands, ASlowRecorderTimesOut)
+TEST(SessionCommands, ARecorderThatDropsOrStallsTheSessionEndsIt)
 {
-    SimProcess sim({u"--delay-ms"_s, u"3000"_s});
-    ASSERT_TRUE(sim.isRunning());
-    const auto run = sim.cli({u"info"_s}, {u"--timeout"_s, u"1"_s});
-    EXPECT_EQ(run.exitCode, 3);
-    EXPECT_TRUE(run.err.contains(u"no setup record from 127.0.0.1"_s)) << run.err.toStdString();
+    struct Case
+    {
+        QStringList simArguments;
+        QString message;
+    };
+    const Case cases[] = {
+        // Reported when it happens, not when --timeout runs out.
+        {{u"--drop-after"_s, u"1"_s}, u"127.0.0.1"_s},
+        {{u"--delay-ms"_s, u"3000"_s}, u"no setup record from 127.0.0.1"_s},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.simArguments.join(u' ').toStdString());
+        SimProcess sim(c.simArguments);
+        const auto run = sim.cli({u"info"_s}, {u"--timeout"_s, u"2"_s});
+        EXPECT_EQ(run.exitCode, 3);
+        EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
+        EXPECT_EQ(run.err.contains(u"within"_s), c.simArguments.first() == u"--delay-ms"_s)
+            << run.err.toStdString();
+    }
 }
 
 TEST(SessionCommands, NothingIsReadOrWrittenWithoutAWholeSetupRecord)

@@ -34,7 +34,21 @@ TEST(SetupFileCommands, ExportFromOneRecorderImportsIntoAnotherOfTheSameModel)
     ASSERT_TRUE(source.isRunning() && target.isRunning());
     QTemporaryDir dir;
     const QString path = dir.filePath(u"setup.dat"_s);
-    ASSERT_EQ(source.cli({u"export"_s, path}).exitCode, 0);
+    testsupport::writeFile(path, "replaced whole");
+    const auto exported = source.cli({u"export"_s, path});
+    ASSERT_EQ(exported.exitCode, 0) << exported.err.toStdString();
+    EXPECT_EQ(exported.out, u"Export completed\n"_s);
+    const QByteArray file = testsupport::readFile(path);
+    ASSERT_EQ(file.size(), ExportFile::Size);
+    EXPECT_EQ(file.first(20), QByteArray::fromHex("11000100"
+                                                  "4b4b4d2b"
+                                                  "55475241"
+                                                  "01001600"
+                                                  "3f000000"));
+    EXPECT_EQ(file.sliced(20), source.storedRecord().sliced(32));
+    const auto unwritable = source.cli({u"export"_s, u"/nonexistent/dir/setup.dat"_s});
+    EXPECT_EQ(unwritable.exitCode, 2);
+    EXPECT_TRUE(unwritable.err.contains(u"cannot write /nonexistent/dir/setup.dat"_s));
     const QByteArray before = target.storedRecord();
 
     const auto run = target.cli({u"import"_s, path});

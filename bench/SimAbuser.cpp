@@ -59,8 +59,10 @@ int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     const QStringList arguments = app.arguments();
-    if (arguments.size() != 3)
+    if (arguments.size() != 3) {
+        std::fputs("usage: sim-abuser PORT N (a helper of sim_abuse_bench)\n", stderr);
         return 2;
+    }
     const auto port = quint16(arguments.at(1).toUInt());
     const int count = arguments.at(2).toInt();
 

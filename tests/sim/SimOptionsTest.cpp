@@ -19,23 +19,6 @@ std::optional<SimOptions> parse(const QStringList &arguments, QString *error = n
 
 } // namespace
 
-TEST(SimOptions, DefaultsToOneSixteenChannelRecorderOnPort9000)
-{
-    const auto options = parse({});
-    ASSERT_TRUE(options);
-    EXPECT_EQ(options->address, QHostAddress(QHostAddress::LocalHost));
-    EXPECT_EQ(options->port, 9000);
-    EXPECT_EQ(options->recordFileFor(0), u"recorder-setup.dat"_s);
-    EXPECT_EQ(options->channels, 16);
-    EXPECT_EQ(options->videoStandard, 0);
-    EXPECT_EQ(options->maxUsers, 4);
-    EXPECT_EQ(options->chunkSize, 65536);
-    EXPECT_EQ(options->count, 1);
-    EXPECT_FALSE(options->modelId || options->softwareVersion || options->adminPassword
-                 || options->refuseLoginCode || options->busy || options->dropAfter
-                 || options->delayMs);
-}
-
 TEST(SimOptions, TakesEveryOption)
 {
     QTemporaryDir dir;

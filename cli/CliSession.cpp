@@ -4,13 +4,18 @@
 #include "cli/ExitCode.h"
 #include "i18n/CodePage.h"
 #include "session/ConnectingWait.h"
+#include "session/Frame.h"
+#include "session/RemoteCommand.h"
 #include "session/SessionMessage.h"
+#include "session/SocketNotifyEvent.h"
+#include "setup/SetupRecordMap.h"
 
 #include <QDateTime>
 #include <QEventLoop>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
+using setup::SetupRecordMap;
 
 namespace cli {
 
@@ -18,10 +23,26 @@ namespace {
 
 constexpr int RoundsPerSecond = 10;
 constexpr int PollMs = 2;
+// The transport tells of a lost connection only by refusing the next send,
+// so the waits probe with keep-alives, which a recorder never answers.
+constexpr int ProbeMs = 100;
 
 bool isLoginRefusal(std::optional<int> code)
 {
     return code && *code != CWork::LoginOk && *code >= 0 && *code <= 7;
+}
+
+// A text cut to its field would name another host, account or password.
+std::optional<QByteArray> fieldText(const nelib::CodePage &codePage, const QString &text,
+                                    int fieldSize, const char *what, QString *error)
+{
+    QByteArray bytes = codePage.encode(text);
+    if (bytes.size() <= fieldSize - 1)
+        return bytes;
+    *error = u"the %1 is %2 bytes in code page %3; at most %4 fit"_s.arg(
+        QLatin1StringView(what), QString::number(bytes.size()),
+        QString::fromLatin1(codePage.name()), QString::number(fieldSize - 1));
+    return std::nullopt;
 }
 
 } // namespace
@@ -72,14 +93,23 @@ int CliSession::open()
         return m_context.fail(UsageError, error);
 
     const nelib::CodePage &codePage = nelib::CodePage::system();
-    m_record.address = options.host.toLatin1().left(ConnectionRecord::AddressSize - 1);
+    const auto address
+        = fieldText(codePage, options.host, ConnectionRecord::AddressSize, "host name", &error);
+    const auto memberId
+        = fieldText(codePage, options.user, ConnectionRecord::MemberIdSize, "user id", &error);
+    const auto secret
+        = fieldText(codePage, *password, ConnectionRecord::PasswordSize, "password", &error);
+    if (!address || !memberId || !secret)
+        return m_context.fail(UsageError, error);
+    m_record.address = *address;
     m_record.port = options.port;
-    m_record.memberId = codePage.encode(options.user, ConnectionRecord::MemberIdSize - 1);
-    m_record.password = codePage.encode(*password, ConnectionRecord::PasswordSize - 1);
+    m_record.memberId = *memberId;
+    m_record.password = *secret;
     m_deadline = QDateTime::currentMSecsSinceEpoch() + qint64(options.timeoutSeconds) * 1000;
 
     m_worker = std::make_unique<CWork>();
     m_worker->setMainWindow(this);
+    m_worker->installEventFilter(this);
     if (!m_worker->connectSession(&m_record))
         return m_context.fail(NoSession, u"cannot connect to %1"_s.arg(where()));
 
@@ -98,26 +128,98 @@ int CliSession::open()
     // Learning of the record by signal keeps the command from sleeping out
     // a whole polling period.
     QObject::connect(m_worker.get(), &CWork::setupArrived, &loop, [&wait] { wait.wake(); });
+    QTimer probe;
+    QObject::connect(&probe, &QTimer::timeout, &loop, [&] {
+        if (connectionLost())
+            decide(Outcome::Failed);
+    });
+    probe.start(ProbeMs);
     loop.exec();
-    return outcome == Outcome::Ready ? int(Success) : failure(outcome);
+    if (outcome != Outcome::Ready)
+        return failure(outcome);
+    return m_setupAnswerSize == SetupRecordMap::RecordSize ? int(Success) : noWholeRecord();
+}
+
+int CliSession::noWholeRecord()
+{
+    return m_context.fail(
+        NoSession,
+        u"%1 answered with %2 bytes of setup instead of a whole record of %3; nothing was read or "
+        u"written"_s.arg(where(), QString::number(m_setupAnswerSize.value_or(0)),
+                         QString::number(SetupRecordMap::RecordSize)));
 }
 
 int CliSession::failure(Outcome outcome)
 {
     if (isLoginRefusal(m_worker->lastLoginCode()))
         return Refused; // the recorder's own message is already printed
+    if (m_setupAnswerSize && *m_setupAnswerSize != SetupRecordMap::RecordSize)
+        return noWholeRecord();
     if (outcome == Outcome::TimedOut)
         return m_context.fail(NoSession, u"no setup record from %1 within %2 s"_s.arg(where()).arg(
                                              m_context.options().timeoutSeconds));
+    if (m_connectionLost)
+        return m_context.fail(NoSession, u"%1 closed the connection"_s.arg(where()));
     return m_context.fail(NoSession, u"the session with %1 ended"_s.arg(where()));
+}
+
+void CliSession::stopAtRefusal()
+{
+    m_watchingWrites = true;
+    m_acksSeen = 0;
+    m_refusedAck = 0;
+}
+
+bool CliSession::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_worker.get() || event->type() != session::SocketNotifyEvent::NotifyType)
+        return false;
+    // After a refusal the session is over: nothing still queued for it counts.
+    if (m_refusedAck)
+        return true;
+    const auto *notify = static_cast<session::SocketNotifyEvent *>(event);
+    m_handle = notify->record().handle;
+    if (notify->record().kind != REMOTESOCKET_NOTIFY::PacketReceived)
+        return false;
+    const std::optional<session::Frame> frame = session::Frame::decode(notify->packet());
+    if (!frame)
+        return false;
+    if (frame->command == RemoteCommand::SetupAnswer && frame->param.words[2] == 0)
+        m_setupAnswerSize = frame->payload.size();
+    if (frame->command != RemoteCommand::SetupWriteAck || !m_watchingWrites)
+        return false;
+    ++m_acksSeen;
+    if (frame->param.words[0] == 1)
+        return false;
+    m_refusedAck = m_acksSeen;
+    m_worker->disconnectSession();
+    return true;
+}
+
+bool CliSession::connectionLost()
+{
+    if (m_connectionLost)
+        return true;
+    const int state = m_worker->state();
+    if (!m_handle || state < CWork::Connected || state > CWork::Ready)
+        return false;
+    const PACKET_PARAM probe;
+    m_connectionLost = !KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::KeepAlive, &probe);
+    return m_connectionLost;
 }
 
 int CliSession::waitUntil(const std::function<bool()> &done, const QString &what)
 {
     QEventLoop loop;
     QTimer poll;
+    qint64 nextProbe = 0;
     QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (done() || m_sessionEnded || QDateTime::currentMSecsSinceEpoch() >= m_deadline)
+        const qint64 now = QDateTime::currentMSecsSinceEpoch();
+        if (now >= nextProbe) {
+            nextProbe = now + ProbeMs;
+            m_sessionEnded = m_sessionEnded || connectionLost();
+        }
+        if (done() || m_sessionEnded || now >= m_deadline)
             loop.quit();
     });
     if (!done()) {
@@ -126,6 +228,9 @@ int CliSession::waitUntil(const std::function<bool()> &done, const QString &what
     }
     if (done())
         return Success;
+    if (m_connectionLost)
+        return m_context.fail(NoSession,
+                              u"%1 closed the connection before %2"_s.arg(where(), what));
     if (m_sessionEnded)
         return m_context.fail(NoSession,
                               u"the session with %1 ended before %2"_s.arg(where(), what));

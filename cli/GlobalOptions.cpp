@@ -81,9 +81,16 @@ std::optional<QString> GlobalOptions::password(QString *error) const
         *error = u"cannot read password file %1: %2"_s.arg(passwordFile, file.errorString());
         return std::nullopt;
     }
-    QByteArray line = file.readLine();
+    // A device or a file without line ends must not hold the command up.
+    QByteArray line = file.readLine(MaxPasswordLine + 2);
+    const bool ended = line.endsWith('\n') || file.atEnd();
     while (line.endsWith('\n') || line.endsWith('\r'))
         line.chop(1);
+    if (!ended || line.size() > MaxPasswordLine) {
+        *error = u"the first line of password file %1 is longer than %2 bytes"_s.arg(passwordFile)
+                     .arg(MaxPasswordLine);
+        return std::nullopt;
+    }
     return QString::fromUtf8(line);
 }
 

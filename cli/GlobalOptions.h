@@ -25,6 +25,9 @@ public:
     static std::optional<GlobalOptions> parse(const QStringList &arguments, QStringList *rest,
                                               QString *error, bool *helpRequested);
 
+    // The longest first line of a password file that is read.
+    static constexpr qint64 MaxPasswordLine = 4096;
+
     // The first line of --password-file, else $REMOTE_SETUP_PASSWORD, else empty.
     std::optional<QString> password(QString *error) const;
 };

@@ -5,34 +5,33 @@
 #include "cli/ExitCode.h"
 #include "i18n/Translator.h"
 #include "session/SetupTransfer.h"
+#include "setup/ExportFile.h"
 #include "setup/SetupFiles.h"
+#include "setup/SetupRecordMap.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 
 #include <functional>
 
 using namespace Qt::StringLiterals;
+using setup::ExportFile;
 using setup::SetupFiles;
+using setup::SetupRecordMap;
 
 namespace cli {
 
 namespace {
 
 // Starts the transfer and waits for its seventh acknowledgement, which
-// clears the worker's pending flag. A single refused write makes the whole
-// transfer a refusal.
+// clears the worker's pending flag. The first refused write ends the
+// session there: no later block, no commit, no success message.
 int transfer(const CommandContext &context, CliSession &session,
              const std::function<SetupTransfer::Result(CWork &)> &start,
              bool (CWork::*pending)() const)
 {
     CWork &work = session.worker();
-    bool refused = false;
-    const QObject receiver;
-    QObject::connect(&work, &CWork::writeAcknowledged, &receiver, [&refused](bool applied) {
-        if (!applied)
-            refused = true;
-    });
-
+    session.stopAtRefusal();
     switch (start(work)) {
     case SetupTransfer::Result::Sent:
         break;
@@ -43,12 +42,21 @@ int transfer(const CommandContext &context, CliSession &session,
     case SetupTransfer::Result::SendFailed:
         return context.fail(NoSession, u"the session ended before the whole setup was sent"_s);
     }
-    if (const int code = session.waitUntil([&] { return refused || !(work.*pending)(); },
-                                           u"acknowledgement of the whole setup"_s))
+    const int code
+        = session.waitUntil([&] { return session.refusedAcknowledgement() || !(work.*pending)(); },
+                            u"acknowledgement of the whole setup"_s);
+    const int refused = session.refusedAcknowledgement();
+    if (refused == 0)
         return code;
-    if (refused)
-        return context.fail(Refused, u"the recorder refused a part of the setup"_s);
-    return Success;
+    const auto &blocks = SetupRecordMap::Blocks;
+    const QString what = refused <= int(blocks.size())
+                             ? u"block %1 of %2 (%3)"_s.arg(refused)
+                                   .arg(blocks.size())
+                                   .arg(QLatin1StringView(blocks[std::size_t(refused - 1)].name))
+                             : u"the commit"_s;
+    return context.fail(
+        Refused,
+        u"the recorder refused %1; nothing more was sent and nothing was committed"_s.arg(what));
 }
 
 } // namespace
@@ -63,6 +71,13 @@ int SetupFileCommands::importSetup(const CommandContext &context, const QStringL
         return context.fail(UsageError, u"%1: %2"_s.arg(path, nelib::tr("File does not exist")));
     if (file.status == SetupFiles::FileStatus::Unreadable)
         return context.fail(UsageError, u"cannot read %1"_s.arg(path));
+    // What a cut file lacks would reach the recorder as zeros: camera
+    // titles, user rights. Unlike the window, a script is never asked.
+    const qint64 size = QFileInfo(path).size();
+    if (size != ExportFile::Size)
+        return context.fail(Refused,
+                            u"%1 is %2 bytes, but an export file is %3 bytes; nothing sent"_s.arg(
+                                path, QString::number(size), QString::number(ExportFile::Size)));
 
     CliSession session(context);
     if (const int code = session.open())

@@ -9,6 +9,7 @@
 
 #include <QEventLoop>
 
+#include <algorithm>
 #include <cstdio>
 #include <unistd.h>
 
@@ -65,6 +66,12 @@ int UploadCommand::run(const CommandContext &context, const QStringList &argumen
     UploadProgress progress(context.err(), isatty(fileno(stderr)) != 0);
     MessageSink::install(&progress);
     FirmwareUploader uploader(session.worker(), std::move(*package));
+    // The pause between packets is the recorder's; how long to wait for each
+    // reply is ours, and --timeout may shorten it.
+    uploader.setWaits(FirmwareUploader::PacketPause,
+                      std::min<std::chrono::milliseconds>(
+                          FirmwareUploader::ReplyTimeout,
+                          std::chrono::seconds(context.options().timeoutSeconds)));
     QEventLoop loop;
     QObject::connect(&uploader, &FirmwareUploader::percentageChanged, &loop,
                      [&progress](int percent) { progress.setPercentage(percent); });

@@ -4,6 +4,8 @@
 #include "sim/RecorderSession.h"
 #include "sim/UserAccounts.h"
 
+#include <QTcpSocket>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -35,6 +37,7 @@ RecorderServer::RecorderServer(const SimOptions &options, const QString &recordF
     , m_options(options)
     , m_recordFile(recordFile)
 {
+    m_uptime.start();
     m_saveTimer.setSingleShot(true);
     m_saveTimer.setInterval(0);
     connect(&m_saveTimer, &QTimer::timeout, this, &RecorderServer::saveChanges);
@@ -79,14 +82,16 @@ QString RecorderServer::name() const
     return text + u':' + QString::number(port());
 }
 
-quint32 RecorderServer::loginCode(const PACKET_STRING &login, const RecorderSession *asking) const
+quint32 RecorderServer::loginCode(const PACKET_STRING &login, const RecorderSession *asking)
 {
     if (m_options.refuseLoginCode)
         return *m_options.refuseLoginCode;
     switch (UserAccounts::check(m_store.record(), login.memberId, login.password)) {
     case UserAccounts::Check::UnknownAccount:
+        m_throttle.failed(asking->peerAddress(), m_uptime.elapsed());
         return LoginRefused;
     case UserAccounts::Check::WrongPassword:
+        m_throttle.failed(asking->peerAddress(), m_uptime.elapsed());
         return WrongPassword;
     case UserAccounts::Check::NoNetworkAccess:
         return NoAuthority;
@@ -100,6 +105,11 @@ quint32 RecorderServer::loginCode(const PACKET_STRING &login, const RecorderSess
     return others >= m_options.maxUsers ? TooManyUsers : LoginAccepted;
 }
 
+qint64 RecorderServer::loginWaitMs(const QHostAddress &address) const
+{
+    return m_options.slowFailedLogins ? m_throttle.waitMs(address, m_uptime.elapsed()) : 0;
+}
+
 void RecorderServer::requestSave(RecorderSession *session)
 {
     if (!m_awaitingSave.contains(session))
@@ -111,6 +121,22 @@ void RecorderServer::requestSave(RecorderSession *session)
 void RecorderServer::acceptConnections()
 {
     while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+        // At the cap the oldest connection still without a login makes way,
+        // so a flood of idle connections cannot lock the users out.
+        if (m_sessions.size() >= m_options.maxConnections) {
+            const auto idle
+                = std::find_if(m_sessions.cbegin(), m_sessions.cend(),
+                               [](const RecorderSession *s) { return !s->isLoggedIn(); });
+            if (idle == m_sessions.cend()) {
+                qCInfo(lcRecorder).noquote()
+                    << name() << "connection from" << socket->peerAddress().toString()
+                    << "refused: --max-connections" << m_options.maxConnections << "reached";
+                socket->abort();
+                socket->deleteLater();
+                continue;
+            }
+            (*idle)->drop(u"making way for a new connection at --max-connections"_s);
+        }
         auto *session = new RecorderSession(socket, this, m_nextSessionId++);
         m_sessions.append(session);
         connect(session, &RecorderSession::ended, this, [this, session] {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "sim/LoginThrottle.h"
 #include "sim/OffsetClock.h"
 #include "sim/RecorderStore.h"
 #include "sim/SimOptions.h"
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QLoggingCategory>
 #include <QObject>
@@ -46,8 +48,11 @@ public:
     RecorderStore &store() { return m_store; }
     OffsetClock &clock() { return m_clock; }
 
-    // The code of the login answer for `login` asked by `asking`.
-    quint32 loginCode(const PACKET_STRING &login, const RecorderSession *asking) const;
+    // The code of the login answer for `login` asked by `asking`; a wrong
+    // password or an unknown account slows the next logins from its address.
+    quint32 loginCode(const PACKET_STRING &login, const RecorderSession *asking);
+    // How long a login from `address` has to wait before it is checked.
+    qint64 loginWaitMs(const QHostAddress &address) const;
 
     // `session` has changed the record; it hears changesSaved() once the
     // change is on disk or undone.
@@ -67,7 +72,9 @@ private:
     RecorderStore m_store;
     OffsetClock m_clock;
     QTcpServer m_server;
-    QList<RecorderSession *> m_sessions;
+    QList<RecorderSession *> m_sessions; // oldest first
+    LoginThrottle m_throttle;
+    QElapsedTimer m_uptime;
     QList<QPointer<RecorderSession>> m_awaitingSave;
     QTimer m_saveTimer;
     int m_nextSessionId = 1;

@@ -5,7 +5,9 @@
 #include "setup/LittleEndian.h"
 #include "setup/SetupRecordMap.h"
 #include "sim/RecorderServer.h"
+#include "sim/SectionRights.h"
 #include "sim/SetupAnswerValues.h"
+#include "sim/UserAccounts.h"
 
 #include <QTcpSocket>
 
@@ -21,6 +23,12 @@ namespace {
 // Date/time command modes.
 constexpr quint32 ReadTime = 1;
 constexpr quint32 SetTime = 2;
+
+// Input is taken in pieces, so that a held connection leaves the rest in
+// the socket, whose buffer holds at most one largest frame.
+constexpr qint64 ReadPiece = 64 * 1024;
+// Before login only OPEN and the login are served, both far smaller.
+constexpr qsizetype MaxFrameBeforeLogin = 4096;
 
 // Text from the network as it may appear in a log line.
 QString printable(QByteArrayView bytes)
@@ -41,14 +49,38 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
     , m_firmware(server, [this](const QString &text) { log(text); })
 {
     socket->setParent(this);
-    m_answerTimer.setSingleShot(true);
+    socket->setReadBufferSize(Frame::MaxSize);
+    const SimOptions &options = server->options();
+    for (QTimer *timer :
+         {&m_answerTimer, &m_loginDeadline, &m_silenceTimer, &m_stallTimer, &m_throttleTimer})
+        timer->setSingleShot(true);
     connect(&m_answerTimer, &QTimer::timeout, this, &RecorderSession::sendDueAnswers);
+    connect(&m_throttleTimer, &QTimer::timeout, this, &RecorderSession::releaseLogin);
+    connect(&m_loginDeadline, &QTimer::timeout, this,
+            [this] { drop(u"no login within %1 ms"_s.arg(m_loginDeadline.interval())); });
+    connect(&m_silenceTimer, &QTimer::timeout, this, [this] {
+        drop(u"no keep-alive within %1 ms; the user slot is free"_s.arg(m_silenceTimer.interval()));
+    });
+    connect(&m_stallTimer, &QTimer::timeout, this, [this] {
+        drop(u"%1 bytes of answers unread for %2 ms"_s.arg(m_socket->bytesToWrite())
+                 .arg(m_stallTimer.interval()));
+    });
+    m_silenceTimer.setInterval(options.keepAliveTimeoutMs);
+    m_stallTimer.setInterval(options.stallTimeoutMs);
+    // The recorder's own --delay-ms does not count against the client.
+    m_loginDeadline.start(options.loginTimeoutMs + 2 * options.delayMs);
     connect(socket, &QTcpSocket::readyRead, this, &RecorderSession::readFrames);
+    connect(socket, &QTcpSocket::bytesWritten, this, &RecorderSession::answersWritten);
     connect(socket, &QTcpSocket::stateChanged, this, [this](QAbstractSocket::SocketState state) {
         if (state == QAbstractSocket::UnconnectedState)
             end();
     });
     log(u"opened from %1:%2"_s.arg(socket->peerAddress().toString()).arg(socket->peerPort()));
+}
+
+QHostAddress RecorderSession::peerAddress() const
+{
+    return m_socket->peerAddress();
 }
 
 void RecorderSession::changesSaved(bool saved)
@@ -68,23 +100,36 @@ void RecorderSession::changesSaved(bool saved)
 
 void RecorderSession::readFrames()
 {
-    const QByteArray bytes = m_socket->readAll();
-    if (m_closing || m_ended)
+    if (m_closing || m_ended) {
+        m_socket->readAll();
         return;
+    }
     // Frames completed before a malformed head still count; nothing after it can.
-    bool malformed = !m_reader.feed(bytes);
-    while (m_reader.hasFrame() && !m_closing) {
+    while (!m_closing && !inputHeld()) {
+        if (!m_reader.hasFrame()) {
+            const QByteArray bytes = m_reader.failed() ? QByteArray() : m_socket->read(ReadPiece);
+            if (bytes.isEmpty())
+                break;
+            m_reader.feed(bytes);
+            if (!m_loggedIn && m_reader.pendingBytes() > MaxFrameBeforeLogin) {
+                drop(u"a frame of more than %1 bytes before login"_s.arg(MaxFrameBeforeLogin));
+                return;
+            }
+            continue;
+        }
         const std::optional<Frame> frame = Frame::decode(m_reader.takeFrame());
         if (!frame) {
-            malformed = true;
-            break;
+            closeAfterAnswers(u"malformed frame; closing the connection"_s);
+            return;
         }
+        if (m_loggedIn)
+            m_silenceTimer.start();
         handle(*frame);
         const int dropAfter = m_server->options().dropAfter;
         if (dropAfter > 0 && ++m_framesReceived >= dropAfter)
             closeAfterAnswers(u"dropping the connection after %1 frames"_s.arg(m_framesReceived));
     }
-    if (malformed && !m_closing)
+    if (m_reader.failed() && !m_reader.hasFrame() && !m_closing)
         closeAfterAnswers(u"malformed frame; closing the connection"_s);
 }
 
@@ -98,7 +143,7 @@ void RecorderSession::handle(const Frame &frame)
         return;
     }
     case RemoteCommand::Login:
-        login(frame.payload);
+        holdLogin(frame.payload);
         return;
     case RemoteCommand::KeepAlive:
         return;
@@ -129,11 +174,37 @@ void RecorderSession::handle(const Frame &frame)
     }
 }
 
+void RecorderSession::holdLogin(const QByteArray &payload)
+{
+    m_heldLogin = payload;
+    m_loginHeld = true;
+    releaseLogin();
+}
+
+void RecorderSession::releaseLogin()
+{
+    // Logins waiting together are let through one at a time: a failure of
+    // the first makes the others wait again.
+    const qint64 wait = m_server->loginWaitMs(peerAddress());
+    if (wait > 0) {
+        m_throttleTimer.start(int(wait));
+        return;
+    }
+    m_loginHeld = false;
+    login(std::exchange(m_heldLogin, {}));
+    QMetaObject::invokeMethod(this, &RecorderSession::readFrames, Qt::QueuedConnection);
+}
+
 void RecorderSession::login(const QByteArray &payload)
 {
     const PACKET_STRING login = PACKET_STRING::fromBytes(payload);
     const quint32 code = m_server->loginCode(login, this);
     m_loggedIn = code == 1;
+    m_account = m_loggedIn ? UserAccounts::indexOf(login.memberId) : -1;
+    if (m_loggedIn) {
+        m_loginDeadline.stop();
+        m_silenceTimer.start();
+    }
     log(u"login as '%1': code %2"_s.arg(printable(login.memberId)).arg(code));
 
     const SimOptions &options = m_server->options();
@@ -192,6 +263,11 @@ void RecorderSession::setupWrite(const Frame &frame)
     const quint32 length = frame.param.words[1];
     const quint32 offset = frame.param.words[2];
     if (category == SetupRecordMap::CommitCategory) {
+        if (++m_writesSeen == m_server->options().refuseWriteAt) {
+            log(u"commit refused (--refuse-write-at %1)"_s.arg(m_writesSeen));
+            acknowledge(false);
+            return;
+        }
         commit();
         return;
     }
@@ -199,12 +275,17 @@ void RecorderSession::setupWrite(const Frame &frame)
     const QString what
         = u"category %1, offset %2, length %3"_s.arg(category).arg(offset).arg(length);
     QString problem;
-    if (offset < quint32(SetupRecordMap::HeaderSize))
+    if (++m_writesSeen == m_server->options().refuseWriteAt)
+        problem = u"--refuse-write-at %1"_s.arg(m_writesSeen);
+    else if (offset < quint32(SetupRecordMap::HeaderSize))
         problem = u"the header is not writable"_s;
     else if (quint64(offset) + length > quint64(SetupRecordMap::RecordSize))
         problem = u"runs past the end of the record"_s;
     else if (quint64(frame.payload.size()) != length)
         problem = u"%1 bytes of data"_s.arg(frame.payload.size());
+    else if (const quint32 missing
+             = SectionRights::needed(category, offset, length) & ~accountRights())
+        problem = u"the account lacks %1"_s.arg(SectionRights::names(missing));
     if (!problem.isEmpty()) {
         log(u"write refused (%1): %2"_s.arg(what, problem));
         acknowledge(false);
@@ -271,6 +352,30 @@ void RecorderSession::answer(qint32 command, const PACKET_PARAM &param, const QB
     sendDueAnswers();
 }
 
+quint32 RecorderSession::accountRights() const
+{
+    return m_account < 0 ? 0 : UserAccounts::rights(m_server->store().record(), m_account);
+}
+
+void RecorderSession::answersWritten()
+{
+    if (!m_outputFull || m_socket->bytesToWrite() > m_server->options().maxUnsentBytes / 2)
+        return;
+    m_outputFull = false;
+    m_stallTimer.stop();
+    log(u"the client reads its answers again"_s);
+    readFrames();
+}
+
+void RecorderSession::drop(const QString &reason)
+{
+    if (m_ended)
+        return;
+    log(reason + u"; dropping the connection"_s);
+    m_closing = true;
+    m_socket->abort();
+}
+
 void RecorderSession::sendDueAnswers()
 {
     while (!m_answers.empty() && !m_ended) {
@@ -283,6 +388,13 @@ void RecorderSession::sendDueAnswers()
         }
         m_socket->write(Frame::encode(m_sequence++, next.command, next.param, next.payload));
         m_answers.pop_front();
+    }
+    // A client that does not read its answers is read from no more, so it
+    // costs neither memory nor the time of the others.
+    if (!m_outputFull && m_socket->bytesToWrite() > m_server->options().maxUnsentBytes) {
+        m_outputFull = true;
+        m_stallTimer.start();
+        log(u"%1 bytes of answers unread; reading stops"_s.arg(m_socket->bytesToWrite()));
     }
     if (m_closing && m_answers.empty() && m_socket->state() == QAbstractSocket::ConnectedState)
         m_socket->disconnectFromHost();
@@ -300,7 +412,9 @@ void RecorderSession::end()
     if (m_ended)
         return;
     m_ended = true;
-    m_answerTimer.stop();
+    for (QTimer *timer :
+         {&m_answerTimer, &m_loginDeadline, &m_silenceTimer, &m_stallTimer, &m_throttleTimer})
+        timer->stop();
     if (!m_staged.empty())
         log(u"%1 staged writes discarded without a commit"_s.arg(m_staged.size()));
     m_firmware.discard(u"the connection ended"_s);

@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 #include <QDeadlineTimer>
+#include <QHostAddress>
 #include <QObject>
 #include <QTimer>
 
@@ -31,6 +32,9 @@ public:
     RecorderSession(QTcpSocket *socket, RecorderServer *server, int id);
 
     bool isLoggedIn() const { return m_loggedIn; }
+    QHostAddress peerAddress() const;
+    // Closes the connection at once, answers unsent.
+    void drop(const QString &reason);
 
     // The save this session asked for is done: acknowledge the changes with
     // 1, or with 0 when they could not be saved and were undone.
@@ -58,7 +62,13 @@ private:
 
     void readFrames();
     void handle(const session::Frame &frame);
+    bool inputHeld() const { return m_outputFull || m_loginHeld; }
+    // Holds a login back while its address is being slowed down.
+    void holdLogin(const QByteArray &payload);
+    void releaseLogin();
     void login(const QByteArray &payload);
+    void answersWritten();
+    quint32 accountRights() const;
     void sendSetup();
     void dateTime(const PACKET_PARAM &param);
     void setupWrite(const session::Frame &frame);
@@ -82,12 +92,21 @@ private:
     quint32 m_sequence = 0; // of the frames this side sent
     int m_framesReceived = 0;
     bool m_loggedIn = false;
+    int m_account = -1; // of the successful login
+    int m_writesSeen = 0;
+    bool m_outputFull = false; // too many answers unread: input stops
+    bool m_loginHeld = false;
+    QByteArray m_heldLogin;
     bool m_closing = false;
     bool m_ended = false;
     std::vector<StagedWrite> m_staged;
     std::deque<Answer> m_answers;
     FirmwareReception m_firmware;
     QTimer m_answerTimer;
+    QTimer m_loginDeadline;
+    QTimer m_silenceTimer; // a logged-in session without keep-alives
+    QTimer m_stallTimer; // a client that does not read its answers
+    QTimer m_throttleTimer;
 };
 
 } // namespace sim

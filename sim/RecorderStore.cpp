@@ -78,8 +78,11 @@ bool RecorderStore::store(const QByteArray &record, QString *error) const
 {
     // QSaveFile writes a temporary file beside the target and renames it over
     // the target on commit: a crash leaves either the old or the new record.
+    // The record holds the passwords: only its owner may read it.
     QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(record) != record.size() || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly)
+        || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
+        || file.write(record) != record.size() || !file.commit()) {
         *error = u"cannot write the record file %1: %2"_s.arg(m_path, file.errorString());
         return false;
     }

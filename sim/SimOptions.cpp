@@ -100,10 +100,15 @@ std::optional<SimOptions> SimOptions::parse(const QStringList &arguments, QStrin
     const QCommandLineOption dropAfter(u"drop-after"_s, QString(), u"N"_s);
     const QCommandLineOption delayMs(u"delay-ms"_s, QString(), u"N"_s);
     const QCommandLineOption count(u"count"_s, QString(), u"N"_s);
+    const QCommandLineOption maxConnections(u"max-connections"_s, QString(), u"N"_s);
+    const QCommandLineOption loginTimeout(u"login-timeout"_s, QString(), u"S"_s);
+    const QCommandLineOption keepAliveTimeout(u"keep-alive-timeout"_s, QString(), u"S"_s);
+    const QCommandLineOption refuseWriteAt(u"refuse-write-at"_s, QString(), u"N"_s);
     const QCommandLineOption help(QStringList {u"h"_s, u"help"_s});
-    parser.addOptions({listen, record, channels, video, maxUsers, version, model, chunkSize,
-                       adminPassword, firmwareDir, refuseLogin, busy, dropAfter, delayMs, count,
-                       help});
+    parser.addOptions({listen,         record,       channels,         video,         maxUsers,
+                       version,        model,        chunkSize,        adminPassword, firmwareDir,
+                       refuseLogin,    busy,         dropAfter,        delayMs,       count,
+                       maxConnections, loginTimeout, keepAliveTimeout, refuseWriteAt, help});
 
     if (!parser.parse(QStringList {u"recorder-sim"_s} + arguments)) {
         *error = parser.errorText();
@@ -116,14 +121,17 @@ std::optional<SimOptions> SimOptions::parse(const QStringList &arguments, QStrin
     *helpRequested = parser.isSet(help);
 
     SimOptions options;
-    // Each numeric option: its bounds, where it goes, and how to say what it takes.
+    // Each numeric option: its bounds, where it goes (times `scale`), and
+    // how to say what it takes.
     struct Number
     {
         const QCommandLineOption &option;
         qint64 low;
         qint64 high;
         int *target;
+        int scale = 1;
     };
+    constexpr int Ms = 1000;
     const Number numbers[] = {
         {channels, 1, 16, &options.channels},
         {maxUsers, 1, 1024, &options.maxUsers},
@@ -131,6 +139,10 @@ std::optional<SimOptions> SimOptions::parse(const QStringList &arguments, QStrin
         {dropAfter, 1, std::numeric_limits<int>::max(), &options.dropAfter},
         {delayMs, 0, 600000, &options.delayMs},
         {count, 1, MaxCount, &options.count},
+        {maxConnections, 1, 65536, &options.maxConnections},
+        {loginTimeout, 1, 3600, &options.loginTimeoutMs, Ms},
+        {keepAliveTimeout, 1, 3600, &options.keepAliveTimeoutMs, Ms},
+        {refuseWriteAt, 1, std::numeric_limits<int>::max(), &options.refuseWriteAt},
     };
     for (const Number &n : numbers) {
         if (!parser.isSet(n.option))
@@ -142,7 +154,7 @@ std::optional<SimOptions> SimOptions::parse(const QStringList &arguments, QStrin
                 n.option.names().first(), QString::number(n.low), QString::number(n.high), text);
             return std::nullopt;
         }
-        *n.target = int(*value);
+        *n.target = int(*value) * n.scale;
     }
     options.countGiven = parser.isSet(count);
 
@@ -214,7 +226,9 @@ QString SimOptions::usage()
            u"                    [--video ntsc|pal] [--max-users N] [--version a.b.c.d]\n"
            u"                    [--model N] [--chunk-size N] [--admin-password-file F]\n"
            u"                    [--firmware-dir DIR] [--refuse-login CODE] [--busy]\n"
-           u"                    [--drop-after N] [--delay-ms N] [--count N]\n"
+           u"                    [--max-connections N] [--login-timeout S]\n"
+           u"                    [--keep-alive-timeout S] [--drop-after N] [--delay-ms N]\n"
+           u"                    [--refuse-write-at N] [--count N]\n"
            u"\n"
            u"A recorder for the Remote Setup client. Prints 'listening on HOST:PORT' once per\n"
            u"recorder on standard output, everything else on standard error.\n"
@@ -230,10 +244,15 @@ QString SimOptions::usage()
            u"  --chunk-size N       firmware chunk size (65536)\n"
            u"  --admin-password-file F  Admin password of a new record (first line)\n"
            u"  --firmware-dir DIR   where received firmware packages are written\n"
+           u"  --max-connections N  connections at once; the oldest one not logged in\n"
+           u"                       makes way for a new one (256)\n"
+           u"  --login-timeout S    close a connection not logged in after S seconds (5)\n"
+           u"  --keep-alive-timeout S  close a session silent for S seconds (15)\n"
            u"  --refuse-login CODE  answer every login with CODE\n"
            u"  --busy               report firmware updates as busy\n"
            u"  --drop-after N       close each connection after N received frames\n"
            u"  --delay-ms N         delay every answer by N milliseconds\n"
+           u"  --refuse-write-at N  refuse the N-th setup write of each connection\n"
            u"  --count N            N recorders on consecutive ports, files FILE.0 ... FILE.N-1\n"_s;
 }
 

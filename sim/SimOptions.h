@@ -31,10 +31,21 @@ public:
     int chunkSize = 65536;
     QString firmwareDir;
 
+    // Protection against clients that misbehave or guess passwords.
+    int maxConnections = 256;
+    int loginTimeoutMs = 5000; // from the connection to a successful login
+    int keepAliveTimeoutMs = 15000; // a logged-in session's longest silence
+    // Not on the command line: answers a connection may leave unread before
+    // its input stops, and how long it may stay so before it is dropped.
+    qint64 maxUnsentBytes = 1024 * 1024;
+    int stallTimeoutMs = 10000;
+    bool slowFailedLogins = true;
+
     // Fault switches.
     std::optional<quint32> refuseLoginCode;
     bool busy = false;
     int dropAfter = 0; // frames received before the connection is closed; 0: never
+    int refuseWriteAt = 0; // the setup write of each connection refused; 0: none
     int delayMs = 0;
     int count = 1;
     bool countGiven = false;

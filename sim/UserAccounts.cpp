@@ -1,6 +1,7 @@
 #include "sim/UserAccounts.h"
 
 #include "setup/LittleEndian.h"
+#include "sim/SectionRights.h"
 
 #include <array>
 
@@ -47,11 +48,17 @@ UserAccounts::Check UserAccounts::check(QByteArrayView record, QByteArrayView me
     if (record.sliced(passwordAt(account), PasswordWidth) != given)
         return Check::WrongPassword;
 
-    // Admin holds every right whatever its rights word says.
-    const quint32 rights = LittleEndian::u32(record, RightsOffset + 4 * account);
-    if (account != Admin && !(rights & NetworkAccess))
+    if (!(rights(record, account) & NetworkAccess))
         return Check::NoNetworkAccess;
     return Check::Accepted;
+}
+
+quint32 UserAccounts::rights(QByteArrayView record, int account)
+{
+    // Admin holds every right whatever its rights word says.
+    if (account == Admin)
+        return SectionRights::All;
+    return LittleEndian::u32(record, RightsOffset + 4 * account) & SectionRights::All;
 }
 
 bool UserAccounts::setPassword(QByteArray &record, int account, QByteArrayView password)

@@ -27,6 +27,10 @@ public:
 
     static Check check(QByteArrayView record, QByteArrayView memberId, QByteArrayView password);
 
+    // The account's rights word (bit r = right r of the rights grid); Admin
+    // holds every right.
+    static quint32 rights(QByteArrayView record, int account);
+
     // Puts `password` into the account's slot; false when it is longer than
     // the slot or the record is too short.
     static bool setPassword(QByteArray &record, int account, QByteArrayView password);

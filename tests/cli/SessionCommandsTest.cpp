@@ -1,7 +1,11 @@
+#include "cli/RemoteSetupCli.h"
+#include "session/RemoteCommand.h"
 #include "setup/ExportFile.h"
+#include "setup/FactoryDefaults.h"
 #include "setup/LittleEndian.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
+#include "tests/session/ScriptedRecorder.h"
 
 #include <QDateTime>
 #include <QTemporaryDir>
@@ -28,31 +32,6 @@ TEST(SessionCommands, InfoPrintsWhatTheRecorderReports)
     EXPECT_TRUE(
         run.out.contains(u"channels: 4\nvideo: PAL\nmodel: 77\nsoftware version: 2.3.4.5\n"_s))
         << run.out.toStdString();
-}
-
-TEST(SessionCommands, ExportWritesTheRecordersSetupFile)
-{
-    SimProcess sim({u"--model"_s, u"4242"_s});
-    ASSERT_TRUE(sim.isRunning());
-    QTemporaryDir dir;
-    const QString path = dir.filePath(u"setup.dat"_s);
-    const auto run = sim.cli({u"export"_s, path});
-    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    EXPECT_EQ(run.out, u"Export completed\n"_s);
-
-    const QByteArray file = testsupport::readFile(path);
-    const QByteArray record = sim.storedRecord();
-    ASSERT_EQ(file.size(), setup::ExportFile::Size);
-    EXPECT_EQ(file.first(20), QByteArray::fromHex("11000100"
-                                                  "4b4b4d2b"
-                                                  "55475241"
-                                                  "92100000"
-                                                  "3f000000"));
-    EXPECT_EQ(file.sliced(20), record.sliced(32));
-
-    const auto unwritable = sim.cli({u"export"_s, u"/nonexistent/dir/setup.dat"_s});
-    EXPECT_EQ(unwritable.exitCode, 2);
-    EXPECT_TRUE(unwritable.err.contains(u"cannot write /nonexistent/dir/setup.dat"_s));
 }
 
 TEST(SessionCommands, SetTimeSetsTheRecordersClock)
@@ -102,6 +81,14 @@ TEST(SessionCommands, FailuresMapToExitCodes)
          {u"--password-file"_s, dir.filePath(u"missing"_s)},
          2,
          u"cannot read password file"_s},
+        {"endless password file",
+         {u"--password-file"_s, u"/dev/zero"_s},
+         2,
+         u"longer than 4096 bytes"_s},
+        {"host name longer than the field",
+         {u"--host"_s, QString(64, u'h')},
+         2,
+         u"the host name is 64 bytes in code page WINDOWS-1252; at most 63 fit"_s},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.what);
@@ -118,11 +105,58 @@ TEST(SessionCommands, FailuresMapToExitCodes)
         << closed.err.toStdString();
 }
 
-TEST(SessionCommands, ASlowRecorderTimesOut)
+TEST(SessionCommands, ARecorderThatDropsOrStallsTheSessionEndsIt)
 {
-    SimProcess sim({u"--delay-ms"_s, u"3000"_s});
-    ASSERT_TRUE(sim.isRunning());
-    const auto run = sim.cli({u"info"_s}, {u"--timeout"_s, u"1"_s});
-    EXPECT_EQ(run.exitCode, 3);
-    EXPECT_TRUE(run.err.contains(u"no setup record from 127.0.0.1"_s)) << run.err.toStdString();
+    struct Case
+    {
+        QStringList simArguments;
+        QString message;
+    };
+    const Case cases[] = {
+        // Reported when it happens, not when --timeout runs out.
+        {{u"--drop-after"_s, u"1"_s}, u"127.0.0.1"_s},
+        {{u"--delay-ms"_s, u"3000"_s}, u"no setup record from 127.0.0.1"_s},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.simArguments.join(u' ').toStdString());
+        SimProcess sim(c.simArguments);
+        const auto run = sim.cli({u"info"_s}, {u"--timeout"_s, u"2"_s});
+        EXPECT_EQ(run.exitCode, 3);
+        EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
+        EXPECT_EQ(run.err.contains(u"within"_s), c.simArguments.first() == u"--delay-ms"_s)
+            << run.err.toStdString();
+    }
+}
+
+TEST(SessionCommands, NothingIsReadOrWrittenWithoutAWholeSetupRecord)
+{
+    QTemporaryDir dir;
+    const QString exportFile = dir.filePath(u"setup.dat"_s);
+    testsupport::writeFile(exportFile, "a good old export");
+    const QString defaultFile = dir.filePath(u"default.dat"_s);
+    testsupport::writeFile(defaultFile, setup::FactoryDefaults::record());
+    const QStringList commands[] = {
+        {u"info"_s},
+        {u"export"_s, exportFile},
+        {u"factory-default"_s, u"--default-file"_s, defaultFile},
+    };
+    for (const qsizetype size : {0, 100, 15147, 15149, 15249, 1024 * 1024}) {
+        for (const QStringList &command : commands) {
+            SCOPED_TRACE(command.first().toStdString() + " after " + std::to_string(size));
+            ScriptedRecorder recorder;
+            recorder.record = QByteArray(size, '\x11');
+            QString out;
+            QString err;
+            QTextStream outStream(&out);
+            QTextStream errStream(&err);
+            const int exitCode
+                = cli::RemoteSetupCli(outStream, errStream)
+                      .run(QStringList {u"--port"_s, QString::number(recorder.port())} + command);
+            EXPECT_EQ(exitCode, 3) << err.toStdString();
+            EXPECT_TRUE(err.contains(u"instead of a whole record of 15148"_s)) << err.toStdString();
+            EXPECT_TRUE(out.isEmpty()) << out.toStdString();
+            EXPECT_TRUE(recorder.receivedWith(RemoteCommand::SetupWrite).empty());
+        }
+    }
+    EXPECT_EQ(testsupport::readFile(exportFile), "a good old export");
 }

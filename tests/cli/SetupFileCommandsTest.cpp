@@ -34,7 +34,21 @@ TEST(SetupFileCommands, ExportFromOneRecorderImportsIntoAnotherOfTheSameModel)
     ASSERT_TRUE(source.isRunning() && target.isRunning());
     QTemporaryDir dir;
     const QString path = dir.filePath(u"setup.dat"_s);
-    ASSERT_EQ(source.cli({u"export"_s, path}).exitCode, 0);
+    testsupport::writeFile(path, "replaced whole");
+    const auto exported = source.cli({u"export"_s, path});
+    ASSERT_EQ(exported.exitCode, 0) << exported.err.toStdString();
+    EXPECT_EQ(exported.out, u"Export completed\n"_s);
+    const QByteArray file = testsupport::readFile(path);
+    ASSERT_EQ(file.size(), ExportFile::Size);
+    EXPECT_EQ(file.first(20), QByteArray::fromHex("11000100"
+                                                  "4b4b4d2b"
+                                                  "55475241"
+                                                  "01001600"
+                                                  "3f000000"));
+    EXPECT_EQ(file.sliced(20), source.storedRecord().sliced(32));
+    const auto unwritable = source.cli({u"export"_s, u"/nonexistent/dir/setup.dat"_s});
+    EXPECT_EQ(unwritable.exitCode, 2);
+    EXPECT_TRUE(unwritable.err.contains(u"cannot write /nonexistent/dir/setup.dat"_s));
     const QByteArray before = target.storedRecord();
 
     const auto run = target.cli({u"import"_s, path});
@@ -84,6 +98,12 @@ TEST(SetupFileCommands, FilesThatCannotBeUsedMapToExitCodes)
     QTemporaryDir dir;
     const QString otherModel = dir.filePath(u"other-model.dat"_s);
     testsupport::writeFile(otherModel, ExportFile::build(setup::FactoryDefaults::record(77)));
+    const QByteArray good = ExportFile::build(patterned(2));
+    const auto cut = [&](const char *name, const QByteArray &bytes) {
+        const QString path = dir.filePath(QLatin1StringView(name));
+        testsupport::writeFile(path, bytes);
+        return path;
+    };
     SimProcess sim({}, patterned(1));
     ASSERT_TRUE(sim.isRunning());
     const QByteArray before = sim.storedRecord();
@@ -95,6 +115,11 @@ TEST(SetupFileCommands, FilesThatCannotBeUsedMapToExitCodes)
     };
     const Case cases[] = {
         {{u"import"_s, otherModel}, 1, u"This file can not be imported.\n"_s},
+        {{u"import"_s, cut("20.dat", good.first(20))}, 1, u"is 20 bytes"_s},
+        {{u"import"_s, cut("half.dat", good.first(good.size() / 2))}, 1, u"is 7568 bytes"_s},
+        {{u"import"_s, cut("long.dat", good + 'x')},
+         1,
+         u"is 15137 bytes, but an export file is 15136 bytes; nothing sent"_s},
         {{u"import"_s, dir.filePath(u"missing.dat"_s)}, 2, u"missing.dat: File does not exist"_s},
         {{u"import"_s, dir.path()}, 2, u"cannot read"_s},
         {{u"import"_s}, 2, u"import takes one FILE"_s},
@@ -128,46 +153,53 @@ TEST(SetupFileCommands, ALostSessionEndsAnImportWithoutChangingTheRecorder)
     EXPECT_EQ(sim.storedRecord(), before);
 }
 
-TEST(SetupFileCommands, ARecorderThatRefusesOrStaysSilentEndsTheCommand)
+TEST(SetupFileCommands, ARefusedWriteEndsTheTransferWithoutSuccess)
 {
     QTemporaryDir dir;
-    const QString importFile = dir.filePath(u"setup.dat"_s);
-    testsupport::writeFile(importFile, ExportFile::build(setup::FactoryDefaults::record()));
-    const QString defaultFile = dir.filePath(u"default.dat"_s);
-    testsupport::writeFile(defaultFile, setup::FactoryDefaults::record());
+    const QString path = dir.filePath(u"setup.dat"_s);
+    testsupport::writeFile(path, ExportFile::build(patterned(2)));
     struct Case
     {
-        const char *what;
-        QStringList arguments;
-        bool acknowledges;
-        int exitCode;
+        const char *refuseAt;
+        QStringList command;
         QString message;
     };
     const Case cases[] = {
-        {"import refused", {u"import"_s, importFile}, true, 1, u"the recorder refused"_s},
-        {"default refused",
-         {u"factory-default"_s, u"--default-file"_s, defaultFile},
-         true,
-         1,
-         u"the recorder refused"_s},
-        {"import unanswered",
-         {u"import"_s, importFile},
-         false,
-         3,
-         u"no acknowledgement of the whole setup from 127.0.0.1"_s},
+        {"1", {u"import"_s, path}, u"refused block 1 of 6 (SYSTEM)"_s},
+        {"3", {u"import"_s, path}, u"refused block 3 of 6 (CAMERA)"_s},
+        {"6", {u"import"_s, path}, u"refused block 6 of 6 (NETWORK)"_s},
+        {"7", {u"import"_s, path}, u"refused the commit"_s},
+        {"4", {u"factory-default"_s}, u"refused block 4 of 6 (RECORD)"_s},
     };
     for (const Case &c : cases) {
-        SCOPED_TRACE(c.what);
+        SCOPED_TRACE(c.refuseAt);
+        SimProcess sim({u"--refuse-write-at"_s, QLatin1StringView(c.refuseAt)}, patterned(1));
+        ASSERT_TRUE(sim.isRunning());
+        const QByteArray before = sim.storedRecord();
+        const auto run = sim.cli(c.command);
+        EXPECT_EQ(run.exitCode, 1) << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
+        EXPECT_FALSE(run.err.contains(u"Success"_s)) << run.err.toStdString();
+        EXPECT_EQ(sim.storedRecord(), before);
+    }
+}
+
+TEST(SetupFileCommands, AnAcknowledgementOtherThanOneOrNoneEndsTheCommand)
+{
+    QTemporaryDir dir;
+    const QString defaultFile = dir.filePath(u"default.dat"_s);
+    testsupport::writeFile(defaultFile, setup::FactoryDefaults::record());
+    for (const bool acknowledges : {true, false}) {
+        SCOPED_TRACE(acknowledges);
         ScriptedRecorder recorder;
         recorder.record = setup::FactoryDefaults::record();
-        // Refuses the CAMERA block; or leaves every block unanswered.
+        // Answers every block with code 2; or leaves every block unanswered.
         recorder.onFrame = [&](const Frame &frame) {
-            if (frame.command != RemoteCommand::SetupWrite
-                || frame.param.words[0] != SetupRecordMap::WholeBlockCategory) {
+            if (frame.command != RemoteCommand::SetupWrite) {
                 recorder.answerAsRecorder(frame);
-            } else if (c.acknowledges) {
+            } else if (acknowledges) {
                 PACKET_PARAM ack;
-                ack.words[0] = frame.param.words[2] == 1300 ? 0 : 1;
+                ack.words[0] = 2;
                 recorder.send(RemoteCommand::SetupWriteAck, ack);
             }
         };
@@ -176,10 +208,16 @@ TEST(SetupFileCommands, ARecorderThatRefusesOrStaysSilentEndsTheCommand)
         QTextStream outStream(&out);
         QTextStream errStream(&err);
         cli::RemoteSetupCli cli(outStream, errStream);
-        const int exitCode = cli.run(
-            QStringList {u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"3"_s}
-            + c.arguments);
-        EXPECT_EQ(exitCode, c.exitCode) << err.toStdString();
-        EXPECT_TRUE(err.contains(c.message)) << err.toStdString();
+        const int exitCode
+            = cli.run({u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"3"_s,
+                       u"factory-default"_s, u"--default-file"_s, defaultFile});
+        EXPECT_EQ(exitCode, acknowledges ? 1 : 3) << err.toStdString();
+        EXPECT_TRUE(err.contains(acknowledges ? u"refused block 1 of 6"_s
+                                              : u"no acknowledgement of the whole setup"_s))
+            << err.toStdString();
+        const auto writes = recorder.receivedWith(RemoteCommand::SetupWrite);
+        EXPECT_TRUE(std::none_of(writes.begin(), writes.end(), [](const Frame &frame) {
+            return frame.param.words[0] == SetupRecordMap::CommitCategory;
+        }));
     }
 }

@@ -44,6 +44,9 @@ TEST(RecorderStore, CreatesMissingFilesFromTheDefaultsAndKeepsExistingOnes)
         EXPECT_TRUE(created.created());
         EXPECT_EQ(created.record(), c.expected);
         EXPECT_EQ(testsupport::readFile(path), c.expected);
+        // It holds passwords.
+        EXPECT_EQ(QFile::permissions(path) & ~QFileDevice::Permissions(0x7700),
+                  QFileDevice::Permissions());
 
         RecorderStore reopened;
         ASSERT_TRUE(reopened.open(path, {7, std::array<quint8, 4> {9, 9, 9, 9}, "other"}, &error));

@@ -19,23 +19,6 @@ std::optional<SimOptions> parse(const QStringList &arguments, QString *error = n
 
 } // namespace
 
-TEST(SimOptions, DefaultsToOneSixteenChannelRecorderOnPort9000)
-{
-    const auto options = parse({});
-    ASSERT_TRUE(options);
-    EXPECT_EQ(options->address, QHostAddress(QHostAddress::LocalHost));
-    EXPECT_EQ(options->port, 9000);
-    EXPECT_EQ(options->recordFileFor(0), u"recorder-setup.dat"_s);
-    EXPECT_EQ(options->channels, 16);
-    EXPECT_EQ(options->videoStandard, 0);
-    EXPECT_EQ(options->maxUsers, 4);
-    EXPECT_EQ(options->chunkSize, 65536);
-    EXPECT_EQ(options->count, 1);
-    EXPECT_FALSE(options->modelId || options->softwareVersion || options->adminPassword
-                 || options->refuseLoginCode || options->busy || options->dropAfter
-                 || options->delayMs);
-}
-
 TEST(SimOptions, TakesEveryOption)
 {
     QTemporaryDir dir;
@@ -69,7 +52,15 @@ TEST(SimOptions, TakesEveryOption)
                                 u"--delay-ms"_s,
                                 u"250"_s,
                                 u"--count"_s,
-                                u"3"_s});
+                                u"3"_s,
+                                u"--max-connections"_s,
+                                u"7"_s,
+                                u"--login-timeout"_s,
+                                u"2"_s,
+                                u"--keep-alive-timeout"_s,
+                                u"9"_s,
+                                u"--refuse-write-at"_s,
+                                u"4"_s});
     ASSERT_TRUE(options);
     EXPECT_EQ(options->address, QHostAddress(QHostAddress::LocalHostIPv6));
     EXPECT_EQ(options->portFor(2), 9102);
@@ -86,6 +77,10 @@ TEST(SimOptions, TakesEveryOption)
     EXPECT_TRUE(options->busy);
     EXPECT_EQ(options->dropAfter, 5);
     EXPECT_EQ(options->delayMs, 250);
+    EXPECT_EQ(options->maxConnections, 7);
+    EXPECT_EQ(options->loginTimeoutMs, 2000);
+    EXPECT_EQ(options->keepAliveTimeoutMs, 9000);
+    EXPECT_EQ(options->refuseWriteAt, 4);
 
     // Port 0 stays 0 for every recorder: each picks its own.
     const auto anyPort = parse({u"--listen=localhost:0"_s, u"--count=2"_s});
@@ -115,6 +110,7 @@ TEST(SimOptions, RefusesWhatMakesNoSense)
         {{u"--drop-after"_s, u"0"_s}, u"--drop-after must be"_s},
         {{u"--delay-ms"_s, u"-5"_s}, u"--delay-ms must be"_s},
         {{u"--count"_s, u"0"_s}, u"--count must be"_s},
+        {{u"--login-timeout"_s, u"0"_s}, u"--login-timeout must be a number from 1 to 3600"_s},
         {{u"--listen"_s, u"9000"_s}, u"--listen takes HOST:PORT"_s},
         {{u"--listen"_s, u"example.org:9000"_s}, u"--listen takes HOST:PORT"_s},
         {{u"--listen"_s, u"127.0.0.1:65536"_s}, u"--listen takes HOST:PORT"_s},

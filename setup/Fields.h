@@ -77,15 +77,25 @@ inline constexpr ValueName autoLogin[] = {
     {0, "Off"},   {1, "Admin"}, {2, "Manager1"}, {3, "Manager2"}, {4, "Manager3"}, {5, "User1"},
     {6, "User2"}, {7, "User3"}, {8, "User4"},    {9, "User5"},    {10, "User6"},   {11, "User7"},
 };
+// The rights of an account's rights word: bit r stands for right r.
+inline constexpr ValueName rights[] = {
+    {1u << 0, "Alarm-Out"},    {1u << 1, "Backup"},       {1u << 2, "Camera"},
+    {1u << 3, "Device"},       {1u << 4, "Event"},        {1u << 5, "Format HDD"},
+    {1u << 6, "Import Setup"}, {1u << 7, "Network"},      {1u << 8, "Network Access"},
+    {1u << 9, "Playback"},     {1u << 10, "Pre-Alarm"},   {1u << 11, "PTZ Camera"},
+    {1u << 12, "Record"},      {1u << 13, "Schedule"},    {1u << 14, "System Log"},
+    {1u << 15, "System Time"}, {1u << 16, "Upgrade S/W"}, {1u << 17, "User Setup"},
+};
 } // namespace values
 namespace users {
 inline constexpr int base = at(Section::Users);
 inline constexpr FieldInfo password = FieldInfo::text("password", base, 12).repeat(11, 12);
 inline constexpr FieldInfo autoLogout
-    = FieldInfo::u32("auto-logout", base + 132).named(values::autoLogout);
+    = FieldInfo::u32("auto-logout", base + 132).named(values::autoLogout).labelled("Auto Logout");
 inline constexpr FieldInfo autoLogin
-    = FieldInfo::u32("auto-login", base + 136).named(values::autoLogin);
-inline constexpr FieldInfo rights = FieldInfo::u32("rights", base + 140).repeat(11, 4).hex();
+    = FieldInfo::u32("auto-login", base + 136).named(values::autoLogin).labelled("Auto Login");
+inline constexpr FieldInfo rights
+    = FieldInfo::u32("rights", base + 140).repeat(11, 4).hex().bits(values::rights);
 inline constexpr FieldInfo all[] = {password, autoLogout, autoLogin, rights};
 } // namespace users
 

@@ -2,6 +2,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/system/CRemoteSystemAudioDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "pages/system/CRemoteSystemPasswdDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
@@ -29,7 +30,8 @@ using enum PageCatalog::Menu;
 const std::array<PageCatalog::Entry, 26> Entries {{
     {System, RS_TEXT("Authority"), RS_TEXT("%s - Remote Setup / System / Authority"), 0x8003,
      create<CRemoteSystemPasswdDlg>},
-    {System, RS_TEXT("Audio"), RS_TEXT("%s - Remote Setup / System / Audio"), 0x8004, nullptr},
+    {System, RS_TEXT("Audio"), RS_TEXT("%s - Remote Setup / System / Audio"), 0x8004,
+     create<CRemoteSystemAudioDlg>},
     {System, RS_TEXT("Buzzer"), RS_TEXT("%s - Remote Setup / System / Buzzer"), 0x8005, nullptr},
     {System, RS_TEXT("Configuration"), RS_TEXT("%s - Remote Setup / System / Configuration"), 0,
      create<CRemoteSystemConfigDlg>},

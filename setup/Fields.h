@@ -107,15 +107,17 @@ inline constexpr ValueName liveAudio[] = {
 namespace audio {
 inline constexpr int base = at(Section::Audio);
 inline constexpr FieldInfo inputEnabled
-    = FieldInfo::u8("input-enabled", base).repeat(4, 1).named(values::offOn);
-inline constexpr FieldInfo inputVolume = FieldInfo::u8("input-volume", base + 4).repeat(4, 1);
+    = FieldInfo::u8("input-enabled", base).repeat(4, 1).named(values::offOn).labelled("Input");
+inline constexpr FieldInfo inputVolume
+    = FieldInfo::u8("input-volume", base + 4).repeat(4, 1).range(0, 15).labelled("Volume");
 inline constexpr FieldInfo liveOutput
-    = FieldInfo::u32("live-output", base + 8).named(values::liveAudio);
-inline constexpr FieldInfo outputVolume = FieldInfo::u32("output-volume", base + 12);
+    = FieldInfo::u32("live-output", base + 8).named(values::liveAudio).labelled("Live Output");
+inline constexpr FieldInfo outputVolume
+    = FieldInfo::u32("output-volume", base + 12).range(0, 15).labelled("Output Volume");
 inline constexpr FieldInfo recordAudio
-    = FieldInfo::u32("record-audio", base + 16).named(values::offOn);
+    = FieldInfo::u32("record-audio", base + 16).named(values::offOn).labelled("Record Audio");
 inline constexpr FieldInfo networkAudio
-    = FieldInfo::u32("network-audio", base + 20).named(values::offOn);
+    = FieldInfo::u32("network-audio", base + 20).named(values::offOn).labelled("Network Audio");
 inline constexpr FieldInfo all[]
     = {inputEnabled, inputVolume, liveOutput, outputVolume, recordAudio, networkAudio};
 } // namespace audio

@@ -3,6 +3,7 @@
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
 #include "pages/system/CRemoteSystemAudioDlg.h"
+#include "pages/system/CRemoteSystemBuzzerDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "pages/system/CRemoteSystemPasswdDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
@@ -32,7 +33,8 @@ const std::array<PageCatalog::Entry, 26> Entries {{
      create<CRemoteSystemPasswdDlg>},
     {System, RS_TEXT("Audio"), RS_TEXT("%s - Remote Setup / System / Audio"), 0x8004,
      create<CRemoteSystemAudioDlg>},
-    {System, RS_TEXT("Buzzer"), RS_TEXT("%s - Remote Setup / System / Buzzer"), 0x8005, nullptr},
+    {System, RS_TEXT("Buzzer"), RS_TEXT("%s - Remote Setup / System / Buzzer"), 0x8005,
+     create<CRemoteSystemBuzzerDlg>},
     {System, RS_TEXT("Configuration"), RS_TEXT("%s - Remote Setup / System / Configuration"), 0,
      create<CRemoteSystemConfigDlg>},
     {System, RS_TEXT("Update"), RS_TEXT("%s - Remote Setup / System / Update"), 0,

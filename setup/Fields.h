@@ -124,17 +124,21 @@ inline constexpr FieldInfo all[]
 
 namespace values {
 inline constexpr ValueName beepTime[] = {
-    {0, "Until Key Press"}, {5, "5 Sec"}, {10, "10 Sec"}, {30, "30 Sec"}, {60, "60 Sec"},
+    {0, "Until Key Press"}, {5, "5 Sec"}, {10, "10 Sec"}, {30, "30 Sec"}, {60, "1 Min"},
 };
 } // namespace values
 namespace buzzer {
 inline constexpr int base = at(Section::Buzzer);
-inline constexpr FieldInfo keyTone = FieldInfo::u8("key-tone", base).named(values::offOn);
+inline constexpr FieldInfo keyTone
+    = FieldInfo::u8("key-tone", base).named(values::offOn).labelled("Key Tone");
 inline constexpr FieldInfo eventBuzzer
-    = FieldInfo::u8("event-buzzer", base + 1).named(values::offOn);
-inline constexpr FieldInfo diskFull = FieldInfo::u8("disk-full", base + 2).named(values::offOn);
-inline constexpr FieldInfo diskError = FieldInfo::u8("disk-error", base + 3).named(values::offOn);
-inline constexpr FieldInfo beepTime = FieldInfo::u32("beep-time", base + 4).named(values::beepTime);
+    = FieldInfo::u8("event-buzzer", base + 1).named(values::offOn).labelled("Event Buzzer");
+inline constexpr FieldInfo diskFull
+    = FieldInfo::u8("disk-full", base + 2).named(values::offOn).labelled("Disk Full");
+inline constexpr FieldInfo diskError
+    = FieldInfo::u8("disk-error", base + 3).named(values::offOn).labelled("Disk Error");
+inline constexpr FieldInfo beepTime
+    = FieldInfo::u32("beep-time", base + 4).named(values::beepTime).labelled("Beep Time");
 inline constexpr FieldInfo all[] = {keyTone, eventBuzzer, diskFull, diskError, beepTime};
 } // namespace buzzer
 

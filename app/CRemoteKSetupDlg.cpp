@@ -23,6 +23,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using setup::SetupRecordMap;
 
@@ -34,6 +36,8 @@ constexpr int ChannelsWithoutStream = 4;
 // The title keeps what fits the original's 15-character buffer.
 constexpr int TitleAddressLength = 14;
 constexpr int PanelWidth = 280;
+// Authority, Audio and Buzzer: pages whose section the window's Save writes itself.
+constexpr int WindowWrittenPages[] = {0x8003, 0x8004, 0x8005};
 
 } // namespace
 
@@ -55,10 +59,7 @@ CRemoteKSetupDlg::CRemoteKSetupDlg(const QString &languageConfig, QWidget *paren
     connect(m_panel, &ConnectionPanel::connectRequested, this, &CRemoteKSetupDlg::onConnect);
     connect(m_panel, &ConnectionPanel::disconnectRequested, this, &CRemoteKSetupDlg::endSession);
     connect(m_menus, &PageMenuBar::pageSelected, this, &CRemoteKSetupDlg::selectPage);
-    connect(m_save, &QPushButton::clicked, this, [this] {
-        if (CSetupPage *page = m_host->currentPage())
-            page->save();
-    });
+    connect(m_save, &QPushButton::clicked, this, &CRemoteKSetupDlg::saveShownPage);
     connect(m_cancel, &QPushButton::clicked, this, [this] {
         if (CSetupPage *page = m_host->currentPage())
             page->cancel();
@@ -262,7 +263,9 @@ void CRemoteKSetupDlg::setupReady()
         QByteArrayView(mirror).sliced(SetupRecordMap::SoftwareVersionOffset, 4));
     updateStatus();
     translateButtons();
-    selectPage(m_host->firstPage());
+    // A session opens on the accounts: replacing the factory password comes first.
+    const int authority = PageCatalog::indexOf("Authority");
+    selectPage(m_host->page(authority) ? authority : m_host->firstPage());
 }
 
 void CRemoteKSetupDlg::sessionEnded()
@@ -307,6 +310,23 @@ void CRemoteKSetupDlg::selectPage(int index)
     setWindowTitle(nelib::tr(entry.titleFormat)
                        .replace(u"%s"_s, m_panel->addressText().left(TitleAddressLength)));
     updatePageButtons();
+}
+
+void CRemoteKSetupDlg::saveShownPage()
+{
+    CSetupPage *page = m_host->currentPage();
+    if (!page)
+        return;
+    const int id = PageCatalog::entry(m_host->currentEntry()).pageId;
+    if (std::ranges::find(WindowWrittenPages, id) == std::end(WindowWrittenPages)) {
+        page->save();
+        return;
+    }
+    // The page's values, gathered into its section, go straight to the
+    // worker; the page's own Save stays as it was.
+    page->gather();
+    if (m_worker && page->section())
+        m_worker->writeSection(*page->section(), page->sectionBuffer());
 }
 
 void CRemoteKSetupDlg::closeEvent(QCloseEvent *event)

@@ -63,6 +63,8 @@ private:
 
     // Shows catalog entry `index`, when its page exists.
     void selectPage(int index);
+    // Save: the page on display saves itself, except those the window writes.
+    void saveShownPage();
     void setupReady();
     void sessionEnded();
     void setupRestored();

@@ -2,7 +2,10 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/system/CRemoteSystemAudioDlg.h"
+#include "pages/system/CRemoteSystemBuzzerDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
+#include "pages/system/CRemoteSystemPasswdDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
 
 #include <array>
@@ -27,9 +30,11 @@ using enum PageCatalog::Menu;
 // blanks before "Alarm-In" included.
 const std::array<PageCatalog::Entry, 26> Entries {{
     {System, RS_TEXT("Authority"), RS_TEXT("%s - Remote Setup / System / Authority"), 0x8003,
-     nullptr},
-    {System, RS_TEXT("Audio"), RS_TEXT("%s - Remote Setup / System / Audio"), 0x8004, nullptr},
-    {System, RS_TEXT("Buzzer"), RS_TEXT("%s - Remote Setup / System / Buzzer"), 0x8005, nullptr},
+     create<CRemoteSystemPasswdDlg>},
+    {System, RS_TEXT("Audio"), RS_TEXT("%s - Remote Setup / System / Audio"), 0x8004,
+     create<CRemoteSystemAudioDlg>},
+    {System, RS_TEXT("Buzzer"), RS_TEXT("%s - Remote Setup / System / Buzzer"), 0x8005,
+     create<CRemoteSystemBuzzerDlg>},
     {System, RS_TEXT("Configuration"), RS_TEXT("%s - Remote Setup / System / Configuration"), 0,
      create<CRemoteSystemConfigDlg>},
     {System, RS_TEXT("Update"), RS_TEXT("%s - Remote Setup / System / Update"), 0,

@@ -77,15 +77,25 @@ inline constexpr ValueName autoLogin[] = {
     {0, "Off"},   {1, "Admin"}, {2, "Manager1"}, {3, "Manager2"}, {4, "Manager3"}, {5, "User1"},
     {6, "User2"}, {7, "User3"}, {8, "User4"},    {9, "User5"},    {10, "User6"},   {11, "User7"},
 };
+// The rights of an account's rights word: bit r stands for right r.
+inline constexpr ValueName rights[] = {
+    {1u << 0, "Alarm-Out"},    {1u << 1, "Backup"},       {1u << 2, "Camera"},
+    {1u << 3, "Device"},       {1u << 4, "Event"},        {1u << 5, "Format HDD"},
+    {1u << 6, "Import Setup"}, {1u << 7, "Network"},      {1u << 8, "Network Access"},
+    {1u << 9, "Playback"},     {1u << 10, "Pre-Alarm"},   {1u << 11, "PTZ Camera"},
+    {1u << 12, "Record"},      {1u << 13, "Schedule"},    {1u << 14, "System Log"},
+    {1u << 15, "System Time"}, {1u << 16, "Upgrade S/W"}, {1u << 17, "User Setup"},
+};
 } // namespace values
 namespace users {
 inline constexpr int base = at(Section::Users);
 inline constexpr FieldInfo password = FieldInfo::text("password", base, 12).repeat(11, 12);
 inline constexpr FieldInfo autoLogout
-    = FieldInfo::u32("auto-logout", base + 132).named(values::autoLogout);
+    = FieldInfo::u32("auto-logout", base + 132).named(values::autoLogout).labelled("Auto Logout");
 inline constexpr FieldInfo autoLogin
-    = FieldInfo::u32("auto-login", base + 136).named(values::autoLogin);
-inline constexpr FieldInfo rights = FieldInfo::u32("rights", base + 140).repeat(11, 4).hex();
+    = FieldInfo::u32("auto-login", base + 136).named(values::autoLogin).labelled("Auto Login");
+inline constexpr FieldInfo rights
+    = FieldInfo::u32("rights", base + 140).repeat(11, 4).hex().bits(values::rights);
 inline constexpr FieldInfo all[] = {password, autoLogout, autoLogin, rights};
 } // namespace users
 
@@ -97,32 +107,38 @@ inline constexpr ValueName liveAudio[] = {
 namespace audio {
 inline constexpr int base = at(Section::Audio);
 inline constexpr FieldInfo inputEnabled
-    = FieldInfo::u8("input-enabled", base).repeat(4, 1).named(values::offOn);
-inline constexpr FieldInfo inputVolume = FieldInfo::u8("input-volume", base + 4).repeat(4, 1);
+    = FieldInfo::u8("input-enabled", base).repeat(4, 1).named(values::offOn).labelled("Input");
+inline constexpr FieldInfo inputVolume
+    = FieldInfo::u8("input-volume", base + 4).repeat(4, 1).range(0, 15).labelled("Volume");
 inline constexpr FieldInfo liveOutput
-    = FieldInfo::u32("live-output", base + 8).named(values::liveAudio);
-inline constexpr FieldInfo outputVolume = FieldInfo::u32("output-volume", base + 12);
+    = FieldInfo::u32("live-output", base + 8).named(values::liveAudio).labelled("Live Output");
+inline constexpr FieldInfo outputVolume
+    = FieldInfo::u32("output-volume", base + 12).range(0, 15).labelled("Output Volume");
 inline constexpr FieldInfo recordAudio
-    = FieldInfo::u32("record-audio", base + 16).named(values::offOn);
+    = FieldInfo::u32("record-audio", base + 16).named(values::offOn).labelled("Record Audio");
 inline constexpr FieldInfo networkAudio
-    = FieldInfo::u32("network-audio", base + 20).named(values::offOn);
+    = FieldInfo::u32("network-audio", base + 20).named(values::offOn).labelled("Network Audio");
 inline constexpr FieldInfo all[]
     = {inputEnabled, inputVolume, liveOutput, outputVolume, recordAudio, networkAudio};
 } // namespace audio
 
 namespace values {
 inline constexpr ValueName beepTime[] = {
-    {0, "Until Key Press"}, {5, "5 Sec"}, {10, "10 Sec"}, {30, "30 Sec"}, {60, "60 Sec"},
+    {0, "Until Key Press"}, {5, "5 Sec"}, {10, "10 Sec"}, {30, "30 Sec"}, {60, "1 Min"},
 };
 } // namespace values
 namespace buzzer {
 inline constexpr int base = at(Section::Buzzer);
-inline constexpr FieldInfo keyTone = FieldInfo::u8("key-tone", base).named(values::offOn);
+inline constexpr FieldInfo keyTone
+    = FieldInfo::u8("key-tone", base).named(values::offOn).labelled("Key Tone");
 inline constexpr FieldInfo eventBuzzer
-    = FieldInfo::u8("event-buzzer", base + 1).named(values::offOn);
-inline constexpr FieldInfo diskFull = FieldInfo::u8("disk-full", base + 2).named(values::offOn);
-inline constexpr FieldInfo diskError = FieldInfo::u8("disk-error", base + 3).named(values::offOn);
-inline constexpr FieldInfo beepTime = FieldInfo::u32("beep-time", base + 4).named(values::beepTime);
+    = FieldInfo::u8("event-buzzer", base + 1).named(values::offOn).labelled("Event Buzzer");
+inline constexpr FieldInfo diskFull
+    = FieldInfo::u8("disk-full", base + 2).named(values::offOn).labelled("Disk Full");
+inline constexpr FieldInfo diskError
+    = FieldInfo::u8("disk-error", base + 3).named(values::offOn).labelled("Disk Error");
+inline constexpr FieldInfo beepTime
+    = FieldInfo::u32("beep-time", base + 4).named(values::beepTime).labelled("Beep Time");
 inline constexpr FieldInfo all[] = {keyTone, eventBuzzer, diskFull, diskError, beepTime};
 } // namespace buzzer
 

@@ -1,0 +1,82 @@
+#include "pages/system/CRemoteSystemAudioDlg.h"
+
+#include "i18n/Translator.h"
+#include "pages/common/CTransparentStatic.h"
+#include "setup/Fields.h"
+
+#include <QGridLayout>
+#include <QVBoxLayout>
+
+namespace fields = setup::fields::audio;
+using Kind = FieldEditor::Kind;
+
+namespace {
+
+// The row of each input, by the names the live output list gives them.
+constexpr const char *InputNames[] = {
+    RS_TEXT("Audio 1"),
+    RS_TEXT("Audio 2"),
+    RS_TEXT("Audio 3"),
+    RS_TEXT("Audio 4"),
+};
+static_assert(std::size(InputNames) == CRemoteSystemAudioDlg::Inputs);
+
+} // namespace
+
+CRemoteSystemAudioDlg::CRemoteSystemAudioDlg(QWidget *parent)
+    : CSetupPage(parent)
+{
+    setSection(setup::Section::Audio);
+}
+
+CRemoteSystemAudioDlg::~CRemoteSystemAudioDlg() = default;
+
+void CRemoteSystemAudioDlg::buildControls()
+{
+    QWidget *area = contentArea();
+    auto *grid = new QGridLayout;
+    grid->setHorizontalSpacing(14);
+    grid->setColumnStretch(3, 1);
+
+    // The inputs: one row each, their switch and gain side by side.
+    const setup::FieldInfo inputColumns[] = {fields::inputEnabled, fields::inputVolume};
+    for (int c = 0; c < 2; ++c)
+        grid->addWidget(new CTransparentStatic(nelib::tr(inputColumns[c].label), area), 0, c + 1);
+    for (int n = 0; n < Inputs; ++n) {
+        auto *name = new CTransparentStatic(nelib::tr(InputNames[n]), area);
+        grid->addWidget(name, n + 1, 0);
+        for (int c = 0; c < 2; ++c) {
+            const setup::FieldInfo &field = inputColumns[c];
+            FieldEditor *e = binder().add(
+                FieldEditor::create(c == 0 ? Kind::List : Kind::Number, field, n, 0, area));
+            e->widget()->setAccessibleName(nelib::tr(field.label) + u' ' + QString::number(n + 1));
+            grid->addWidget(e->widget(), n + 1, c + 1);
+            if (c == 0)
+                name->setBuddy(e->widget());
+        }
+    }
+
+    // The output and what happens to the audio, under the inputs' first column.
+    grid->setRowMinimumHeight(Inputs + 1, 12);
+    int row = Inputs + 2;
+    const std::pair<setup::FieldInfo, Kind> settings[] = {
+        {fields::liveOutput, Kind::List},
+        {fields::outputVolume, Kind::Number},
+        {fields::recordAudio, Kind::List},
+        {fields::networkAudio, Kind::List},
+    };
+    for (const auto &[field, kind] : settings) {
+        FieldEditor *e = binder().add(FieldEditor::create(kind, field, 0, 0, area));
+        const QString label = nelib::tr(field.label);
+        e->widget()->setAccessibleName(label);
+        auto *text = new CTransparentStatic(label, area);
+        text->setBuddy(e->widget());
+        grid->addWidget(text, row, 0);
+        grid->addWidget(e->widget(), row, 1);
+        ++row;
+    }
+
+    auto *layout = new QVBoxLayout(area);
+    layout->addLayout(grid);
+    layout->addStretch(1);
+}

@@ -1,0 +1,200 @@
+// The password page and its rights dialog through their widgets: the four
+// outcomes of Password Check, the page's own copy of the account table, and
+// the rights grid's "all" rule and may-change flag.
+
+#include "pages/system/CRemoteSystemPasswdDlg.h"
+
+#include "pages/common/BitGridEditor.h"
+#include "pages/system/CRemoteSystemAuthorityDlg.h"
+#include "setup/FactoryDefaults.h"
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
+#include "tests/pages/PageTestSupport.h"
+#include "tests/session/SessionHarness.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using pagetest::named;
+using setup::FieldTable;
+namespace users = setup::fields::users;
+
+namespace {
+
+constexpr int Manager1 = 1;
+constexpr int User1 = 4;
+constexpr quint32 EveryRight = 0x3FFFF;
+constexpr quint32 UnnamedBit = 0x80000000;
+
+QByteArray usersRecord()
+{
+    QByteArray record = setup::FactoryDefaults::record();
+    FieldTable::setBytes(record, users::password, QByteArray(12, '\0'), 0);
+    FieldTable::setBytes(record, users::password, "ABCDEFGHIJKL", Manager1);
+    FieldTable::setBytes(record, users::password, "secret", User1);
+    FieldTable::setNumber(record, users::rights, EveryRight, 0);
+    // Seventeen rights (no Format HDD) and a bit that stands for none.
+    FieldTable::setNumber(record, users::rights, (EveryRight & ~0x20u) | UnnamedBit, Manager1);
+    return record;
+}
+
+QByteArray slotOf(const QByteArray &section, int account)
+{
+    return section.mid(12 * account, 12);
+}
+
+quint32 rightsOf(const QByteArray &section, int account)
+{
+    QByteArray record(users::base, '\0');
+    return FieldTable::number(record + section, users::rights, account);
+}
+
+class PasswdPage : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        page.load(usersRecord(), 16);
+        page.show();
+    }
+
+    QLineEdit *edit(const char *label) const
+    {
+        return named<QLineEdit>(&page, QString::fromLatin1(label));
+    }
+    void chooseAccount(int account)
+    {
+        named<QComboBox>(&page, u"User"_s)->setCurrentIndex(account);
+    }
+    // Typed key by key; characters beyond ASCII as the keyboard sends them.
+    void type(const QString &current, const QString &next, const QString &confirm)
+    {
+        for (const auto &[label, text] : {std::pair {"Current Password", current},
+                                          {"New Password", next},
+                                          {"Confirm Password", confirm}}) {
+            QLineEdit *field = edit(label);
+            field->clear();
+            for (QChar c : text)
+                QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, QString(c),
+                                    Qt::NoModifier);
+        }
+    }
+    void check() { pagetest::button(&page, u"Password Check"_s)->click(); }
+    QByteArray gathered()
+    {
+        page.gather();
+        return page.sectionBuffer();
+    }
+
+    SessionHarness messageBoxes;
+    CRemoteSystemPasswdDlg page;
+};
+
+} // namespace
+
+TEST_F(PasswdPage, PasswordCheckHasFourOutcomesAndChangesOnlyTheAccountsSlot)
+{
+    const struct
+    {
+        int account;
+        QString current, next, confirm;
+        QString message;
+        QByteArray slot; // after the check; empty: unchanged
+    } cases[] = {
+        {0, u"x"_s, u"abc"_s, u"abc"_s, u"NO MATCH CURRENT PASSWORD"_s, {}},
+        {0, u""_s, u"abc"_s, u"abd"_s, u"PASSWORD MATCH \r\n BUT NOT MATCH NEW PASSWORD"_s, {}},
+        {User1, u"secret"_s, u"secret"_s, u"secret"_s, u"SAME PASSWORD EXIST"_s, {}},
+        // An empty password matches the all-zero slot; code-page bytes go in.
+        {0, u""_s, u"Café"_s, u"Café"_s, u"PASSWORD CHANGE SUCCESS"_s,
+         QByteArray("Caf\xe9", 4).leftJustified(12, '\0')},
+        // Twelve characters fill the slot with no terminator; a 13th cannot be typed.
+        {Manager1, u"ABCDEFGHIJKLM"_s, u"0123456789abc"_s, u"0123456789ab"_s,
+         u"PASSWORD CHANGE SUCCESS"_s, "0123456789ab"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.message.toStdString());
+        page.load(usersRecord(), 16);
+        const QByteArray before = page.sectionBuffer();
+        chooseAccount(c.account);
+        type(c.current, c.next, c.confirm);
+        messageBoxes.messages.clear();
+        check();
+        EXPECT_EQ(messageBoxes.messages, QStringList {c.message});
+        QByteArray expected = before;
+        if (!c.slot.isEmpty())
+            expected.replace(12 * c.account, 12, c.slot);
+        EXPECT_EQ(gathered(), expected);
+        EXPECT_EQ(page.isModified(), !c.slot.isEmpty());
+        // A refusal empties the three fields; a success keeps what was typed.
+        const bool kept = !c.slot.isEmpty();
+        EXPECT_EQ(edit("Current Password")->text(), kept ? c.current.left(12) : QString());
+        EXPECT_EQ(edit("New Password")->text(), kept ? c.next.left(12) : QString());
+        EXPECT_EQ(edit("Confirm Password")->text(), kept ? c.confirm : QString());
+    }
+}
+
+TEST_F(PasswdPage, AChangeSurvivesChoosingAnotherAccountAndSaveSendsTheWholeTable)
+{
+    chooseAccount(0);
+    type(u""_s, u"first"_s, u"first"_s);
+    check();
+    chooseAccount(User1);
+    EXPECT_TRUE(edit("Current Password")->text().isEmpty());
+    type(u"secret"_s, u"second"_s, u"second"_s);
+    check();
+
+    std::optional<setup::Section> written;
+    QByteArray sent;
+    page.setSectionWriter([&](setup::Section section, const QByteArray &bytes) {
+        written = section;
+        sent = bytes;
+        return 1;
+    });
+    pagetest::button(&page, u"Save"_s)->click();
+    EXPECT_EQ(written, setup::Section::Users);
+    EXPECT_EQ(slotOf(sent, 0), QByteArray("first").leftJustified(12, '\0'));
+    EXPECT_EQ(slotOf(sent, User1), QByteArray("second").leftJustified(12, '\0'));
+    EXPECT_EQ(slotOf(sent, Manager1), "ABCDEFGHIJKL");
+    EXPECT_FALSE(page.isModified());
+    // The page shows no password in clear.
+    EXPECT_EQ(edit("New Password")->echoMode(), QLineEdit::Password);
+}
+
+TEST_F(PasswdPage, RightsGridFollowsTheAllRuleAndAdminsRightsCannotChange)
+{
+    chooseAccount(Manager1);
+    pagetest::button(&page, u"Authority"_s)->click();
+    auto *dialog = page.findChild<CRemoteSystemAuthorityDlg *>();
+    ASSERT_TRUE(dialog && dialog->isVisible());
+    QCheckBox *all = named<QCheckBox>(dialog, u"all"_s);
+    QCheckBox *format = named<QCheckBox>(dialog, u"Format HDD"_s);
+    EXPECT_EQ(dialog->grid()->bitBoxes().size(), 18);
+    EXPECT_FALSE(all->isChecked());
+    format->click();
+    EXPECT_TRUE(all->isChecked());
+    all->click();
+    for (const QCheckBox *box : dialog->grid()->bitBoxes())
+        EXPECT_FALSE(box->isChecked()) << box->text().toStdString();
+    named<QCheckBox>(dialog, u"Network Access"_s)->click();
+    EXPECT_FALSE(all->isChecked());
+    pagetest::button(dialog, u"OK"_s)->click();
+    // Only the named bits change; the page takes the word into its table.
+    EXPECT_EQ(rightsOf(gathered(), Manager1), 0x100u | UnnamedBit);
+    EXPECT_TRUE(page.isModified());
+
+    page.load(usersRecord(), 16);
+    chooseAccount(0);
+    pagetest::button(&page, u"Authority"_s)->click();
+    EXPECT_TRUE(all->isChecked());
+    EXPECT_FALSE(all->isEnabled());
+    for (const QCheckBox *box : dialog->grid()->bitBoxes())
+        EXPECT_FALSE(box->isEnabled());
+    pagetest::button(dialog, u"OK"_s)->click();
+    EXPECT_EQ(rightsOf(gathered(), 0), EveryRight);
+    EXPECT_FALSE(page.isModified());
+}

@@ -497,20 +497,36 @@ inline constexpr FieldInfo all[] = {enabled, count, kind, month, day, weekday};
 
 // ---- DEVICE ----------------------------------------------------------------
 
+// The line settings a serial port of the recorder accepts.
 namespace values {
+inline constexpr ValueName serialBaudRate[] = {
+    {1200, "1200"},   {2400, "2400"},   {4800, "4800"},   {9600, "9600"},
+    {19200, "19200"}, {38400, "38400"}, {57600, "57600"}, {115200, "115200"},
+};
+inline constexpr ValueName serialDataBits[] = {{7, "7"}, {8, "8"}};
+inline constexpr ValueName serialStopBits[] = {{1, "1"}, {2, "2"}};
 inline constexpr ValueName serialUsage[] = {{0, "Off"}, {1, "Remote Control"}, {2, "Text Input"}};
 } // namespace values
 namespace rs232c {
 inline constexpr int base = at(Section::Rs232c);
-inline constexpr FieldInfo baudRate = FieldInfo::u32("baud-rate", base);
-inline constexpr FieldInfo dataBits = FieldInfo::u8("data-bits", base + 4);
-inline constexpr FieldInfo parity = FieldInfo::u8("parity", base + 5).named(values::parity);
-inline constexpr FieldInfo stopBits = FieldInfo::u8("stop-bits", base + 6);
+inline constexpr FieldInfo baudRate
+    = FieldInfo::u32("baud-rate", base).named(values::serialBaudRate).labelled("Baudrate");
+inline constexpr FieldInfo dataBits
+    = FieldInfo::u8("data-bits", base + 4).named(values::serialDataBits).labelled("Data Bits");
+inline constexpr FieldInfo parity
+    = FieldInfo::u8("parity", base + 5).named(values::parity).labelled("Parity");
+inline constexpr FieldInfo stopBits
+    = FieldInfo::u8("stop-bits", base + 6).named(values::serialStopBits).labelled("Stop Bits");
 inline constexpr FieldInfo flowControl
-    = FieldInfo::u8("flow-control", base + 7).named(values::flowControl);
-inline constexpr FieldInfo usage = FieldInfo::u32("usage", base + 8).named(values::serialUsage);
-inline constexpr FieldInfo deviceId = FieldInfo::u32("device-id", base + 12);
-inline constexpr FieldInfo textChannels = FieldInfo::u32("text-channels", base + 16).hex();
+    = FieldInfo::u8("flow-control", base + 7).named(values::flowControl).labelled("Flow Control");
+inline constexpr FieldInfo usage
+    = FieldInfo::u32("usage", base + 8).named(values::serialUsage).labelled("Port Usage");
+inline constexpr FieldInfo deviceId
+    = FieldInfo::u32("device-id", base + 12).range(0, 255).labelled("Device ID");
+inline constexpr FieldInfo textChannels = FieldInfo::u32("text-channels", base + 16)
+                                              .hex()
+                                              .bits(values::channelBits)
+                                              .labelled("Text Channels");
 inline constexpr FieldInfo all[]
     = {baudRate, dataBits, parity, stopBits, flowControl, usage, deviceId, textChannels};
 } // namespace rs232c
@@ -520,18 +536,24 @@ inline constexpr ValueName keyboardProtocol[] = {{0, "Native"}, {1, "Pelco-D"}, 
 } // namespace values
 namespace keyboard {
 inline constexpr int base = at(Section::Keyboard);
-inline constexpr FieldInfo enabled = FieldInfo::u32("enabled", base).named(values::offOn);
+inline constexpr FieldInfo enabled
+    = FieldInfo::u32("enabled", base).named(values::offOn).labelled("Control Keyboard");
 inline constexpr FieldInfo protocol
-    = FieldInfo::u32("protocol", base + 4).named(values::keyboardProtocol);
-inline constexpr FieldInfo recorderId = FieldInfo::u32("recorder-id", base + 8);
-inline constexpr FieldInfo baudRate = FieldInfo::u32("baud-rate", base + 12);
-inline constexpr FieldInfo dataBits = FieldInfo::u8("data-bits", base + 16);
-inline constexpr FieldInfo parity = FieldInfo::u8("parity", base + 17).named(values::parity);
-inline constexpr FieldInfo stopBits = FieldInfo::u8("stop-bits", base + 18);
+    = FieldInfo::u32("protocol", base + 4).named(values::keyboardProtocol).labelled("Protocol");
+inline constexpr FieldInfo recorderId
+    = FieldInfo::u32("recorder-id", base + 8).range(0, 255).labelled("DVR ID");
+inline constexpr FieldInfo baudRate
+    = FieldInfo::u32("baud-rate", base + 12).named(values::serialBaudRate).labelled("Baudrate");
+inline constexpr FieldInfo dataBits
+    = FieldInfo::u8("data-bits", base + 16).named(values::serialDataBits).labelled("Data Bits");
+inline constexpr FieldInfo parity
+    = FieldInfo::u8("parity", base + 17).named(values::parity).labelled("Parity");
+inline constexpr FieldInfo stopBits
+    = FieldInfo::u8("stop-bits", base + 18).named(values::serialStopBits).labelled("Stop Bits");
 inline constexpr FieldInfo flowControl
-    = FieldInfo::u8("flow-control", base + 19).named(values::flowControl);
+    = FieldInfo::u8("flow-control", base + 19).named(values::flowControl).labelled("Flow Control");
 inline constexpr FieldInfo ptzControl
-    = FieldInfo::u32("ptz-control", base + 20).named(values::offOn);
+    = FieldInfo::u32("ptz-control", base + 20).named(values::offOn).labelled("PTZ Control");
 inline constexpr FieldInfo all[] = {enabled, protocol, recorderId,  baudRate,  dataBits,
                                     parity,  stopBits, flowControl, ptzControl};
 } // namespace keyboard
@@ -541,24 +563,41 @@ inline constexpr ValueName remoteId[] = {{0, "All"}};
 } // namespace values
 namespace remoteControl {
 inline constexpr int base = at(Section::RemoteControl);
-inline constexpr FieldInfo remoteId = FieldInfo::u32("remote-id", base).named(values::remoteId);
-inline constexpr FieldInfo enabled = FieldInfo::u32("enabled", base + 4).named(values::offOn);
+inline constexpr FieldInfo remoteId = FieldInfo::u32("remote-id", base)
+                                          .named(values::remoteId)
+                                          .range(0, 99)
+                                          .labelled("Remote Control ID");
+inline constexpr FieldInfo enabled
+    = FieldInfo::u32("enabled", base + 4).named(values::offOn).labelled("Remote Control");
 inline constexpr FieldInfo all[] = {remoteId, enabled};
 } // namespace remoteControl
 
 namespace values {
 inline constexpr ValueName backupMedia[] = {{0, "USB Memory"}, {1, "USB Disk"}, {2, "DVD"}};
+// The single days of dayBits, for a check box each.
+inline constexpr std::span<const ValueName> weekdayBits(dayBits, 7);
 } // namespace values
 namespace smartBackup {
 inline constexpr int base = at(Section::SmartBackup);
-inline constexpr FieldInfo enabled = FieldInfo::u32("enabled", base).named(values::offOn);
-inline constexpr FieldInfo media = FieldInfo::u32("media", base + 4).named(values::backupMedia);
-inline constexpr FieldInfo channels = FieldInfo::u32("channels", base + 8).hex();
-inline constexpr FieldInfo days = FieldInfo::u32("days", base + 12).hex().named(values::dayBits);
-inline constexpr FieldInfo startHour = FieldInfo::u16("start-hour", base + 16);
-inline constexpr FieldInfo startMinute = FieldInfo::u16("start-minute", base + 18);
-inline constexpr FieldInfo spanHours = FieldInfo::u32("span-hours", base + 20);
-inline constexpr FieldInfo overwrite = FieldInfo::u32("overwrite", base + 24).named(values::offOn);
+inline constexpr FieldInfo enabled
+    = FieldInfo::u32("enabled", base).named(values::offOn).labelled("Smart Backup");
+inline constexpr FieldInfo media
+    = FieldInfo::u32("media", base + 4).named(values::backupMedia).labelled("Backup Media");
+inline constexpr FieldInfo channels
+    = FieldInfo::u32("channels", base + 8).hex().bits(values::channelBits).labelled("Channels");
+inline constexpr FieldInfo days = FieldInfo::u32("days", base + 12)
+                                      .hex()
+                                      .named(values::dayBits)
+                                      .bits(values::weekdayBits)
+                                      .labelled("Backup Days");
+inline constexpr FieldInfo startHour
+    = FieldInfo::u16("start-hour", base + 16).range(0, 23).labelled("Start Hour");
+inline constexpr FieldInfo startMinute
+    = FieldInfo::u16("start-minute", base + 18).range(0, 59).labelled("Start Minute");
+inline constexpr FieldInfo spanHours
+    = FieldInfo::u32("span-hours", base + 20).range(1, 24).labelled("Backup Span (Hours)");
+inline constexpr FieldInfo overwrite
+    = FieldInfo::u32("overwrite", base + 24).named(values::offOn).labelled("Overwrite");
 inline constexpr FieldInfo all[]
     = {enabled, media, channels, days, startHour, startMinute, spanHours, overwrite};
 } // namespace smartBackup

@@ -6,6 +6,10 @@
 #include "pages/device/CRemoteDeviceRS232CDlg.h"
 #include "pages/device/CRemoteDeviceRemoteCtrlDlg.h"
 #include "pages/device/CRemoteDeviceSmartBackupDlg.h"
+#include "pages/network/CRemoteNetworkEmailDlg.h"
+#include "pages/network/CRemoteNetworkEventDlg.h"
+#include "pages/network/CRemoteNetworkNotificationDlg.h"
+#include "pages/network/CRemoteNetworkStreamDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
 
@@ -68,13 +72,13 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {Device, RS_TEXT("Smart Backup"), RS_TEXT("%s - Remote Setup / Device / Smart Backup"), 0x801B,
      create<CRemoteDeviceSmartBackupDlg>},
     {Network, RS_TEXT("Notification"), RS_TEXT("%s - Remote Setup / Network / Notification"),
-     0x8012, nullptr},
+     0x8012, create<CRemoteNetworkNotificationDlg>},
     {Network, RS_TEXT("E-Mail"), RS_TEXT("%s - Remote Setup / Network / E-Mail"), 0x8017,
-     nullptr},
+     create<CRemoteNetworkEmailDlg>},
     {Network, RS_TEXT("Event"), RS_TEXT("%s - Remote Setup / Network / Event"), 0x8014,
-     nullptr},
+     create<CRemoteNetworkEventDlg>},
     {Network, RS_TEXT("Stream"), RS_TEXT("%s - Remote Setup / Network / Stream"), 0x8015,
-     nullptr},
+     create<CRemoteNetworkStreamDlg>},
 }};
 
 } // namespace

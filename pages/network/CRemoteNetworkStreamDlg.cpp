@@ -121,7 +121,7 @@ int CRemoteNetworkStreamDlg::save()
           || (check.ipv4(fields::ipAddress) && check.subnetMask(fields::subnetMask)
               && check.ipv4(fields::gateway) && check.ipv4(fields::dnsServer));
     if (!addressesAccepted || !check.distinctPorts(fields::remotePort, fields::webPort)
-        || !check.textsFit())
+        || !check.hostNames(fields::ddnsHost) || !check.hostNames(fields::cmsHost))
         return 0;
     return CSetupPage::save();
 }

@@ -1,6 +1,5 @@
 #include "pages/network/NetworkEntryCheck.h"
 
-#include "i18n/CodePage.h"
 #include "i18n/Translator.h"
 #include "pages/common/SectionBinder.h"
 #include "session/MessageSink.h"
@@ -43,15 +42,16 @@ bool NetworkEntryCheck::refuse(const FieldInfo &field, int i, const char *messag
     return false;
 }
 
-bool NetworkEntryCheck::textsFit() const
+bool NetworkEntryCheck::hostNames(const FieldInfo &field) const
 {
-    for (const SectionBinder::Binding &b : m_binder.bindings()) {
-        const FieldInfo &f = b.editor->field();
-        const auto *edit = qobject_cast<const QLineEdit *>(b.editor->widget());
-        if (f.type != setup::FieldType::Text || !edit || b.row >= m_binder.channelCount())
-            continue;
-        if (nelib::CodePage::system().encode(edit->text()).size() > f.width)
-            return refuse(f, b.editor->index(), RS_TEXT("%s is too long for the recorder."));
+    // Letters, digits and inner hyphens in dot-separated labels; an IPv4
+    // address passes as well.
+    static const QRegularExpression host(
+        u"^[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?(\\.[A-Za-z0-9]([A-Za-z0-9-]*[A-Za-z0-9])?)*$"_s);
+    for (int i = 0; i < field.count; ++i) {
+        const QString text = textOf(field, i);
+        if (!text.isEmpty() && !host.match(text).hasMatch())
+            return refuse(field, i, RS_TEXT("%s is not a valid host name."));
     }
     return true;
 }

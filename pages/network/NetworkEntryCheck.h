@@ -17,8 +17,8 @@ class NetworkEntryCheck
 public:
     explicit NetworkEntryCheck(const SectionBinder &binder);
 
-    // Every text the page shows fits its field in bytes of the code page.
-    bool textsFit() const;
+    // Each element that is not empty is a host name or an IPv4 address.
+    bool hostNames(const setup::FieldInfo &field) const;
     // An IPv4 address (QHostAddress, dotted decimal only).
     bool ipv4(const setup::FieldInfo &field) const;
     // An IPv4 address whose ones all stand before its zeros.

@@ -84,6 +84,6 @@ void NotificationForms::systemEvents(SectionBinder &binder, QWidget *parent)
 
 bool NotificationForms::emailAccepted(const NetworkEntryCheck &check)
 {
-    return check.textsFit() && check.mailAddresses(email::sender)
+    return check.hostNames(email::smtpServer) && check.mailAddresses(email::sender)
            && check.mailAddresses(email::recipient);
 }

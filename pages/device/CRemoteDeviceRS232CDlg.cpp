@@ -41,6 +41,8 @@ void CRemoteDeviceRS232CDlg::buildControls()
     arrangeCheckBoxGrid(binder().editor(fields::textChannels)->widget(), ChannelColumns);
     connect(binder().widget<QComboBox>(fields::usage), &QComboBox::activated, this,
             &CRemoteDeviceRS232CDlg::afterFill);
+    // A mask too wide beside its label goes below it.
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     auto *layout = new QVBoxLayout(contentArea());
     layout->addLayout(form);
     layout->addStretch(1);

@@ -11,7 +11,8 @@ using Kind = FieldEditor::Kind;
 
 namespace {
 
-constexpr int Columns = 8;
+constexpr int ChannelColumns = 8;
+constexpr int DayColumns = 4;
 
 } // namespace
 
@@ -35,8 +36,10 @@ void CRemoteDeviceSmartBackupDlg::buildControls()
                                                          {fields::spanHours, Kind::Number},
                                                          {fields::overwrite, Kind::List},
                                                      });
-    arrangeCheckBoxGrid(binder().editor(fields::channels)->widget(), Columns);
-    arrangeCheckBoxGrid(binder().editor(fields::days)->widget(), Columns);
+    arrangeCheckBoxGrid(binder().editor(fields::channels)->widget(), ChannelColumns);
+    arrangeCheckBoxGrid(binder().editor(fields::days)->widget(), DayColumns);
+    // A mask too wide beside its label goes below it.
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     auto *layout = new QVBoxLayout(contentArea());
     layout->addLayout(form);
     layout->addStretch(1);

@@ -82,18 +82,19 @@ void CRemoteNetworkStreamDlg::buildServersTab(QWidget *tab)
     const setup::FieldInfo columns[]
         = {fields::cmsEnabled, fields::cmsHost, fields::cmsPort, fields::cmsEvents};
     const Kind kinds[] = {Kind::Check, Kind::Text, Kind::Number, Kind::Bits};
-    for (int c = 0; c < int(std::size(columns)); ++c) {
-        const QString label = nelib::tr(columns[c].label);
-        grid->addWidget(new CTransparentStatic(label, tab), 0, c + 1);
-        for (int server = 0; server < columns[c].count; ++server) {
+    for (int c = 0; c < int(std::size(columns)); ++c)
+        grid->addWidget(new CTransparentStatic(nelib::tr(columns[c].label), tab), 0, c + 1);
+    // Row by row, so that the tab key goes across a server's settings.
+    for (int server = 0; server < fields::cmsHost.count; ++server) {
+        const QString number = QString::number(server + 1);
+        grid->addWidget(new CTransparentStatic(number, tab), server + 1, 0);
+        for (int c = 0; c < int(std::size(columns)); ++c) {
             FieldEditor *e
                 = binder().add(FieldEditor::create(kinds[c], columns[c], server, 0, tab));
-            e->widget()->setAccessibleName(label + u' ' + QString::number(server + 1));
+            e->widget()->setAccessibleName(nelib::tr(columns[c].label) + u' ' + number);
             grid->addWidget(e->widget(), server + 1, c + 1);
         }
     }
-    for (int server = 0; server < fields::cmsHost.count; ++server)
-        grid->addWidget(new CTransparentStatic(QString::number(server + 1), tab), server + 1, 0);
     grid->setColumnStretch(2, 1);
     auto *layout = new QVBoxLayout(tab);
     layout->addLayout(grid);

@@ -19,6 +19,8 @@ constexpr int ChannelColumns = 8;
 
 void addForm(QWidget *parent, QFormLayout *form)
 {
+    // A channel mask too wide beside its label goes below it.
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     auto *layout = new QVBoxLayout(parent);
     layout->addLayout(form);
     layout->addStretch(1);

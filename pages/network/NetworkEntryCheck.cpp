@@ -8,6 +8,8 @@
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QSpinBox>
+#include <QStackedWidget>
+#include <QTabBar>
 
 using namespace Qt::StringLiterals;
 using setup::FieldInfo;
@@ -20,6 +22,21 @@ QString labelOf(const FieldInfo &field, int i)
     if (field.count > 1)
         label += u' ' + QString::number(i + 1);
     return label;
+}
+
+// Brings the tab that holds `control` to the front (a page's tabs are a tab
+// bar over a stack of contents) and puts the focus on it.
+void showAndFocus(QWidget *control)
+{
+    for (QWidget *w = control; w && w->parentWidget(); w = w->parentWidget()) {
+        auto *stack = qobject_cast<QStackedWidget *>(w->parentWidget());
+        if (!stack || !stack->parentWidget())
+            continue;
+        if (auto *tabs = stack->parentWidget()->findChild<QTabBar *>())
+            tabs->setCurrentIndex(stack->indexOf(w));
+        break;
+    }
+    control->setFocus();
 }
 
 } // namespace
@@ -37,7 +54,7 @@ QString NetworkEntryCheck::textOf(const FieldInfo &field, int i) const
 bool NetworkEntryCheck::refuse(const FieldInfo &field, int i, const char *message) const
 {
     if (FieldEditor *editor = m_binder.editor(field, i))
-        editor->widget()->setFocus();
+        showAndFocus(editor->widget());
     MessageSink::show(nelib::tr(message).replace(u"%s"_s, labelOf(field, i)));
     return false;
 }

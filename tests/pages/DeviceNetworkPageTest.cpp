@@ -21,6 +21,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QSpinBox>
+#include <QTabBar>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -186,7 +187,10 @@ TEST(DeviceNetworkPages, EntryChecksRefuseWithTheirMessageAndSendNothing)
          {text("Recipient 1", "ops@site.test"), text("Recipient 3", "OPS@site.test")},
          u"Recipient 3 repeats an address already in the list."_s},
         {notification,
-         {text("SMTP Server", "smtp server")},
+         {text("SMTP Server", "smtp server"),
+          [](QWidget *page) {
+              page->findChild<QTabBar *>()->setCurrentIndex(2);
+          }},
          u"SMTP Server is not a valid host name."_s},
     };
     SessionHarness window; // records the message boxes
@@ -204,6 +208,8 @@ TEST(DeviceNetworkPages, EntryChecksRefuseWithTheirMessageAndSendNothing)
         EXPECT_EQ(sent, 0);
         EXPECT_EQ(window.messages, QStringList {c.message});
         EXPECT_TRUE(page->isModified());
+        // The page shows the refused control, on whichever tab it is.
+        EXPECT_TRUE(page->focusWidget() && page->focusWidget()->isVisible());
         // Corrected, or as the recorder sent it, the page saves.
         page->cancel();
         page->save();

@@ -2,6 +2,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/common/CTransparentStatic.h"
+#include "pages/common/CheckBoxGrid.h"
 #include "pages/network/NetworkEntryCheck.h"
 #include "setup/Fields.h"
 
@@ -33,23 +34,32 @@ CRemoteNetworkStreamDlg::~CRemoteNetworkStreamDlg() = default;
 
 void CRemoteNetworkStreamDlg::buildControls()
 {
-    setTabs({nelib::tr("Network"), nelib::tr("Stream"), nelib::tr("Monitoring Servers")});
+    // Four tabs: all stream columns side by side would not fit the page.
+    setTabs({nelib::tr("Network"), nelib::tr("Stream"), nelib::tr("Bit Rate"),
+             nelib::tr("Monitoring Servers")});
     buildNetworkTab(tabContent(0));
+    addChannelTab(tabContent(1),
+                  binder().channelGrid(tabContent(1), {
+                                                          {fields::enabled, Kind::Check, -1, true},
+                                                          {fields::resolution, Kind::List},
+                                                          {fields::frameRate, Kind::List},
+                                                          {fields::quality, Kind::List},
+                                                      }));
+    addChannelTab(tabContent(2),
+                  binder().channelGrid(tabContent(2), {
+                                                          {fields::bitrate, Kind::Number},
+                                                          {fields::keyFrameInterval, Kind::Number},
+                                                      }));
+    buildServersTab(tabContent(3));
+}
 
-    QGridLayout *streams
-        = binder().channelGrid(tabContent(1), {
-                                                  {fields::enabled, Kind::Check, -1, true},
-                                                  {fields::resolution, Kind::List},
-                                                  {fields::frameRate, Kind::List},
-                                                  {fields::quality, Kind::List},
-                                                  {fields::bitrate, Kind::Number},
-                                                  {fields::keyFrameInterval, Kind::Number},
-                                              });
-    auto *streamLayout = new QVBoxLayout(tabContent(1));
-    streamLayout->addLayout(streams);
-    streamLayout->addStretch(1);
-
-    buildServersTab(tabContent(2));
+void CRemoteNetworkStreamDlg::addChannelTab(QWidget *tab, QGridLayout *grid)
+{
+    // Room to spare goes right of the last column.
+    grid->setColumnStretch(grid->columnCount(), 1);
+    auto *layout = new QVBoxLayout(tab);
+    layout->addLayout(grid);
+    layout->addStretch(1);
 }
 
 void CRemoteNetworkStreamDlg::buildNetworkTab(QWidget *tab)
@@ -87,12 +97,15 @@ void CRemoteNetworkStreamDlg::buildServersTab(QWidget *tab)
     // Row by row, so that the tab key goes across a server's settings.
     for (int server = 0; server < fields::cmsHost.count; ++server) {
         const QString number = QString::number(server + 1);
-        grid->addWidget(new CTransparentStatic(number, tab), server + 1, 0);
+        grid->addWidget(new CTransparentStatic(number, tab), server + 1, 0, Qt::AlignTop);
         for (int c = 0; c < int(std::size(columns)); ++c) {
             FieldEditor *e
                 = binder().add(FieldEditor::create(kinds[c], columns[c], server, 0, tab));
             e->widget()->setAccessibleName(nelib::tr(columns[c].label) + u' ' + number);
-            grid->addWidget(e->widget(), server + 1, c + 1);
+            // The events one below the other keep the page narrow.
+            if (kinds[c] == Kind::Bits)
+                arrangeCheckBoxGrid(e->widget(), 1);
+            grid->addWidget(e->widget(), server + 1, c + 1, Qt::AlignTop);
         }
     }
     grid->setColumnStretch(2, 1);

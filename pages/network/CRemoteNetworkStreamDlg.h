@@ -2,6 +2,10 @@
 
 #include "pages/common/CSetupPage.h"
 
+QT_BEGIN_NAMESPACE
+class QGridLayout;
+QT_END_NAMESPACE
+
 // Network / Stream: the recorder's place on the site's network (a static
 // address or DHCP, its ports, bandwidth and DDNS name), the stream of every
 // channel and the central monitoring servers it reports to. The page writes
@@ -24,6 +28,7 @@ protected:
 
 private:
     void buildNetworkTab(QWidget *tab);
+    void addChannelTab(QWidget *tab, QGridLayout *grid);
     void buildServersTab(QWidget *tab);
     bool isStatic() const;
 };

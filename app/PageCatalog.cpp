@@ -2,6 +2,14 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/device/CRemoteDeviceKeyboardCtrlDlg.h"
+#include "pages/device/CRemoteDeviceRS232CDlg.h"
+#include "pages/device/CRemoteDeviceRemoteCtrlDlg.h"
+#include "pages/device/CRemoteDeviceSmartBackupDlg.h"
+#include "pages/network/CRemoteNetworkEmailDlg.h"
+#include "pages/network/CRemoteNetworkEventDlg.h"
+#include "pages/network/CRemoteNetworkNotificationDlg.h"
+#include "pages/network/CRemoteNetworkStreamDlg.h"
 #include "pages/system/CRemoteSystemAudioDlg.h"
 #include "pages/system/CRemoteSystemBuzzerDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
@@ -60,18 +68,22 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {Record, RS_TEXT("Schedule"), RS_TEXT("%s - Remote Setup / Record / Schedule"), 0x800D,
      nullptr},
     {Record, RS_TEXT("Holiday"), RS_TEXT("%s - Remote Setup / Record / Holiday"), 0x800E, nullptr},
-    {Device, RS_TEXT("RS-232C"), RS_TEXT("%s - Remote Setup / Device / RS-232C"), 0x801A, nullptr},
+    {Device, RS_TEXT("RS-232C"), RS_TEXT("%s - Remote Setup / Device / RS-232C"), 0x801A,
+     create<CRemoteDeviceRS232CDlg>},
     {Device, RS_TEXT("Keyboard Control"), RS_TEXT("%s - Remote Setup / Device / Keyboard Control"),
-     0x8010, nullptr},
+     0x8010, create<CRemoteDeviceKeyboardCtrlDlg>},
     {Device, RS_TEXT("Remote Control"), RS_TEXT("%s - Remote Setup / Device / Remote Control"),
-     0x8011, nullptr},
+     0x8011, create<CRemoteDeviceRemoteCtrlDlg>},
     {Device, RS_TEXT("Smart Backup"), RS_TEXT("%s - Remote Setup / Device / Smart Backup"), 0x801B,
-     nullptr},
+     create<CRemoteDeviceSmartBackupDlg>},
     {Network, RS_TEXT("Notification"), RS_TEXT("%s - Remote Setup / Network / Notification"),
-     0x8012, nullptr},
-    {Network, RS_TEXT("E-Mail"), RS_TEXT("%s - Remote Setup / Network / E-Mail"), 0x8017, nullptr},
-    {Network, RS_TEXT("Event"), RS_TEXT("%s - Remote Setup / Network / Event"), 0x8014, nullptr},
-    {Network, RS_TEXT("Stream"), RS_TEXT("%s - Remote Setup / Network / Stream"), 0x8015, nullptr},
+     0x8012, create<CRemoteNetworkNotificationDlg>},
+    {Network, RS_TEXT("E-Mail"), RS_TEXT("%s - Remote Setup / Network / E-Mail"), 0x8017,
+     create<CRemoteNetworkEmailDlg>},
+    {Network, RS_TEXT("Event"), RS_TEXT("%s - Remote Setup / Network / Event"), 0x8014,
+     create<CRemoteNetworkEventDlg>},
+    {Network, RS_TEXT("Stream"), RS_TEXT("%s - Remote Setup / Network / Stream"), 0x8015,
+     create<CRemoteNetworkStreamDlg>},
 }};
 
 } // namespace

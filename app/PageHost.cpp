@@ -45,9 +45,19 @@ void PageHost::buildPages()
         if (const PageCatalog::Factory create = PageCatalog::entry(i).create) {
             CSetupPage *page = create(m_stack);
             // Pages reach the session and the default file only through these.
-            page->setSectionWriter([](setup::Section section, const QByteArray &bytes) {
+            page->setSectionWriter([this, page](setup::Section section, const QByteArray &bytes) {
                 CWork *work = CWork::instance();
-                return work ? work->writeSection(section, bytes) : 0;
+                const int sent = work ? work->writeSection(section, bytes) : 0;
+                // Sections overlap (a whole block, e-mail inside notification):
+                // the other pages must not send their old copy of these bytes.
+                if (sent) {
+                    const int offset = setup::SetupRecordMap::section(section).offset;
+                    for (CSetupPage *other : m_pages) {
+                        if (other && other != page)
+                            other->recordWritten(offset, bytes);
+                    }
+                }
+                return sent;
             });
             page->setDefaultSource([] {
                 return setup::SetupFiles::readDefaultFile(CSetupPage::defaultSetupPath()).bytes;

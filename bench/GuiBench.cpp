@@ -1,5 +1,6 @@
 #include "app/CRemoteKSetupDlg.h"
 #include "app/ConnectionPanel.h"
+#include "app/PageCatalog.h"
 #include "app/PageHost.h"
 #include "bench/BenchSim.h"
 #include "i18n/Translator.h"
@@ -9,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QPushButton>
 
 #include <benchmark/benchmark.h>
@@ -34,6 +36,19 @@ public:
 QString languageConfig()
 {
     return QCoreApplication::applicationDirPath() + u"/../bin/language.config"_s;
+}
+
+// The resident size of this process in KiB, from /proc/self/status.
+qint64 residentKiB()
+{
+    QFile status(u"/proc/self/status"_s);
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toLongLong();
+    }
+    return 0;
 }
 
 double medianMs(std::vector<qint64> nanoseconds)
@@ -114,3 +129,25 @@ static void refillPages(benchmark::State &state)
         host.loadPages(record, 16);
 }
 BENCHMARK(refillPages)->Unit(benchmark::kMicrosecond);
+
+// Every page shown and drawn once, as an installer going through all the
+// menus sees them, in the German texts. Goal: the process stays below 80 MB
+// resident (counter rss_MB).
+static void visitEveryPage(benchmark::State &state)
+{
+    const nelib::Translator translator(languageConfig(), 1);
+    const QByteArray record = setup::FactoryDefaults::record();
+    for (auto _ : state) {
+        PageHost host;
+        host.resize(800, 700);
+        host.show();
+        host.buildPages();
+        host.loadPages(record, 16);
+        for (int i = 0; i < PageCatalog::count(); ++i) {
+            host.showPage(i);
+            benchmark::DoNotOptimize(host.grab());
+        }
+        state.counters["rss_MB"] = double(residentKiB()) / 1024;
+    }
+}
+BENCHMARK(visitEveryPage)->Unit(benchmark::kMillisecond)->Iterations(1);

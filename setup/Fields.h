@@ -513,20 +513,36 @@ inline constexpr FieldInfo all[] = {enabled, count, kind, month, day, weekday};
 
 // ---- DEVICE ----------------------------------------------------------------
 
+// The line settings a serial port of the recorder accepts.
 namespace values {
+inline constexpr ValueName serialBaudRate[] = {
+    {1200, "1200"},   {2400, "2400"},   {4800, "4800"},   {9600, "9600"},
+    {19200, "19200"}, {38400, "38400"}, {57600, "57600"}, {115200, "115200"},
+};
+inline constexpr ValueName serialDataBits[] = {{7, "7"}, {8, "8"}};
+inline constexpr ValueName serialStopBits[] = {{1, "1"}, {2, "2"}};
 inline constexpr ValueName serialUsage[] = {{0, "Off"}, {1, "Remote Control"}, {2, "Text Input"}};
 } // namespace values
 namespace rs232c {
 inline constexpr int base = at(Section::Rs232c);
-inline constexpr FieldInfo baudRate = FieldInfo::u32("baud-rate", base);
-inline constexpr FieldInfo dataBits = FieldInfo::u8("data-bits", base + 4);
-inline constexpr FieldInfo parity = FieldInfo::u8("parity", base + 5).named(values::parity);
-inline constexpr FieldInfo stopBits = FieldInfo::u8("stop-bits", base + 6);
+inline constexpr FieldInfo baudRate
+    = FieldInfo::u32("baud-rate", base).named(values::serialBaudRate).labelled("Baudrate");
+inline constexpr FieldInfo dataBits
+    = FieldInfo::u8("data-bits", base + 4).named(values::serialDataBits).labelled("Data Bits");
+inline constexpr FieldInfo parity
+    = FieldInfo::u8("parity", base + 5).named(values::parity).labelled("Parity");
+inline constexpr FieldInfo stopBits
+    = FieldInfo::u8("stop-bits", base + 6).named(values::serialStopBits).labelled("Stop Bits");
 inline constexpr FieldInfo flowControl
-    = FieldInfo::u8("flow-control", base + 7).named(values::flowControl);
-inline constexpr FieldInfo usage = FieldInfo::u32("usage", base + 8).named(values::serialUsage);
-inline constexpr FieldInfo deviceId = FieldInfo::u32("device-id", base + 12);
-inline constexpr FieldInfo textChannels = FieldInfo::u32("text-channels", base + 16).hex();
+    = FieldInfo::u8("flow-control", base + 7).named(values::flowControl).labelled("Flow Control");
+inline constexpr FieldInfo usage
+    = FieldInfo::u32("usage", base + 8).named(values::serialUsage).labelled("Port Usage");
+inline constexpr FieldInfo deviceId
+    = FieldInfo::u32("device-id", base + 12).range(0, 255).labelled("Device ID");
+inline constexpr FieldInfo textChannels = FieldInfo::u32("text-channels", base + 16)
+                                              .hex()
+                                              .bits(values::channelBits)
+                                              .labelled("Text Channels");
 inline constexpr FieldInfo all[]
     = {baudRate, dataBits, parity, stopBits, flowControl, usage, deviceId, textChannels};
 } // namespace rs232c
@@ -536,18 +552,24 @@ inline constexpr ValueName keyboardProtocol[] = {{0, "Native"}, {1, "Pelco-D"}, 
 } // namespace values
 namespace keyboard {
 inline constexpr int base = at(Section::Keyboard);
-inline constexpr FieldInfo enabled = FieldInfo::u32("enabled", base).named(values::offOn);
+inline constexpr FieldInfo enabled
+    = FieldInfo::u32("enabled", base).named(values::offOn).labelled("Control Keyboard");
 inline constexpr FieldInfo protocol
-    = FieldInfo::u32("protocol", base + 4).named(values::keyboardProtocol);
-inline constexpr FieldInfo recorderId = FieldInfo::u32("recorder-id", base + 8);
-inline constexpr FieldInfo baudRate = FieldInfo::u32("baud-rate", base + 12);
-inline constexpr FieldInfo dataBits = FieldInfo::u8("data-bits", base + 16);
-inline constexpr FieldInfo parity = FieldInfo::u8("parity", base + 17).named(values::parity);
-inline constexpr FieldInfo stopBits = FieldInfo::u8("stop-bits", base + 18);
+    = FieldInfo::u32("protocol", base + 4).named(values::keyboardProtocol).labelled("Protocol");
+inline constexpr FieldInfo recorderId
+    = FieldInfo::u32("recorder-id", base + 8).range(0, 255).labelled("DVR ID");
+inline constexpr FieldInfo baudRate
+    = FieldInfo::u32("baud-rate", base + 12).named(values::serialBaudRate).labelled("Baudrate");
+inline constexpr FieldInfo dataBits
+    = FieldInfo::u8("data-bits", base + 16).named(values::serialDataBits).labelled("Data Bits");
+inline constexpr FieldInfo parity
+    = FieldInfo::u8("parity", base + 17).named(values::parity).labelled("Parity");
+inline constexpr FieldInfo stopBits
+    = FieldInfo::u8("stop-bits", base + 18).named(values::serialStopBits).labelled("Stop Bits");
 inline constexpr FieldInfo flowControl
-    = FieldInfo::u8("flow-control", base + 19).named(values::flowControl);
+    = FieldInfo::u8("flow-control", base + 19).named(values::flowControl).labelled("Flow Control");
 inline constexpr FieldInfo ptzControl
-    = FieldInfo::u32("ptz-control", base + 20).named(values::offOn);
+    = FieldInfo::u32("ptz-control", base + 20).named(values::offOn).labelled("PTZ Control");
 inline constexpr FieldInfo all[] = {enabled, protocol, recorderId,  baudRate,  dataBits,
                                     parity,  stopBits, flowControl, ptzControl};
 } // namespace keyboard
@@ -557,24 +579,41 @@ inline constexpr ValueName remoteId[] = {{0, "All"}};
 } // namespace values
 namespace remoteControl {
 inline constexpr int base = at(Section::RemoteControl);
-inline constexpr FieldInfo remoteId = FieldInfo::u32("remote-id", base).named(values::remoteId);
-inline constexpr FieldInfo enabled = FieldInfo::u32("enabled", base + 4).named(values::offOn);
+inline constexpr FieldInfo remoteId = FieldInfo::u32("remote-id", base)
+                                          .named(values::remoteId)
+                                          .range(0, 99)
+                                          .labelled("Remote Control ID");
+inline constexpr FieldInfo enabled
+    = FieldInfo::u32("enabled", base + 4).named(values::offOn).labelled("Remote Control");
 inline constexpr FieldInfo all[] = {remoteId, enabled};
 } // namespace remoteControl
 
 namespace values {
 inline constexpr ValueName backupMedia[] = {{0, "USB Memory"}, {1, "USB Disk"}, {2, "DVD"}};
+// The single days of dayBits, for a check box each.
+inline constexpr std::span<const ValueName> weekdayBits(dayBits, 7);
 } // namespace values
 namespace smartBackup {
 inline constexpr int base = at(Section::SmartBackup);
-inline constexpr FieldInfo enabled = FieldInfo::u32("enabled", base).named(values::offOn);
-inline constexpr FieldInfo media = FieldInfo::u32("media", base + 4).named(values::backupMedia);
-inline constexpr FieldInfo channels = FieldInfo::u32("channels", base + 8).hex();
-inline constexpr FieldInfo days = FieldInfo::u32("days", base + 12).hex().named(values::dayBits);
-inline constexpr FieldInfo startHour = FieldInfo::u16("start-hour", base + 16);
-inline constexpr FieldInfo startMinute = FieldInfo::u16("start-minute", base + 18);
-inline constexpr FieldInfo spanHours = FieldInfo::u32("span-hours", base + 20);
-inline constexpr FieldInfo overwrite = FieldInfo::u32("overwrite", base + 24).named(values::offOn);
+inline constexpr FieldInfo enabled
+    = FieldInfo::u32("enabled", base).named(values::offOn).labelled("Smart Backup");
+inline constexpr FieldInfo media
+    = FieldInfo::u32("media", base + 4).named(values::backupMedia).labelled("Backup Media");
+inline constexpr FieldInfo channels
+    = FieldInfo::u32("channels", base + 8).hex().bits(values::channelBits).labelled("Channels");
+inline constexpr FieldInfo days = FieldInfo::u32("days", base + 12)
+                                      .hex()
+                                      .named(values::dayBits)
+                                      .bits(values::weekdayBits)
+                                      .labelled("Backup Days");
+inline constexpr FieldInfo startHour
+    = FieldInfo::u16("start-hour", base + 16).range(0, 23).labelled("Start Hour");
+inline constexpr FieldInfo startMinute
+    = FieldInfo::u16("start-minute", base + 18).range(0, 59).labelled("Start Minute");
+inline constexpr FieldInfo spanHours
+    = FieldInfo::u32("span-hours", base + 20).range(1, 24).labelled("Backup Span (Hours)");
+inline constexpr FieldInfo overwrite
+    = FieldInfo::u32("overwrite", base + 24).named(values::offOn).labelled("Overwrite");
 inline constexpr FieldInfo all[]
     = {enabled, media, channels, days, startHour, startMinute, spanHours, overwrite};
 } // namespace smartBackup
@@ -593,41 +632,82 @@ inline constexpr ValueName streamResolution[] = {
     {2, "352x480/576"},
     {3, "352x240/288"},
 };
+// Frames per second on NTSC / PAL recorders.
+inline constexpr ValueName streamFrameRate[] = {
+    {0, "1/1"}, {1, "2/2"}, {2, "5/4"}, {3, "10/8"}, {4, "15/12"}, {5, "30/25"},
+};
+inline constexpr ValueName monitoredEventBits[] = {
+    {0x1, "Alarm"},
+    {0x2, "Motion"},
+    {0x4, "Video Loss"},
+};
 } // namespace values
 namespace stream {
 inline constexpr int base = at(Section::Stream);
 inline constexpr int streamChannels = base + 84;
 inline constexpr int monitorServers = at(Section::Notification) + 836;
-inline constexpr FieldInfo ipMode = FieldInfo::u32("ip-mode", base).named(values::ipMode);
-inline constexpr FieldInfo ipAddress = FieldInfo::bytes("ip-address", base + 4, 4).dotted();
-inline constexpr FieldInfo subnetMask = FieldInfo::bytes("subnet-mask", base + 8, 4).dotted();
-inline constexpr FieldInfo gateway = FieldInfo::bytes("gateway", base + 12, 4).dotted();
-inline constexpr FieldInfo dnsServer = FieldInfo::bytes("dns-server", base + 16, 4).dotted();
-inline constexpr FieldInfo remotePort = FieldInfo::u16("remote-port", base + 20);
-inline constexpr FieldInfo webPort = FieldInfo::u16("web-port", base + 22);
-inline constexpr FieldInfo maxBandwidth = FieldInfo::u32("max-bandwidth", base + 24);
-inline constexpr FieldInfo ddns = FieldInfo::u32("ddns", base + 28).named(values::offOn);
-inline constexpr FieldInfo ddnsHost = FieldInfo::text("ddns-host", base + 32, 48);
-inline constexpr FieldInfo audio = FieldInfo::u32("audio", base + 80).named(values::offOn);
-inline constexpr FieldInfo enabled
-    = FieldInfo::u8("enabled", streamChannels).repeat(16, 12).named(values::offOn);
+inline constexpr FieldInfo ipMode
+    = FieldInfo::u32("ip-mode", base).named(values::ipMode).labelled("IP Mode");
+inline constexpr FieldInfo ipAddress
+    = FieldInfo::bytes("ip-address", base + 4, 4).dotted().labelled("IP Address");
+inline constexpr FieldInfo subnetMask
+    = FieldInfo::bytes("subnet-mask", base + 8, 4).dotted().labelled("Subnet Mask");
+inline constexpr FieldInfo gateway
+    = FieldInfo::bytes("gateway", base + 12, 4).dotted().labelled("Gateway");
+inline constexpr FieldInfo dnsServer
+    = FieldInfo::bytes("dns-server", base + 16, 4).dotted().labelled("DNS Server");
+inline constexpr FieldInfo remotePort
+    = FieldInfo::u16("remote-port", base + 20).range(1, 65535).labelled("Remote Port");
+inline constexpr FieldInfo webPort
+    = FieldInfo::u16("web-port", base + 22).range(1, 65535).labelled("Web Port");
+inline constexpr FieldInfo maxBandwidth
+    = FieldInfo::u32("max-bandwidth", base + 24).range(0, 100000).labelled("Max Bandwidth (kbps)");
+inline constexpr FieldInfo ddns
+    = FieldInfo::u32("ddns", base + 28).named(values::offOn).labelled("DDNS");
+inline constexpr FieldInfo ddnsHost
+    = FieldInfo::text("ddns-host", base + 32, 48).labelled("DDNS Host Name");
+inline constexpr FieldInfo audio
+    = FieldInfo::u32("audio", base + 80).named(values::offOn).labelled("Stream Audio");
+inline constexpr FieldInfo enabled = FieldInfo::u8("enabled", streamChannels)
+                                         .repeat(16, 12)
+                                         .named(values::offOn)
+                                         .labelled("Streaming");
 inline constexpr FieldInfo resolution = FieldInfo::u8("resolution", streamChannels + 1)
                                             .repeat(16, 12)
-                                            .named(values::streamResolution);
-inline constexpr FieldInfo frameRate
-    = FieldInfo::u8("frame-rate", streamChannels + 2).repeat(16, 12);
-inline constexpr FieldInfo quality
-    = FieldInfo::u8("quality", streamChannels + 3).repeat(16, 12).named(values::levels);
-inline constexpr FieldInfo bitrate = FieldInfo::u32("bitrate", streamChannels + 4).repeat(16, 12);
+                                            .named(values::streamResolution)
+                                            .labelled("Resolution");
+inline constexpr FieldInfo frameRate = FieldInfo::u8("frame-rate", streamChannels + 2)
+                                           .repeat(16, 12)
+                                           .named(values::streamFrameRate)
+                                           .labelled("Frame Rate");
+inline constexpr FieldInfo quality = FieldInfo::u8("quality", streamChannels + 3)
+                                         .repeat(16, 12)
+                                         .named(values::levels)
+                                         .labelled("Quality");
+inline constexpr FieldInfo bitrate = FieldInfo::u32("bitrate", streamChannels + 4)
+                                         .repeat(16, 12)
+                                         .range(64, 16384)
+                                         .labelled("Bit Rate (kbps)");
 inline constexpr FieldInfo keyFrameInterval
-    = FieldInfo::u32("key-frame-interval", streamChannels + 8).repeat(16, 12);
-inline constexpr FieldInfo cmsEnabled
-    = FieldInfo::u32("cms-enabled", monitorServers).repeat(4, 40).named(values::offOn);
+    = FieldInfo::u32("key-frame-interval", streamChannels + 8)
+          .repeat(16, 12)
+          .range(1, 300)
+          .labelled("Key Frame Interval");
+inline constexpr FieldInfo cmsEnabled = FieldInfo::u32("cms-enabled", monitorServers)
+                                            .repeat(4, 40)
+                                            .named(values::offOn)
+                                            .labelled("Monitoring Server");
 inline constexpr FieldInfo cmsHost
-    = FieldInfo::text("cms-host", monitorServers + 4, 32).repeat(4, 40);
-inline constexpr FieldInfo cmsPort = FieldInfo::u16("cms-port", monitorServers + 36).repeat(4, 40);
-inline constexpr FieldInfo cmsEvents
-    = FieldInfo::u16("cms-events", monitorServers + 38).repeat(4, 40).hex();
+    = FieldInfo::text("cms-host", monitorServers + 4, 32).repeat(4, 40).labelled("Server Host");
+inline constexpr FieldInfo cmsPort = FieldInfo::u16("cms-port", monitorServers + 36)
+                                         .repeat(4, 40)
+                                         .range(1, 65535)
+                                         .labelled("Server Port");
+inline constexpr FieldInfo cmsEvents = FieldInfo::u16("cms-events", monitorServers + 38)
+                                           .repeat(4, 40)
+                                           .hex()
+                                           .bits(values::monitoredEventBits)
+                                           .labelled("Reported Events");
 inline constexpr FieldInfo all[]
     = {ipMode,       ipAddress, subnetMask,       gateway,    dnsServer, remotePort, webPort,
        maxBandwidth, ddns,      ddnsHost,         audio,      enabled,   resolution, frameRate,
@@ -639,55 +719,99 @@ inline constexpr ValueName mailSecurity[] = {{0, "None"}, {1, "SSL"}, {2, "TLS"}
 } // namespace values
 namespace email {
 inline constexpr int base = at(Section::Email);
-inline constexpr FieldInfo enabled = FieldInfo::u32("enabled", base).named(values::offOn);
-inline constexpr FieldInfo smtpServer = FieldInfo::text("smtp-server", base + 4, 64);
-inline constexpr FieldInfo smtpPort = FieldInfo::u16("smtp-port", base + 68);
+inline constexpr FieldInfo enabled
+    = FieldInfo::u32("enabled", base).named(values::offOn).labelled("Send E-Mail");
+inline constexpr FieldInfo smtpServer
+    = FieldInfo::text("smtp-server", base + 4, 64).labelled("SMTP Server");
+inline constexpr FieldInfo smtpPort
+    = FieldInfo::u16("smtp-port", base + 68).range(1, 65535).labelled("SMTP Port");
 inline constexpr FieldInfo security
-    = FieldInfo::u16("security", base + 70).named(values::mailSecurity);
-inline constexpr FieldInfo user = FieldInfo::text("user", base + 72, 32);
-inline constexpr FieldInfo password = FieldInfo::text("password", base + 104, 32);
-inline constexpr FieldInfo sender = FieldInfo::text("sender", base + 136, 64);
-inline constexpr FieldInfo recipient = FieldInfo::text("recipient", base + 200, 64).repeat(3, 64);
-inline constexpr FieldInfo subject = FieldInfo::text("subject", base + 392, 32);
+    = FieldInfo::u16("security", base + 70).named(values::mailSecurity).labelled("Security");
+inline constexpr FieldInfo user = FieldInfo::text("user", base + 72, 32).labelled("User Name");
+inline constexpr FieldInfo password
+    = FieldInfo::text("password", base + 104, 32).labelled("Password");
+inline constexpr FieldInfo sender = FieldInfo::text("sender", base + 136, 64).labelled("Sender");
+inline constexpr FieldInfo recipient
+    = FieldInfo::text("recipient", base + 200, 64).repeat(3, 64).labelled("Recipient");
+inline constexpr FieldInfo subject = FieldInfo::text("subject", base + 392, 32).labelled("Subject");
 inline constexpr FieldInfo attachImage
-    = FieldInfo::u32("attach-image", base + 424).named(values::offOn);
+    = FieldInfo::u32("attach-image", base + 424).named(values::offOn).labelled("Attach Image");
 inline constexpr FieldInfo authentication
-    = FieldInfo::u32("authentication", base + 428).named(values::offOn);
+    = FieldInfo::u32("authentication", base + 428).named(values::offOn).labelled("Authentication");
 inline constexpr FieldInfo all[]
     = {enabled, smtpServer, smtpPort, security,    user,          password,
        sender,  recipient,  subject,  attachImage, authentication};
 } // namespace email
 
+// Who hears of an event: bit set of every `-actions` field.
+namespace values {
+inline constexpr ValueName notifyActionBits[] = {
+    {0x1, "E-Mail"},
+    {0x2, "Clients"},
+    {0x4, "Monitoring Servers"},
+};
+} // namespace values
 namespace networkEvent {
 inline constexpr int base = at(Section::NetworkEvent);
-inline constexpr FieldInfo notify = FieldInfo::u32("notify", base).named(values::offOn);
-inline constexpr FieldInfo minInterval = FieldInfo::u32("min-interval", base + 4);
+inline constexpr FieldInfo notify
+    = FieldInfo::u32("notify", base).named(values::offOn).labelled("Event Notification");
+inline constexpr FieldInfo minInterval
+    = FieldInfo::u32("min-interval", base + 4).range(0, 3600).labelled("Min Interval (Sec)");
 inline constexpr FieldInfo alarmEnabled
-    = FieldInfo::u32("alarm-enabled", base + 8).named(values::offOn);
-inline constexpr FieldInfo alarmChannels = FieldInfo::u32("alarm-channels", base + 12).hex();
-inline constexpr FieldInfo alarmActions = FieldInfo::u32("alarm-actions", base + 16).hex();
+    = FieldInfo::u32("alarm-enabled", base + 8).named(values::offOn).labelled("Alarm");
+inline constexpr FieldInfo alarmChannels = FieldInfo::u32("alarm-channels", base + 12)
+                                               .hex()
+                                               .bits(values::channelBits)
+                                               .labelled("Alarm Channels");
+inline constexpr FieldInfo alarmActions = FieldInfo::u32("alarm-actions", base + 16)
+                                              .hex()
+                                              .bits(values::notifyActionBits)
+                                              .labelled("Alarm Notify");
 inline constexpr FieldInfo motionEnabled
-    = FieldInfo::u32("motion-enabled", base + 20).named(values::offOn);
-inline constexpr FieldInfo motionChannels = FieldInfo::u32("motion-channels", base + 24).hex();
-inline constexpr FieldInfo motionActions = FieldInfo::u32("motion-actions", base + 28).hex();
+    = FieldInfo::u32("motion-enabled", base + 20).named(values::offOn).labelled("Motion");
+inline constexpr FieldInfo motionChannels = FieldInfo::u32("motion-channels", base + 24)
+                                                .hex()
+                                                .bits(values::channelBits)
+                                                .labelled("Motion Channels");
+inline constexpr FieldInfo motionActions = FieldInfo::u32("motion-actions", base + 28)
+                                               .hex()
+                                               .bits(values::notifyActionBits)
+                                               .labelled("Motion Notify");
 inline constexpr FieldInfo videoLossEnabled
-    = FieldInfo::u32("video-loss-enabled", base + 32).named(values::offOn);
-inline constexpr FieldInfo videoLossChannels
-    = FieldInfo::u32("video-loss-channels", base + 36).hex();
-inline constexpr FieldInfo videoLossActions = FieldInfo::u32("video-loss-actions", base + 40).hex();
+    = FieldInfo::u32("video-loss-enabled", base + 32).named(values::offOn).labelled("Video Loss");
+inline constexpr FieldInfo videoLossChannels = FieldInfo::u32("video-loss-channels", base + 36)
+                                                   .hex()
+                                                   .bits(values::channelBits)
+                                                   .labelled("Video Loss Channels");
+inline constexpr FieldInfo videoLossActions = FieldInfo::u32("video-loss-actions", base + 40)
+                                                  .hex()
+                                                  .bits(values::notifyActionBits)
+                                                  .labelled("Video Loss Notify");
 inline constexpr FieldInfo diskFullEnabled
-    = FieldInfo::u32("disk-full-enabled", base + 44).named(values::offOn);
-inline constexpr FieldInfo diskFullActions = FieldInfo::u32("disk-full-actions", base + 48).hex();
+    = FieldInfo::u32("disk-full-enabled", base + 44).named(values::offOn).labelled("Disk Full");
+inline constexpr FieldInfo diskFullActions = FieldInfo::u32("disk-full-actions", base + 48)
+                                                 .hex()
+                                                 .bits(values::notifyActionBits)
+                                                 .labelled("Disk Full Notify");
 inline constexpr FieldInfo diskErrorEnabled
-    = FieldInfo::u32("disk-error-enabled", base + 52).named(values::offOn);
-inline constexpr FieldInfo diskErrorActions = FieldInfo::u32("disk-error-actions", base + 56).hex();
+    = FieldInfo::u32("disk-error-enabled", base + 52).named(values::offOn).labelled("Disk Error");
+inline constexpr FieldInfo diskErrorActions = FieldInfo::u32("disk-error-actions", base + 56)
+                                                  .hex()
+                                                  .bits(values::notifyActionBits)
+                                                  .labelled("Disk Error Notify");
 inline constexpr FieldInfo powerOnEnabled
-    = FieldInfo::u32("power-on-enabled", base + 60).named(values::offOn);
-inline constexpr FieldInfo powerOnActions = FieldInfo::u32("power-on-actions", base + 64).hex();
-inline constexpr FieldInfo loginFailureEnabled
-    = FieldInfo::u32("login-failure-enabled", base + 68).named(values::offOn);
-inline constexpr FieldInfo loginFailureActions
-    = FieldInfo::u32("login-failure-actions", base + 72).hex();
+    = FieldInfo::u32("power-on-enabled", base + 60).named(values::offOn).labelled("Power On");
+inline constexpr FieldInfo powerOnActions = FieldInfo::u32("power-on-actions", base + 64)
+                                                .hex()
+                                                .bits(values::notifyActionBits)
+                                                .labelled("Power On Notify");
+inline constexpr FieldInfo loginFailureEnabled = FieldInfo::u32("login-failure-enabled", base + 68)
+                                                     .named(values::offOn)
+                                                     .labelled("Login Failure");
+inline constexpr FieldInfo loginFailureActions = FieldInfo::u32("login-failure-actions", base + 72)
+                                                     .hex()
+                                                     .bits(values::notifyActionBits)
+                                                     .labelled("Login Failure Notify");
 inline constexpr FieldInfo all[] = {
     notify,           minInterval,     alarmEnabled,        alarmChannels,      alarmActions,
     motionEnabled,    motionChannels,  motionActions,       videoLossEnabled,   videoLossChannels,

@@ -10,6 +10,9 @@
 #include <QTabBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <vector>
+
 using namespace Qt::StringLiterals;
 using setup::SetupRecordMap;
 
@@ -236,6 +239,49 @@ bool CSetupPage::needsSave()
     QByteArray shown = m_buffer;
     gatherControls(shown);
     return shown != m_saved;
+}
+
+void CSetupPage::recordWritten(int offset, QByteArrayView bytes)
+{
+    if (!m_section)
+        return;
+    const setup::SectionInfo &info = SetupRecordMap::section(*m_section);
+    const int from = std::max(offset, info.offset);
+    const int to = std::min(offset + int(bytes.size()), info.end());
+    if (from >= to)
+        return;
+    QByteArray shown = m_buffer;
+    if (m_built)
+        gatherControls(shown);
+    const QByteArray before = m_saved;
+    const QByteArrayView fresh = bytes.sliced(from - offset, to - from);
+    m_buffer.replace(from - info.offset, to - from, fresh.toByteArray());
+    m_saved.replace(from - info.offset, to - from, fresh.toByteArray());
+    if (!m_built)
+        return;
+    if (!m_modified) {
+        fill();
+        return;
+    }
+    // A field the operator changed stays whole; every other byte is the new one.
+    std::vector<bool> edited(info.length);
+    for (int at = 0; at < info.length; ++at)
+        edited[at] = shown[at] != before[at];
+    for (const SectionBinder::Binding &b : m_binder->bindings()) {
+        if (b.row >= m_channelCount)
+            continue;
+        const setup::FieldInfo &f = b.editor->field();
+        const int first = f.elementOffset(b.editor->index(), b.editor->index2()) - info.offset;
+        const auto element = edited.begin() + first;
+        if (std::find(element, element + f.width, true) != element + f.width)
+            std::fill(element, element + f.width, true);
+    }
+    for (int at = from - info.offset; at < to - info.offset; ++at) {
+        if (!edited[at])
+            shown[at] = m_buffer[at];
+    }
+    fillControls(shown, Source::SectionBuffer);
+    afterFill();
 }
 
 void CSetupPage::cancel()

@@ -77,6 +77,11 @@ public:
     void loadDefault();
     // Whether the controls hold other values than the section last loaded or saved.
     bool needsSave();
+    // Another page sent `bytes` for the record from `offset` on. Where they
+    // overlap this page's section they replace its stale copy, so that a later
+    // save does not send old bytes back: an unedited page shows them, an
+    // edited one keeps the fields the operator changed and shows the rest.
+    void recordWritten(int offset, QByteArrayView bytes);
 
     void fill();
     void gather();

@@ -2,6 +2,7 @@
 
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/SectionBinder.h"
+#include "session/RecorderClock.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QByteArray>
@@ -49,6 +50,10 @@ public:
     using SectionWriter = std::function<int(setup::Section, const QByteArray &section)>;
     // The whole default setup record (zeros where the file has no bytes).
     using DefaultSource = std::function<QByteArray()>;
+    // The recorder's running clock; none before the recorder has told its time.
+    using ClockReader = std::function<std::optional<RecorderTime>()>;
+    // Sets the recorder's clock; returns non-zero once the command was sent.
+    using ClockSetter = std::function<int(const RecorderTime &time)>;
 
     explicit CSetupPage(QWidget *parent = nullptr);
     ~CSetupPage() override;
@@ -59,6 +64,12 @@ public:
 
     void setSectionWriter(SectionWriter writer) { m_writer = std::move(writer); }
     void setDefaultSource(DefaultSource source) { m_defaults = std::move(source); }
+    // For the pages that show or set the recorder's clock.
+    void setClock(ClockReader reader, ClockSetter setter)
+    {
+        m_clockReader = std::move(reader);
+        m_clockSetter = std::move(setter);
+    }
 
     // Builds the controls on first use (hidden, so that up to sixteen rows
     // appear at once), then takes the page's slice of `mirror` and fills.
@@ -138,6 +149,14 @@ protected:
     void addCopySettings(int copyMode);
 
     SectionBinder &binder() { return *m_binder; }
+    std::optional<RecorderTime> recorderTime() const
+    {
+        return m_clockReader ? m_clockReader() : std::nullopt;
+    }
+    int setRecorderTime(const RecorderTime &time)
+    {
+        return m_clockSetter ? m_clockSetter(time) : 0;
+    }
     QPushButton *pageSaveButton() const { return m_saveButton; }
     QPushButton *pageDefaultButton() const { return m_defaultButton; }
 
@@ -156,6 +175,8 @@ private:
     SectionBinder *m_binder;
     SectionWriter m_writer;
     DefaultSource m_defaults;
+    ClockReader m_clockReader;
+    ClockSetter m_clockSetter;
     QByteArray m_buffer;
     QByteArray m_saved; // what the recorder holds as far as the page knows
     int m_channelCount = MaxChannels;

@@ -2,6 +2,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/display/CRemoteDisplayIntervalDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
 
@@ -40,7 +41,7 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {Display, RS_TEXT("Event Display"), RS_TEXT("%s - Remote Setup / Display / Event Display"),
      0x8018, nullptr},
     {Display, RS_TEXT("Interval"), RS_TEXT("%s - Remote Setup / Display / Interval"), 0x8019,
-     nullptr},
+     create<CRemoteDisplayIntervalDlg>},
     {Camera, RS_TEXT("Camera Setup"), RS_TEXT("%s - Remote Setup / Camera / Setup"), 0x8009,
      create<CRemoteCameraCameraDlg>},
     {Camera, RS_TEXT("PTZ"), RS_TEXT("%s - Remote Setup / Camera / PTZ"), 0x801C, nullptr},

@@ -3,6 +3,7 @@
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
 #include "pages/display/CRemoteDisplayIntervalDlg.h"
+#include "pages/display/CRemoteDisplayOSDDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
 
@@ -37,7 +38,8 @@ const std::array<PageCatalog::Entry, 26> Entries {{
      create<CRemoteSystemUpdateDlg>},
     {Display, RS_TEXT("Date / Time"), RS_TEXT("%s - Remote Setup / Display / Date/Time"), 0x8007,
      nullptr},
-    {Display, RS_TEXT("OSD"), RS_TEXT("%s - Remote Setup / Display / OSD"), 0x8008, nullptr},
+    {Display, RS_TEXT("OSD"), RS_TEXT("%s - Remote Setup / Display / OSD"), 0x8008,
+     create<CRemoteDisplayOSDDlg>},
     {Display, RS_TEXT("Event Display"), RS_TEXT("%s - Remote Setup / Display / Event Display"),
      0x8018, nullptr},
     {Display, RS_TEXT("Interval"), RS_TEXT("%s - Remote Setup / Display / Interval"), 0x8019,

@@ -2,6 +2,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/display/CRemoteDisplayEventDlg.h"
 #include "pages/display/CRemoteDisplayIntervalDlg.h"
 #include "pages/display/CRemoteDisplayOSDDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
@@ -41,7 +42,7 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {Display, RS_TEXT("OSD"), RS_TEXT("%s - Remote Setup / Display / OSD"), 0x8008,
      create<CRemoteDisplayOSDDlg>},
     {Display, RS_TEXT("Event Display"), RS_TEXT("%s - Remote Setup / Display / Event Display"),
-     0x8018, nullptr},
+     0x8018, create<CRemoteDisplayEventDlg>},
     {Display, RS_TEXT("Interval"), RS_TEXT("%s - Remote Setup / Display / Interval"), 0x8019,
      create<CRemoteDisplayIntervalDlg>},
     {Camera, RS_TEXT("Camera Setup"), RS_TEXT("%s - Remote Setup / Camera / Setup"), 0x8009,

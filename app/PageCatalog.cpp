@@ -2,6 +2,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/display/CRemoteDisplayDateTimeDlg.h"
 #include "pages/display/CRemoteDisplayEventDlg.h"
 #include "pages/display/CRemoteDisplayIntervalDlg.h"
 #include "pages/display/CRemoteDisplayOSDDlg.h"
@@ -38,7 +39,7 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {System, RS_TEXT("Update"), RS_TEXT("%s - Remote Setup / System / Update"), 0,
      create<CRemoteSystemUpdateDlg>},
     {Display, RS_TEXT("Date / Time"), RS_TEXT("%s - Remote Setup / Display / Date/Time"), 0x8007,
-     nullptr},
+     create<CRemoteDisplayDateTimeDlg>},
     {Display, RS_TEXT("OSD"), RS_TEXT("%s - Remote Setup / Display / OSD"), 0x8008,
      create<CRemoteDisplayOSDDlg>},
     {Display, RS_TEXT("Event Display"), RS_TEXT("%s - Remote Setup / Display / Event Display"),

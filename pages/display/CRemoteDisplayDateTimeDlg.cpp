@@ -32,6 +32,7 @@ constexpr int LastYear = 2037;
 constexpr quint32 TwelveHour = 1;
 constexpr quint32 FixedDate = 0;
 constexpr int LastHour = 24;
+constexpr int NoAnswerLookMs = 250;
 
 // The rule's fields in section order: start, then end.
 constexpr std::array<setup::FieldInfo, 10> RuleFields {
@@ -202,8 +203,10 @@ void CRemoteDisplayDateTimeDlg::buildClock(QWidget *group)
 
     m_year = numberList(group, FirstYear, LastYear, nelib::tr("Year"));
     m_month = numberList(group, 1, 12, nelib::tr("Month"));
-    m_day = numberList(group, 1, 31, nelib::tr("Day"));
+    m_day = numberList(group, 1, 31, nelib::tr("Date"));
     m_hour = numberList(group, 0, 23, nelib::tr("Hour"));
+    // Its items change with the time format.
+    m_hour->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     m_minute = numberList(group, 0, 59, nelib::tr("Minute"));
     m_second = numberList(group, 0, 59, nelib::tr("Second"));
     auto *apply = new QPushButton(nelib::tr("Apply"), group);
@@ -234,7 +237,9 @@ QWidget *CRemoteDisplayDateTimeDlg::buildRule(QWidget *parent)
     const char *const rows[] = {RS_TEXT("DST Start Time"), RS_TEXT("DST End Time")};
     for (int r = 0; r < 2; ++r) {
         const QString row = nelib::tr(rows[r]);
-        grid->addWidget(new CTransparentStatic(row, box), r + 1, 0);
+        auto *text = new CTransparentStatic(row, box);
+        text->setMinimumWidth(text->sizeHint().width());
+        grid->addWidget(text, r + 1, 0);
         for (int c = 0; c < Columns; ++c) {
             const setup::FieldInfo &field = RuleFields[r * Columns + c];
             FieldEditor *e = binder().add(FieldEditor::create(Kind::List, field, 0, 0, box));
@@ -243,6 +248,9 @@ QWidget *CRemoteDisplayDateTimeDlg::buildRule(QWidget *parent)
             if (r == 0)
                 grid->addWidget(new CTransparentStatic(nelib::tr(field.label), box), 0, c + 1);
             auto *list = qobject_cast<QComboBox *>(e->widget());
+            // Narrow lists, so that the row labels keep their room.
+            list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+            list->setMinimumContentsLength(c == Day || c == Hour ? 2 : 6);
             if (c != Day)
                 connect(list, &QComboBox::activated, this, &CRemoteDisplayDateTimeDlg::checkRule);
             if (c == Week)
@@ -283,6 +291,13 @@ void CRemoteDisplayDateTimeDlg::afterFill()
     updateControls();
     fillHours();
     tick();
+}
+
+void CRemoteDisplayDateTimeDlg::showEvent(QShowEvent *event)
+{
+    CSetupPage::showEvent(event);
+    if (m_clock)
+        tick();
 }
 
 void CRemoteDisplayDateTimeDlg::zonePicked()
@@ -418,8 +433,9 @@ void CRemoteDisplayDateTimeDlg::tick()
         m_clock->setText(text);
     if (!m_timeEdited)
         showComputerTime();
-    // Wake at the next whole second of the count.
-    m_tick.start(m_answer ? 1000 - int(m_sinceAnswer.elapsed() % 1000) : 1000);
+    // Wake at the next whole second of the count; look more often while
+    // the recorder has not told its time.
+    m_tick.start(m_answer ? 1000 - int(m_sinceAnswer.elapsed() % 1000) : NoAnswerLookMs);
 }
 
 int CRemoteDisplayDateTimeDlg::apply()

@@ -39,6 +39,7 @@ protected:
     void fillControls(QByteArrayView section, Source source) override;
     void gatherControls(QByteArray &section) override;
     void afterFill() override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     QComboBox *list(const setup::FieldInfo &field) const;

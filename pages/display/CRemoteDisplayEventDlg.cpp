@@ -21,7 +21,7 @@ namespace {
 
 constexpr quint32 SpotOff = 0;
 constexpr quint32 SpotEvent = 2;
-constexpr int SpotColumns = 8;
+constexpr int SpotColumns = 4;
 
 } // namespace
 

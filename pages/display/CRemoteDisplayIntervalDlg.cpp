@@ -7,7 +7,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
-#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -25,14 +24,17 @@ CRemoteDisplayIntervalDlg::~CRemoteDisplayIntervalDlg() = default;
 void CRemoteDisplayIntervalDlg::buildControls()
 {
     QWidget *area = contentArea();
-    auto *switching = new QGroupBox(nelib::tr("Switching Interval"), area);
-    switching->setLayout(binder().form(switching, {
-                                                      {fields::sequence, Kind::Number},
-                                                      {fields::pip, Kind::Number},
-                                                      {fields::spot, Kind::Number},
-                                                  }));
-
-    QFormLayout *form = binder().form(area, {{fields::eventUpdate, Kind::Number}});
+    QFormLayout *form = binder().form(area, {
+                                                {fields::sequence, Kind::Number},
+                                                {fields::pip, Kind::Number},
+                                                {fields::spot, Kind::Number},
+                                                {fields::eventUpdate, Kind::Number},
+                                            });
+    auto *heading = new CTransparentStatic(nelib::tr("Switching Interval"), area);
+    QFont bold = heading->font();
+    bold.setBold(true);
+    heading->setFont(bold);
+    form->insertRow(0, heading);
     // "Time Out": the switch, then the time the list offers while it is on.
     FieldEditor *onOff
         = binder().add(FieldEditor::create(Kind::Check, fields::timeOutSwitch, 0, 0, area));
@@ -52,7 +54,6 @@ void CRemoteDisplayIntervalDlg::buildControls()
     connect(box, &QCheckBox::toggled, seconds->widget(), &QWidget::setEnabled);
 
     auto *layout = new QVBoxLayout(area);
-    layout->addWidget(switching);
     layout->addLayout(form);
     layout->addStretch(1);
 }

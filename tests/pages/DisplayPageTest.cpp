@@ -242,7 +242,7 @@ TEST_F(DateTimePage, ApplySetsTheRecordersClockThenSendsTheSettingsAndSaveSendsB
 
     pick(named<QComboBox>(&page, u"Time Zone"_s), 75);
     const std::pair<const char *, int> time[]
-        = {{"Year", 2030 - 2000}, {"Month", 5},   {"Day", 14},
+        = {{"Year", 2030 - 2000}, {"Month", 5},   {"Date", 14},
            {"Hour", 10},          {"Minute", 20}, {"Second", 30}};
     for (const auto &[selector, index] : time)
         pick(named<QComboBox>(&page, QString::fromLatin1(selector)), index);

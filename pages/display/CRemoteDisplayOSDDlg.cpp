@@ -43,7 +43,8 @@ void CRemoteDisplayOSDDlg::buildControls()
                                             });
     auto *groups = new QHBoxLayout;
     for (const setup::FieldInfo &items : {fields::liveItems, fields::playbackItems})
-        groups->addWidget(binder().add(new BitGroupEditor(items, 1, area))->widget());
+        groups->addWidget(binder().add(new BitGroupEditor(items, 1, area))->widget(), 0,
+                          Qt::AlignTop);
     groups->addStretch(1);
 
     m_margin = new CRemoteDisplayOSDMargin(this);

@@ -7,6 +7,7 @@
 #include <QGroupBox>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <bit>
 
 BitGroupEditor::BitGroupEditor(const setup::FieldInfo &field, int columns, QWidget *parent)
@@ -29,9 +30,8 @@ BitGroupEditor::BitGroupEditor(const setup::FieldInfo &field, int columns, QWidg
             Q_EMIT edited();
         });
     }
-    // The bit boxes are the group's first children (what a look for "a box
-    // of the group" finds); "Select All" still comes first on screen and in
-    // the tab order.
+    // Made after the bit boxes, so that the group's first check box is a
+    // bit; it still comes first on screen and in the tab order.
     m_selectAll = new QCheckBox(nelib::tr("Select All"), m_group);
     m_selectAll->setAccessibleName(title + u' ' + m_selectAll->text());
     auto *layout = new QVBoxLayout(m_group);

@@ -130,9 +130,8 @@ QComboBox *CRemoteDisplayDateTimeDlg::list(const setup::FieldInfo &field) const
 
 void CRemoteDisplayDateTimeDlg::buildControls()
 {
-    QWidget *area = contentArea();
     setTabs({nelib::tr("Date/Time Setup")});
-    area = contentArea();
+    QWidget *area = contentArea();
 
     auto *clock = new QGroupBox(nelib::tr("Date/Time"), area);
     buildClock(clock);
@@ -237,9 +236,7 @@ QWidget *CRemoteDisplayDateTimeDlg::buildRule(QWidget *parent)
     const char *const rows[] = {RS_TEXT("DST Start Time"), RS_TEXT("DST End Time")};
     for (int r = 0; r < 2; ++r) {
         const QString row = nelib::tr(rows[r]);
-        auto *text = new CTransparentStatic(row, box);
-        text->setMinimumWidth(text->sizeHint().width());
-        grid->addWidget(text, r + 1, 0);
+        grid->addWidget(new CTransparentStatic(row, box), r + 1, 0);
         for (int c = 0; c < Columns; ++c) {
             const setup::FieldInfo &field = RuleFields[r * Columns + c];
             FieldEditor *e = binder().add(FieldEditor::create(Kind::List, field, 0, 0, box));

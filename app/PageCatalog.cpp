@@ -6,6 +6,10 @@
 #include "pages/device/CRemoteDeviceRS232CDlg.h"
 #include "pages/device/CRemoteDeviceRemoteCtrlDlg.h"
 #include "pages/device/CRemoteDeviceSmartBackupDlg.h"
+#include "pages/display/CRemoteDisplayDateTimeDlg.h"
+#include "pages/display/CRemoteDisplayEventDlg.h"
+#include "pages/display/CRemoteDisplayIntervalDlg.h"
+#include "pages/display/CRemoteDisplayOSDDlg.h"
 #include "pages/network/CRemoteNetworkEmailDlg.h"
 #include "pages/network/CRemoteNetworkEventDlg.h"
 #include "pages/network/CRemoteNetworkNotificationDlg.h"
@@ -48,12 +52,13 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {System, RS_TEXT("Update"), RS_TEXT("%s - Remote Setup / System / Update"), 0,
      create<CRemoteSystemUpdateDlg>},
     {Display, RS_TEXT("Date / Time"), RS_TEXT("%s - Remote Setup / Display / Date/Time"), 0x8007,
-     nullptr},
-    {Display, RS_TEXT("OSD"), RS_TEXT("%s - Remote Setup / Display / OSD"), 0x8008, nullptr},
+     create<CRemoteDisplayDateTimeDlg>},
+    {Display, RS_TEXT("OSD"), RS_TEXT("%s - Remote Setup / Display / OSD"), 0x8008,
+     create<CRemoteDisplayOSDDlg>},
     {Display, RS_TEXT("Event Display"), RS_TEXT("%s - Remote Setup / Display / Event Display"),
-     0x8018, nullptr},
+     0x8018, create<CRemoteDisplayEventDlg>},
     {Display, RS_TEXT("Interval"), RS_TEXT("%s - Remote Setup / Display / Interval"), 0x8019,
-     nullptr},
+     create<CRemoteDisplayIntervalDlg>},
     {Camera, RS_TEXT("Camera Setup"), RS_TEXT("%s - Remote Setup / Camera / Setup"), 0x8009,
      create<CRemoteCameraCameraDlg>},
     {Camera, RS_TEXT("PTZ"), RS_TEXT("%s - Remote Setup / Camera / PTZ"), 0x801C, nullptr},

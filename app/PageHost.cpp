@@ -62,6 +62,22 @@ void PageHost::buildPages()
             page->setDefaultSource([] {
                 return setup::SetupFiles::readDefaultFile(CSetupPage::defaultSetupPath()).bytes;
             });
+            page->setRecordSource([] {
+                const CWork *work = CWork::instance();
+                return work && work->state() == CWork::Ready ? work->mirror() : QByteArray();
+            });
+            page->setClock(
+                []() -> std::optional<RecorderTime> {
+                    const CWork *work = CWork::instance();
+                    if (!work || work->state() != CWork::Ready || !work->clockValid())
+                        return std::nullopt;
+                    return work->clock();
+                },
+                [](const RecorderTime &time) {
+                    CWork *work = CWork::instance();
+                    return work && work->state() == CWork::Ready ? work->dateTimeCommand(2, time)
+                                                                 : 0;
+                });
             m_pages[i] = page;
             m_stack->addWidget(page);
         }

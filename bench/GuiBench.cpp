@@ -4,18 +4,23 @@
 #include "app/PageHost.h"
 #include "bench/BenchSim.h"
 #include "i18n/Translator.h"
+#include "pages/display/CRemoteDisplayDateTimeDlg.h"
 #include "session/MessageSink.h"
 #include "session/ProgramExit.h"
+#include "session/RecorderClock.h"
 #include "setup/FactoryDefaults.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QPushButton>
+#include <QTimer>
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <ctime>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -151,3 +156,30 @@ static void visitEveryPage(benchmark::State &state)
     }
 }
 BENCHMARK(visitEveryPage)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+// The Date/Time page on display with its running clock, against a recorder
+// clock that the session advances once a second: the process's CPU time
+// over real time. Goal: below 1 % of one core.
+static void runningClock(benchmark::State &state)
+{
+    RecorderTime now {2026, 1, 0, 27, 23, 59, 0, 0};
+    QTimer session;
+    QObject::connect(&session, &QTimer::timeout, [&now] { RecorderClock::tick(now); });
+    session.start(1000);
+    CRemoteDisplayDateTimeDlg page;
+    page.setClock([&now] { return std::optional(now); }, [](const RecorderTime &) { return 0; });
+    page.load(setup::FactoryDefaults::record(), 16);
+    page.show();
+    double share = 0;
+    for (auto _ : state) {
+        const std::clock_t cpu = std::clock();
+        QElapsedTimer wall;
+        wall.start();
+        QEventLoop loop;
+        QTimer::singleShot(int(state.range(0)), &loop, &QEventLoop::quit);
+        loop.exec();
+        share = double(std::clock() - cpu) / CLOCKS_PER_SEC * 1000.0 / double(wall.elapsed());
+    }
+    state.counters["cpu_percent"] = share * 100.0;
+}
+BENCHMARK(runningClock)->Arg(5000)->Arg(200)->Unit(benchmark::kMillisecond)->Iterations(1);

@@ -2,6 +2,7 @@
 
 #include "setup/FieldInfo.h"
 #include "setup/SetupRecordMap.h"
+#include "setup/TimeZones.h"
 
 // The fields of the setup record, one namespace per section: a page, the
 // command line and the tests name a field at compile time
@@ -156,17 +157,24 @@ inline constexpr ValueName syncInterval[] = {
 } // namespace values
 namespace dateTime {
 inline constexpr int base = at(Section::DateTime);
-inline constexpr FieldInfo timeZone = FieldInfo::u32("time-zone", base);
+inline constexpr FieldInfo timeZone
+    = FieldInfo::u32("time-zone", base).named(TimeZoneNames).labelled("Time Zone");
 inline constexpr FieldInfo utcOffset = FieldInfo::i32("utc-offset", base + 4);
 inline constexpr FieldInfo dateFormat
-    = FieldInfo::u32("date-format", base + 8).named(values::dateFormat);
-inline constexpr FieldInfo timeFormat
-    = FieldInfo::u32("time-format", base + 12).named(values::timeFormat);
-inline constexpr FieldInfo dst = FieldInfo::u32("dst", base + 16).named(values::offOn);
-inline constexpr FieldInfo timeSync = FieldInfo::u32("time-sync", base + 20).named(values::offOn);
-inline constexpr FieldInfo syncInterval
-    = FieldInfo::u32("sync-interval", base + 24).named(values::syncInterval);
-inline constexpr FieldInfo timeServer = FieldInfo::bytes("time-server", base + 28, 4).dotted();
+    = FieldInfo::u32("date-format", base + 8).named(values::dateFormat).labelled("Display Format");
+inline constexpr FieldInfo timeFormat = FieldInfo::u32("time-format", base + 12)
+                                            .named(values::timeFormat)
+                                            .labelled("Date/Time Format");
+inline constexpr FieldInfo dst
+    = FieldInfo::u32("dst", base + 16).named(values::offOn).labelled("DST Time");
+// The switch and the address share the "Server" row.
+inline constexpr FieldInfo timeSync
+    = FieldInfo::u32("time-sync", base + 20).named(values::offOn).labelled("Server");
+inline constexpr FieldInfo syncInterval = FieldInfo::u32("sync-interval", base + 24)
+                                              .named(values::syncInterval)
+                                              .labelled("Sync. Interval");
+inline constexpr FieldInfo timeServer
+    = FieldInfo::bytes("time-server", base + 28, 4).dotted().labelled("Server");
 inline constexpr FieldInfo all[]
     = {timeZone, utcOffset, dateFormat, timeFormat, dst, timeSync, syncInterval, timeServer};
 } // namespace dateTime
@@ -180,22 +188,43 @@ inline constexpr ValueName months[] = {
 inline constexpr ValueName dstWeek[] = {
     {0, "Fixed Date"}, {1, "1st"}, {2, "2nd"}, {3, "3rd"}, {4, "4th"}, {5, "Last"},
 };
+// The day of a fixed-date rule; 0 where the rule counts weeks.
+inline constexpr ValueName dayOfMonth[] = {
+    {0, "--"},  {1, "1"},   {2, "2"},   {3, "3"},   {4, "4"},   {5, "5"},   {6, "6"},   {7, "7"},
+    {8, "8"},   {9, "9"},   {10, "10"}, {11, "11"}, {12, "12"}, {13, "13"}, {14, "14"}, {15, "15"},
+    {16, "16"}, {17, "17"}, {18, "18"}, {19, "19"}, {20, "20"}, {21, "21"}, {22, "22"}, {23, "23"},
+    {24, "24"}, {25, "25"}, {26, "26"}, {27, "27"}, {28, "28"}, {29, "29"}, {30, "30"}, {31, "31"},
+};
+// 24 is the end of the day.
+inline constexpr ValueName dstHour[] = {
+    {0, "00"},  {1, "01"},  {2, "02"},  {3, "03"},  {4, "04"},  {5, "05"},  {6, "06"},
+    {7, "07"},  {8, "08"},  {9, "09"},  {10, "10"}, {11, "11"}, {12, "12"}, {13, "13"},
+    {14, "14"}, {15, "15"}, {16, "16"}, {17, "17"}, {18, "18"}, {19, "19"}, {20, "20"},
+    {21, "21"}, {22, "22"}, {23, "23"}, {24, "24"},
+};
 } // namespace values
 namespace dst {
 inline constexpr int base = at(Section::DaylightSaving);
-inline constexpr FieldInfo startMonth = FieldInfo::u16("start-month", base).named(values::months);
+inline constexpr FieldInfo startMonth
+    = FieldInfo::u16("start-month", base).named(values::months).labelled("Month");
 inline constexpr FieldInfo startWeek
-    = FieldInfo::u16("start-week", base + 2).named(values::dstWeek);
+    = FieldInfo::u16("start-week", base + 2).named(values::dstWeek).labelled("Week");
 inline constexpr FieldInfo startWeekday
-    = FieldInfo::u16("start-weekday", base + 4).named(values::weekdays);
-inline constexpr FieldInfo startDay = FieldInfo::u16("start-day", base + 6);
-inline constexpr FieldInfo startHour = FieldInfo::u16("start-hour", base + 8);
-inline constexpr FieldInfo endMonth = FieldInfo::u16("end-month", base + 10).named(values::months);
-inline constexpr FieldInfo endWeek = FieldInfo::u16("end-week", base + 12).named(values::dstWeek);
+    = FieldInfo::u16("start-weekday", base + 4).named(values::weekdays).labelled("Day");
+inline constexpr FieldInfo startDay
+    = FieldInfo::u16("start-day", base + 6).named(values::dayOfMonth).labelled("Date");
+inline constexpr FieldInfo startHour
+    = FieldInfo::u16("start-hour", base + 8).named(values::dstHour).labelled("Hour");
+inline constexpr FieldInfo endMonth
+    = FieldInfo::u16("end-month", base + 10).named(values::months).labelled("Month");
+inline constexpr FieldInfo endWeek
+    = FieldInfo::u16("end-week", base + 12).named(values::dstWeek).labelled("Week");
 inline constexpr FieldInfo endWeekday
-    = FieldInfo::u16("end-weekday", base + 14).named(values::weekdays);
-inline constexpr FieldInfo endDay = FieldInfo::u16("end-day", base + 16);
-inline constexpr FieldInfo endHour = FieldInfo::u16("end-hour", base + 18);
+    = FieldInfo::u16("end-weekday", base + 14).named(values::weekdays).labelled("Day");
+inline constexpr FieldInfo endDay
+    = FieldInfo::u16("end-day", base + 16).named(values::dayOfMonth).labelled("Date");
+inline constexpr FieldInfo endHour
+    = FieldInfo::u16("end-hour", base + 18).named(values::dstHour).labelled("Hour");
 inline constexpr FieldInfo all[] = {startMonth, startWeek, startWeekday, startDay, startHour,
                                     endMonth,   endWeek,   endWeekday,   endDay,   endHour};
 } // namespace dst
@@ -205,22 +234,37 @@ inline constexpr ValueName osdTimeOut[] = {
     {0xFFFFFFFF, "Off"}, {10, "10 Sec"},  {30, "30 Sec"},   {60, "1 Min"},    {180, "3 Min"},
     {300, "5 Min"},      {900, "15 Min"}, {1800, "30 Min"}, {3600, "60 Min"},
 };
+// Spelled as the recorder's own menu lists them.
 inline constexpr ValueName languages[] = {
-    {0, "English"}, {1, "Korean"},  {2, "Japanese"}, {3, "Chinese"},   {4, "French"},
-    {5, "German"},  {6, "Italian"}, {7, "Spanish"},  {8, "Ukrainian"}, {9, "Russian"},
+    {0, "English"}, {1, "Korea"},   {2, "Japanese"}, {3, "Chinese"},    {4, "French"},
+    {5, "German"},  {6, "Italian"}, {7, "Spanish"},  {8, "Ukrainaian"}, {9, "Russian"},
+};
+inline constexpr ValueName osdItems[] = {
+    {0x01, "Camera Title"},   {0x02, "Alarm/Motion Event"}, {0x04, "Percent Bar"},
+    {0x08, "Channel Status"}, {0x10, "Date/Time"},
 };
 } // namespace values
 namespace osd {
 inline constexpr int base = at(Section::Osd);
-inline constexpr FieldInfo timeOut = FieldInfo::u32("time-out", base).named(values::osdTimeOut);
-inline constexpr FieldInfo liveItems = FieldInfo::u32("live-items", base + 4).hex();
-inline constexpr FieldInfo playbackItems = FieldInfo::u32("playback-items", base + 8).hex();
+inline constexpr FieldInfo timeOut
+    = FieldInfo::u32("time-out", base).named(values::osdTimeOut).labelled("Time Out");
+inline constexpr FieldInfo liveItems
+    = FieldInfo::u32("live-items", base + 4).hex().bits(values::osdItems).labelled("Live");
+// Play back shows the first four items.
+inline constexpr FieldInfo playbackItems = FieldInfo::u32("playback-items", base + 8)
+                                               .hex()
+                                               .bits(std::span(values::osdItems).first(4))
+                                               .labelled("Play Back");
 inline constexpr FieldInfo language
-    = FieldInfo::u32("language", base + 16).named(values::languages);
-inline constexpr FieldInfo marginTop = FieldInfo::u8("margin-top", base + 20);
-inline constexpr FieldInfo marginBottom = FieldInfo::u8("margin-bottom", base + 21);
-inline constexpr FieldInfo marginLeft = FieldInfo::u8("margin-left", base + 22);
-inline constexpr FieldInfo marginRight = FieldInfo::u8("margin-right", base + 23);
+    = FieldInfo::u32("language", base + 16).named(values::languages).labelled("Language");
+inline constexpr FieldInfo marginTop
+    = FieldInfo::u8("margin-top", base + 20).range(0, 50).labelled("Top");
+inline constexpr FieldInfo marginBottom
+    = FieldInfo::u8("margin-bottom", base + 21).range(0, 50).labelled("Bottom");
+inline constexpr FieldInfo marginLeft
+    = FieldInfo::u8("margin-left", base + 22).range(0, 50).labelled("Left");
+inline constexpr FieldInfo marginRight
+    = FieldInfo::u8("margin-right", base + 23).range(0, 50).labelled("Right");
 inline constexpr FieldInfo all[] = {timeOut,   liveItems,    playbackItems, language,
                                     marginTop, marginBottom, marginLeft,    marginRight};
 } // namespace osd
@@ -241,22 +285,30 @@ inline constexpr ValueName spotMode[] = {{0, "Off"}, {1, "Sequence"}, {2, "Event
 namespace eventDisplay {
 inline constexpr int display = at(Section::EventDisplay);
 inline constexpr FieldInfo mainOutput
-    = FieldInfo::u32("main-output", display + 80).named(values::mainOutput);
-inline constexpr FieldInfo vgaResolution
-    = FieldInfo::u32("vga-resolution", display + 84).named(values::vgaResolution);
-inline constexpr FieldInfo brightness = FieldInfo::u32("brightness", display + 88);
-inline constexpr FieldInfo contrast = FieldInfo::u32("contrast", display + 92);
+    = FieldInfo::u32("main-output", display + 80).named(values::mainOutput).labelled("Main Output");
+inline constexpr FieldInfo vgaResolution = FieldInfo::u32("vga-resolution", display + 84)
+                                               .named(values::vgaResolution)
+                                               .labelled("VGA Resolution");
+inline constexpr FieldInfo brightness
+    = FieldInfo::u32("brightness", display + 88).range(0, 100).labelled("Brightness");
+inline constexpr FieldInfo contrast
+    = FieldInfo::u32("contrast", display + 92).range(0, 100).labelled("Contrast");
 inline constexpr FieldInfo eventPopup
-    = FieldInfo::u32("event-popup", display + 96).named(values::offOn);
-inline constexpr FieldInfo popupDwell = FieldInfo::u32("popup-dwell", display + 100);
+    = FieldInfo::u32("event-popup", display + 96).named(values::offOn).labelled("Event Pop-Up");
+inline constexpr FieldInfo popupDwell
+    = FieldInfo::u32("popup-dwell", display + 100).range(1, 99).labelled("Pop-Up Time(Sec)");
 inline constexpr FieldInfo spotMode
-    = FieldInfo::u32("spot-mode", display + 104).named(values::spotMode);
-inline constexpr FieldInfo spotChannel
-    = FieldInfo::u8("spot-channel", display + 108).repeat(16, 1).named(values::offOn);
+    = FieldInfo::u32("spot-mode", display + 104).named(values::spotMode).labelled("Spot Mode");
+inline constexpr FieldInfo spotChannel = FieldInfo::u8("spot-channel", display + 108)
+                                             .repeat(16, 1)
+                                             .named(values::offOn)
+                                             .labelled("Spot Channel");
 inline constexpr FieldInfo spotPopup
-    = FieldInfo::u32("spot-popup", display + 124).named(values::offOn);
-inline constexpr FieldInfo sequenceChannels
-    = FieldInfo::u32("sequence-channels", display + 128).hex();
+    = FieldInfo::u32("spot-popup", display + 124).named(values::offOn).labelled("Spot Pop-Up");
+inline constexpr FieldInfo sequenceChannels = FieldInfo::u32("sequence-channels", display + 128)
+                                                  .hex()
+                                                  .bits(values::channelBits)
+                                                  .labelled("Sequence Channel");
 inline constexpr FieldInfo all[]
     = {mainOutput, vgaResolution, brightness,  contrast,  eventPopup,
        popupDwell, spotMode,      spotChannel, spotPopup, sequenceChannels};
@@ -269,14 +321,18 @@ inline constexpr ValueName intervalTimeOut[] = {
 } // namespace values
 namespace interval {
 inline constexpr int base = at(Section::Interval);
-inline constexpr FieldInfo sequence = FieldInfo::u32("sequence", base);
-inline constexpr FieldInfo pip = FieldInfo::u32("pip", base + 4);
-inline constexpr FieldInfo spot = FieldInfo::u32("spot", base + 8);
-inline constexpr FieldInfo eventUpdate = FieldInfo::u32("event-update", base + 16);
+inline constexpr FieldInfo sequence
+    = FieldInfo::u32("sequence", base).range(1, 30).labelled("Sequence(Sec)");
+inline constexpr FieldInfo pip = FieldInfo::u32("pip", base + 4).range(1, 30).labelled("PIP(Sec)");
+inline constexpr FieldInfo spot
+    = FieldInfo::u32("spot", base + 8).range(1, 30).labelled("Spot Monitor(Sec)");
+inline constexpr FieldInfo eventUpdate
+    = FieldInfo::u32("event-update", base + 16).range(1, 3).labelled("Event Update Time");
+// The switch and the list share the "Time Out" row.
 inline constexpr FieldInfo timeOutSwitch
-    = FieldInfo::u16("time-out-switch", base + 20).named(values::offOn);
+    = FieldInfo::u16("time-out-switch", base + 20).named(values::offOn).labelled("Time Out");
 inline constexpr FieldInfo timeOut
-    = FieldInfo::u16("time-out", base + 22).named(values::intervalTimeOut);
+    = FieldInfo::u16("time-out", base + 22).named(values::intervalTimeOut).labelled("Time Out");
 inline constexpr FieldInfo all[] = {sequence, pip, spot, eventUpdate, timeOutSwitch, timeOut};
 } // namespace interval
 

@@ -40,11 +40,19 @@ CSetupPage::~CSetupPage() = default;
 
 void CSetupPage::setSection(setup::Section section)
 {
-    m_section = section;
-    const setup::SectionInfo &info = SetupRecordMap::section(section);
-    m_buffer = QByteArray(info.length, '\0');
+    setSections(section, section);
+}
+
+void CSetupPage::setSections(setup::Section first, setup::Section last)
+{
+    m_section = first;
+    m_sections.clear();
+    for (int s = int(first); s <= int(last); ++s)
+        m_sections.push_back(setup::Section(s));
+    m_offset = SetupRecordMap::section(first).offset;
+    m_buffer = QByteArray(SetupRecordMap::section(last).end() - m_offset, '\0');
     m_saved = m_buffer;
-    m_binder->setBase(info.offset);
+    m_binder->setBase(m_offset);
 }
 
 QString CSetupPage::defaultSetupPath()
@@ -175,8 +183,8 @@ void CSetupPage::ensureBuilt()
 
 void CSetupPage::load(const QByteArray &mirror, int channelCount)
 {
-    loadSection(m_section ? SetupRecordMap::slice(mirror, SetupRecordMap::section(*m_section))
-                          : QByteArrayView(),
+    const bool whole = m_section && mirror.size() == SetupRecordMap::RecordSize;
+    loadSection(whole ? QByteArrayView(mirror).sliced(m_offset, m_buffer.size()) : QByteArrayView(),
                 channelCount);
 }
 
@@ -224,12 +232,59 @@ int CSetupPage::save()
     if (!m_section)
         return 0;
     gather();
-    const int result = m_writer ? m_writer(*m_section, m_buffer) : 0;
-    if (result) {
-        m_saved = m_buffer;
+    takeNestedSections();
+    int result = 0;
+    for (setup::Section section : m_sections) {
+        const setup::SectionInfo &info = SetupRecordMap::section(section);
+        const QByteArray bytes = m_buffer.mid(info.offset - m_offset, info.length);
+        result = m_writer ? m_writer(section, bytes) : 0;
+        if (!result)
+            break;
+        m_saved.replace(info.offset - m_offset, info.length, bytes);
+    }
+    if (result)
         setModified(false);
+    return result;
+}
+
+int CSetupPage::saveSection(setup::Section section)
+{
+    if (std::find(m_sections.begin(), m_sections.end(), section) == m_sections.end())
+        return 0;
+    gather();
+    const setup::SectionInfo &info = SetupRecordMap::section(section);
+    const QByteArray bytes = m_buffer.mid(info.offset - m_offset, info.length);
+    const int result = m_writer ? m_writer(section, bytes) : 0;
+    if (result) {
+        m_saved.replace(info.offset - m_offset, info.length, bytes);
+        if (m_saved == m_buffer)
+            setModified(false);
     }
     return result;
+}
+
+void CSetupPage::takeNestedSections()
+{
+    const QByteArray record = m_records ? m_records() : QByteArray();
+    if (record.size() != SetupRecordMap::RecordSize)
+        return;
+    const int end = m_offset + int(m_buffer.size());
+    const auto edits = [this](const setup::SectionInfo &other) {
+        for (const SectionBinder::Binding &b : m_binder->bindings()) {
+            const setup::FieldInfo &f = b.editor->field();
+            const int at = f.elementOffset(b.editor->index(), b.editor->index2());
+            if (at < other.end() && at + f.width > other.offset)
+                return true;
+        }
+        return false;
+    };
+    for (const setup::SectionInfo &other : SetupRecordMap::Sections) {
+        const bool own
+            = std::find(m_sections.begin(), m_sections.end(), other.id) != m_sections.end();
+        if (!own && other.offset >= m_offset && other.end() <= end && !edits(other))
+            m_buffer.replace(other.offset - m_offset, other.length,
+                             record.mid(other.offset, other.length));
+    }
 }
 
 bool CSetupPage::needsSave()
@@ -296,7 +351,7 @@ void CSetupPage::loadDefault()
     // A missing or short default setup shows zeros, never stale memory.
     QByteArray defaults = m_defaults ? m_defaults() : QByteArray();
     defaults.resize(SetupRecordMap::RecordSize, '\0');
-    loadDefault(SetupRecordMap::slice(defaults, SetupRecordMap::section(*m_section)));
+    loadDefault(QByteArrayView(defaults).sliced(m_offset, m_buffer.size()));
 }
 
 void CSetupPage::loadDefault(QByteArrayView section)

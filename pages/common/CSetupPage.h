@@ -2,6 +2,7 @@
 
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/SectionBinder.h"
+#include "session/RecorderClock.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QByteArray>
@@ -10,6 +11,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 QT_BEGIN_NAMESPACE
 class QHBoxLayout;
@@ -49,25 +51,45 @@ public:
     using SectionWriter = std::function<int(setup::Section, const QByteArray &section)>;
     // The whole default setup record (zeros where the file has no bytes).
     using DefaultSource = std::function<QByteArray()>;
+    // The recorder's running clock; none before the recorder has told its time.
+    using ClockReader = std::function<std::optional<RecorderTime>()>;
+    // Sets the recorder's clock; returns non-zero once the command was sent.
+    using ClockSetter = std::function<int(const RecorderTime &time)>;
+    // The setup record as the session holds it now.
+    using RecordSource = std::function<QByteArray()>;
 
     explicit CSetupPage(QWidget *parent = nullptr);
     ~CSetupPage() override;
 
-    // The section the page edits; none for pages without a Save action.
+    // The section the page edits (the first of them); none for pages
+    // without a Save action.
     std::optional<setup::Section> section() const { return m_section; }
+    // The record offset of the section buffer's first byte.
+    int recordOffset() const { return m_offset; }
     bool hasSaveAction() const { return m_section.has_value(); }
 
     void setSectionWriter(SectionWriter writer) { m_writer = std::move(writer); }
     void setDefaultSource(DefaultSource source) { m_defaults = std::move(source); }
+    // For the pages that show or set the recorder's clock.
+    void setClock(ClockReader reader, ClockSetter setter)
+    {
+        m_clockReader = std::move(reader);
+        m_clockSetter = std::move(setter);
+    }
+    // A page that writes a whole block takes the sections of other pages
+    // inside it from here when it saves, so that it never sends back older
+    // bytes over what those pages saved since it was filled.
+    void setRecordSource(RecordSource source) { m_records = std::move(source); }
 
     // Builds the controls on first use (hidden, so that up to sixteen rows
     // appear at once), then takes the page's slice of `mirror` and fills.
     virtual void load(const QByteArray &mirror, int channelCount);
     // The same with the section's bytes alone; a slice of another length is ignored.
     void loadSection(QByteArrayView section, int channelCount);
-    // Gathers the controls and hands the section to the writer. The modified
-    // flag clears only when the section was sent, so edits are never
-    // dropped silently. Returns the writer's result (0 when nothing was sent).
+    // Gathers the controls and hands the section (each of them, in order) to
+    // the writer. The modified flag clears only when everything was sent, so
+    // edits are never dropped silently. Returns the writer's result (0 when
+    // something was not sent).
     virtual int save();
     void cancel();
     // Shows `section`, the page's slice of the default setup, in the
@@ -103,6 +125,11 @@ Q_SIGNALS:
 
 protected:
     void setSection(setup::Section section);
+    // A page that edits consecutive sections: the section buffer spans
+    // `first` to `last`, and Save sends each of them.
+    void setSections(setup::Section first, setup::Section last);
+    // Gathers the controls and sends one of the page's sections alone.
+    int saveSection(setup::Section section);
 
     // Creates the page's controls into contentArea() (or the tabs' pages),
     // binding them through binder().
@@ -143,6 +170,14 @@ protected:
     void addCopySettings(int copyMode);
 
     SectionBinder &binder() { return *m_binder; }
+    std::optional<RecorderTime> recorderTime() const
+    {
+        return m_clockReader ? m_clockReader() : std::nullopt;
+    }
+    int setRecorderTime(const RecorderTime &time)
+    {
+        return m_clockSetter ? m_clockSetter(time) : 0;
+    }
     QPushButton *pageSaveButton() const { return m_saveButton; }
     QPushButton *pageDefaultButton() const { return m_defaultButton; }
 
@@ -156,11 +191,17 @@ private:
     void ensureBuilt();
     void setModified(bool modified);
     void createFrame();
+    void takeNestedSections();
 
     std::optional<setup::Section> m_section;
+    std::vector<setup::Section> m_sections; // what Save sends
+    int m_offset = 0;
     SectionBinder *m_binder;
     SectionWriter m_writer;
     DefaultSource m_defaults;
+    ClockReader m_clockReader;
+    ClockSetter m_clockSetter;
+    RecordSource m_records;
     QByteArray m_buffer;
     QByteArray m_saved; // what the recorder holds as far as the page knows
     int m_channelCount = MaxChannels;

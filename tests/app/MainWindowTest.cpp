@@ -6,14 +6,12 @@
 #include "pages/common/CSetupPage.h"
 #include "session/CWork.h"
 #include "session/SessionMessage.h"
-#include "setup/SetupRecordMap.h"
 
 #include <QLabel>
 #include <QMenu>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-using setup::SetupRecordMap;
 
 namespace {
 
@@ -60,8 +58,9 @@ void expectPagesHoldTheMirror(const CRemoteKSetupDlg &window)
         const CSetupPage *page = window.pageHost()->page(i);
         if (!page || !page->section())
             continue;
-        const setup::SectionInfo &info = SetupRecordMap::section(*page->section());
-        EXPECT_EQ(page->sectionBuffer(), mirror.sliced(info.offset, info.length)) << i;
+        EXPECT_EQ(page->sectionBuffer(),
+                  mirror.sliced(page->recordOffset(), page->sectionBuffer().size()))
+            << i;
         EXPECT_FALSE(page->isModified()) << i;
     }
 }

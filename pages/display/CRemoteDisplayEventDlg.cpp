@@ -1,0 +1,127 @@
+#include "pages/display/CRemoteDisplayEventDlg.h"
+
+#include "i18n/Translator.h"
+#include "pages/common/BitGroupEditor.h"
+#include "pages/common/CTransparentStatic.h"
+#include "setup/Fields.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+namespace fields = setup::fields::eventDisplay;
+namespace values = setup::fields::values;
+using Kind = FieldEditor::Kind;
+
+namespace {
+
+constexpr quint32 SpotOff = 0;
+constexpr quint32 SpotEvent = 2;
+constexpr int SpotColumns = 4;
+
+} // namespace
+
+CRemoteDisplayEventDlg::CRemoteDisplayEventDlg(QWidget *parent)
+    : CSetupPage(parent)
+{
+    setSection(setup::Section::EventDisplay);
+}
+
+CRemoteDisplayEventDlg::~CRemoteDisplayEventDlg() = default;
+
+void CRemoteDisplayEventDlg::buildControls()
+{
+    QWidget *area = contentArea();
+    auto *main = new QGroupBox(nelib::tr("Main Monitor"), area);
+    main->setLayout(binder().form(main, {
+                                            {fields::mainOutput, Kind::List},
+                                            {fields::vgaResolution, Kind::List},
+                                            {fields::brightness, Kind::Number},
+                                            {fields::contrast, Kind::Number},
+                                            {fields::eventPopup, Kind::Check},
+                                            {fields::popupDwell, Kind::Number},
+                                        }));
+
+    auto *spot = new QGroupBox(nelib::tr("Spot Monitor"), area);
+    QFormLayout *spotForm = binder().form(spot, {
+                                                    {fields::spotMode, Kind::List},
+                                                    {fields::spotPopup, Kind::Check},
+                                                });
+    // One box per channel; rows past the channel count hide with the channel.
+    auto *channels = new QGridLayout;
+    const QString spotLabel = nelib::tr(fields::spotChannel.label);
+    for (int ch = 0; ch < MaxChannels; ++ch) {
+        FieldEditor *e
+            = binder().add(FieldEditor::create(Kind::Check, fields::spotChannel, ch, 0, spot), ch);
+        auto *box = qobject_cast<QCheckBox *>(e->widget());
+        box->setText(nelib::tr(values::channelBits[ch].name));
+        box->setAccessibleName(spotLabel + u' ' + channelNumber(ch));
+        channels->addWidget(box, ch / SpotColumns, ch % SpotColumns);
+        connect(box, &QCheckBox::clicked, this, &CRemoteDisplayEventDlg::updateControls);
+    }
+    auto *channelsText = new CTransparentStatic(spotLabel, spot);
+    spotForm->insertRow(1, channelsText, channels);
+    spot->setLayout(spotForm);
+
+    m_sequence = new BitGroupEditor(fields::sequenceChannels, 2, area);
+    binder().add(m_sequence);
+
+    for (const setup::FieldInfo &f : {fields::mainOutput, fields::spotMode})
+        connect(binder().widget<QComboBox>(f), &QComboBox::currentIndexChanged, this,
+                &CRemoteDisplayEventDlg::updateControls);
+    connect(binder().widget<QCheckBox>(fields::eventPopup), &QCheckBox::toggled, this,
+            &CRemoteDisplayEventDlg::updateControls);
+
+    auto *columns = new QHBoxLayout;
+    auto *left = new QVBoxLayout;
+    left->addWidget(main);
+    left->addWidget(spot);
+    left->addStretch(1);
+    columns->addLayout(left, 3);
+    columns->addWidget(m_sequence->widget(), 1, Qt::AlignTop);
+    auto *layout = new QVBoxLayout(area);
+    layout->addLayout(columns);
+}
+
+int CRemoteDisplayEventDlg::spotChannelLimit() const
+{
+    const auto *mode = binder().widget<QComboBox>(fields::spotMode);
+    return mode->currentData().toUInt() == SpotEvent && mode->currentIndex() >= 0
+               ? EventSpotChannels
+               : MaxChannels;
+}
+
+void CRemoteDisplayEventDlg::afterFill()
+{
+    m_sequence->setShownBits(channelCount());
+    updateControls();
+}
+
+void CRemoteDisplayEventDlg::updateControls()
+{
+    const auto *output = binder().widget<QComboBox>(fields::mainOutput);
+    binder()
+        .widget<QComboBox>(fields::vgaResolution)
+        ->setEnabled(output->currentIndex() < 0 || output->currentData().toUInt() != 0);
+    binder()
+        .widget<QSpinBox>(fields::popupDwell)
+        ->setEnabled(binder().widget<QCheckBox>(fields::eventPopup)->isChecked());
+
+    // Once the limit is reached only the chosen channels can change: the
+    // operator clears one before choosing another.
+    const auto *mode = binder().widget<QComboBox>(fields::spotMode);
+    const bool spotOn = mode->currentIndex() < 0 || mode->currentData().toUInt() != SpotOff;
+    int chosen = 0;
+    for (int ch = 0; ch < MaxChannels; ++ch)
+        chosen += binder().widget<QCheckBox>(fields::spotChannel, ch)->isChecked();
+    const bool full = chosen >= spotChannelLimit();
+    for (int ch = 0; ch < MaxChannels; ++ch) {
+        auto *box = binder().widget<QCheckBox>(fields::spotChannel, ch);
+        box->setEnabled(spotOn && (box->isChecked() || !full));
+    }
+    binder().widget<QCheckBox>(fields::spotPopup)->setEnabled(spotOn);
+}

@@ -2,6 +2,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
 
@@ -50,7 +51,7 @@ const std::array<PageCatalog::Entry, 26> Entries {{
      nullptr},
     {Camera, RS_TEXT("Motion"), RS_TEXT("%s - Remote Setup / Camera / Motion"), 0x801D, nullptr},
     {Camera, RS_TEXT("Video Loss"), RS_TEXT("%s - Remote Setup / Camera / Video Loss"), 0x801E,
-     nullptr},
+     create<CRemoteCameraVideoLoss>},
     {Record, RS_TEXT("Setup"), RS_TEXT("%s - Remote Setup / Record / Setup"), 0x800C, nullptr},
     {Record, RS_TEXT("Schedule"), RS_TEXT("%s - Remote Setup / Record / Schedule"), 0x800D,
      nullptr},

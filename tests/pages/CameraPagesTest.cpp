@@ -1,0 +1,149 @@
+// The camera pages against recorder-sim: each saves exactly its section, and
+// what is special to each page.
+
+#include "pages/camera/CRemoteCameraVideoLoss.h"
+#include "pages/common/ChannelSelectionDialog.h"
+
+#include "setup/FactoryDefaults.h"
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
+#include "tests/SimProcess.h"
+#include "tests/TestSupport.h"
+#include "tests/pages/PageTestSupport.h"
+#include "tests/session/SessionHarness.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+using pagetest::named;
+using setup::FieldTable;
+using setup::SetupRecordMap;
+
+namespace {
+
+// The factory defaults with a pattern in every byte of `section` that no
+// field describes.
+QByteArray recordWithReservedPattern(setup::Section section)
+{
+    QByteArray record = setup::FactoryDefaults::record();
+    const setup::FieldGroup &group = FieldTable::section(section);
+    std::vector<bool> owned(group.length);
+    for (const setup::FieldInfo &f : group.fields) {
+        for (int i = 0; i < f.count; ++i) {
+            for (int j = 0; j < f.count2; ++j) {
+                for (int b = 0; b < f.width; ++b)
+                    owned[f.elementOffset(i, j) + b - group.offset] = true;
+            }
+        }
+    }
+    const QByteArray pattern = pagetest::pattern(group.length);
+    for (int at = 0; at < group.length; ++at) {
+        if (!owned[at])
+            record[group.offset + at] = pattern[at];
+    }
+    return record;
+}
+
+// Opens the channel selection dialog of `field` ("Alarm-Out 02"), toggles
+// `channels` and confirms.
+void toggleChannels(QWidget *page, const QString &field, std::initializer_list<int> channels)
+{
+    named<QPushButton>(page, field + u"..."_s)->click();
+    ChannelSelectionDialog *dialog = nullptr;
+    for (auto *d : page->window()->findChildren<ChannelSelectionDialog *>()) {
+        if (d->isVisible())
+            dialog = d;
+    }
+    ASSERT_TRUE(dialog) << field.toStdString();
+    for (int channel : channels)
+        dialog->channelBox(channel - 1)->click();
+    pagetest::button(dialog, u"OK"_s)->click();
+}
+
+struct SaveCase
+{
+    const char *name;
+    std::function<CSetupPage *()> create;
+    setup::Section section;
+    // Edits channel 2 through the controls, and makes the same change in the record.
+    std::function<void(CSetupPage &)> edit;
+    std::function<void(QByteArray &)> expect;
+
+    friend void PrintTo(const SaveCase &c, std::ostream *out) { *out << c.name; }
+};
+
+std::vector<SaveCase> saveCases()
+{
+    namespace videoLoss = setup::fields::videoLoss;
+    return {
+        {"VideoLoss", [] { return new CRemoteCameraVideoLoss; }, setup::Section::VideoLoss,
+         [](CSetupPage &page) {
+             named<QCheckBox>(&page, u"Beep 02"_s)->click();
+             toggleChannels(&page, u"Alarm-Out 02"_s, {1, 3});
+         },
+         [](QByteArray &record) {
+             FieldTable::setNumber(record, videoLoss::beep, 1, 1);
+             FieldTable::setNumber(record, videoLoss::alarmOut, 0x5, 1);
+         }},
+    };
+}
+
+class CameraPageSave : public ::testing::TestWithParam<SaveCase>
+{
+};
+
+} // namespace
+
+TEST_P(CameraPageSave, FourChannelRecorderGetsExactlyTheEditedSection)
+{
+    const SaveCase &c = GetParam();
+    const QByteArray record = recordWithReservedPattern(c.section);
+    SimProcess sim({u"--channels"_s, u"4"_s}, record);
+    SessionHarness window;
+    CWork &work = window.connect(sim.port());
+    ASSERT_TRUE(window.waitForReady());
+
+    std::unique_ptr<CSetupPage> page(c.create());
+    std::vector<setup::Section> written;
+    page->setSectionWriter([&](setup::Section section, const QByteArray &bytes) {
+        written.push_back(section);
+        return work.writeSection(section, bytes);
+    });
+    page->show();
+    page->load(work.mirror(), int(window.record.channelCount));
+    c.edit(*page);
+    ASSERT_TRUE(page->isModified());
+    pagetest::button(page.get(), u"Save"_s)->click();
+
+    QByteArray expected = record;
+    c.expect(expected);
+    ASSERT_NE(expected, record);
+    EXPECT_TRUE(testsupport::waitFor([&] { return sim.storedRecord() == expected; }));
+    EXPECT_EQ(written, std::vector {c.section});
+    EXPECT_FALSE(page->isModified());
+    EXPECT_TRUE(window.messages.isEmpty()) << window.messages.join(u'|').toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(CameraPages, CameraPageSave, ::testing::ValuesIn(saveCases()),
+                         [](const auto &info) { return std::string(info.param.name); });
+
+TEST(VideoLossPage, BeepHeaderAfterDefaultCountsTheRecordersChannels)
+{
+    namespace videoLoss = setup::fields::videoLoss;
+    QByteArray record = setup::FactoryDefaults::record();
+    for (int c = 0; c < 4; ++c)
+        FieldTable::setNumber(record, videoLoss::beep, 1, c);
+    CRemoteCameraVideoLoss page;
+    page.setDefaultSource([&] { return record; });
+    page.load(record, 4);
+    auto *header = named<QCheckBox>(&page, u"Beep"_s);
+    EXPECT_FALSE(header->isChecked());
+    page.loadDefault();
+    EXPECT_TRUE(header->isChecked());
+    EXPECT_TRUE(page.isModified());
+}

@@ -1,6 +1,7 @@
 #include "app/PageCatalog.h"
 
 #include "i18n/Translator.h"
+#include "pages/camera/CRemoteCameraAlarmDlg.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
 #include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
@@ -46,7 +47,7 @@ const std::array<PageCatalog::Entry, 26> Entries {{
      create<CRemoteCameraCameraDlg>},
     {Camera, RS_TEXT("PTZ"), RS_TEXT("%s - Remote Setup / Camera / PTZ"), 0x801C, nullptr},
     {Camera, RS_TEXT("Alarm-In"), RS_TEXT("%s - Remote Setup / Camera /  Alarm-In"), 0x800A,
-     nullptr},
+     create<CRemoteCameraAlarmDlg>},
     {Camera, RS_TEXT("Alarm-Out"), RS_TEXT("%s - Remote Setup / Camera / Alarm-Out"), 0x801F,
      nullptr},
     {Camera, RS_TEXT("Motion"), RS_TEXT("%s - Remote Setup / Camera / Motion"), 0x801D, nullptr},

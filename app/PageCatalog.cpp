@@ -2,6 +2,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraAlarmDlg.h"
+#include "pages/camera/CRemoteCameraAlarmOutDlg.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
 #include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
@@ -49,7 +50,7 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {Camera, RS_TEXT("Alarm-In"), RS_TEXT("%s - Remote Setup / Camera /  Alarm-In"), 0x800A,
      create<CRemoteCameraAlarmDlg>},
     {Camera, RS_TEXT("Alarm-Out"), RS_TEXT("%s - Remote Setup / Camera / Alarm-Out"), 0x801F,
-     nullptr},
+     create<CRemoteCameraAlarmOutDlg>},
     {Camera, RS_TEXT("Motion"), RS_TEXT("%s - Remote Setup / Camera / Motion"), 0x801D, nullptr},
     {Camera, RS_TEXT("Video Loss"), RS_TEXT("%s - Remote Setup / Camera / Video Loss"), 0x801E,
      create<CRemoteCameraVideoLoss>},

@@ -2,6 +2,7 @@
 // what is special to each page.
 
 #include "pages/camera/CRemoteCameraAlarmDlg.h"
+#include "pages/camera/CRemoteCameraAlarmOutDlg.h"
 #include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/common/ChannelSelectionDialog.h"
 
@@ -15,6 +16,7 @@
 
 #include <QCheckBox>
 #include <QPushButton>
+#include <QSpinBox>
 
 #include <gtest/gtest.h>
 
@@ -82,7 +84,23 @@ std::vector<SaveCase> saveCases()
 {
     namespace videoLoss = setup::fields::videoLoss;
     namespace alarmIn = setup::fields::alarmIn;
+    namespace alarmOut = setup::fields::alarmOut;
     return {
+        {"AlarmOut", [] { return new CRemoteCameraAlarmOutDlg; }, setup::Section::AlarmOut,
+         [](CSetupPage &page) {
+             pagetest::select(&page, u"Type 02"_s, u"N.C"_s);
+             pagetest::select(&page, u"Dwell Time 02"_s, u"Continues"_s);
+             named<QSpinBox>(&page, u"Lines in Use"_s)->setValue(2);
+             pagetest::select(&page, u"Day 02"_s, u"Friday"_s);
+             toggleChannels(&page, u"Alarm-Out 02"_s, {1});
+         },
+         [](QByteArray &record) {
+             FieldTable::setNumber(record, alarmOut::normallyClosed, 1, 1);
+             FieldTable::setNumber(record, alarmOut::dwell, 1, 1);
+             FieldTable::setNumber(record, alarmOut::lineCount, 2);
+             FieldTable::setNumber(record, alarmOut::days, 0x20, 1);
+             FieldTable::setNumber(record, alarmOut::alarmOut, 0x1, 1);
+         }},
         {"AlarmIn", [] { return new CRemoteCameraAlarmDlg; }, setup::Section::AlarmIn,
          [](CSetupPage &page) {
              pagetest::select(&page, u"Type 02"_s, u"N.C"_s);
@@ -162,5 +180,63 @@ TEST(VideoLossPage, BeepHeaderAfterDefaultCountsTheRecordersChannels)
     EXPECT_FALSE(header->isChecked());
     page.loadDefault();
     EXPECT_TRUE(header->isChecked());
+    EXPECT_TRUE(page.isModified());
+}
+
+TEST(AlarmOutPage, SaveRefusesTheFirstLineThatDoesNotStartBeforeItEnds)
+{
+    namespace alarmOut = setup::fields::alarmOut;
+    const struct
+    {
+        int line; // 0-based
+        int startHour, startMinute, endHour, endMinute;
+        int failingLine; // 1-based, 0 when the save goes through
+    } cases[] = {
+        {1, 8, 0, 8, 0, 2},   {2, 23, 0, 1, 0, 3}, {0, 8, 0, 8, 1, 0},
+        {0, 8, 30, 8, 29, 1}, {3, 9, 0, 8, 0, 0}, // line 4 is not in use
+    };
+    SessionHarness window;
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.line);
+        QByteArray record = setup::FactoryDefaults::record();
+        FieldTable::setNumber(record, alarmOut::lineCount, 3);
+        FieldTable::setNumber(record, alarmOut::startHour, c.startHour, c.line);
+        FieldTable::setNumber(record, alarmOut::startMinute, c.startMinute, c.line);
+        FieldTable::setNumber(record, alarmOut::endHour, c.endHour, c.line);
+        FieldTable::setNumber(record, alarmOut::endMinute, c.endMinute, c.line);
+        CRemoteCameraAlarmOutDlg page;
+        int sent = 0;
+        page.setSectionWriter([&](setup::Section, const QByteArray &) { return ++sent; });
+        page.load(record, 16);
+        pagetest::select(&page, u"Event 01"_s, u"Motion"_s);
+        window.messages.clear();
+        page.save();
+        if (c.failingLine) {
+            EXPECT_EQ(
+                window.messages,
+                QStringList {u"Set Time Error!!\nCheck Line Number : %1"_s.arg(c.failingLine)});
+            EXPECT_EQ(sent, 0);
+            EXPECT_TRUE(page.isModified());
+        } else {
+            EXPECT_TRUE(window.messages.isEmpty());
+            EXPECT_EQ(sent, 1);
+        }
+    }
+}
+
+TEST(AlarmOutPage, DefaultRestoresTheOutputsButNotTheSchedule)
+{
+    namespace alarmOut = setup::fields::alarmOut;
+    QByteArray record = setup::FactoryDefaults::record();
+    FieldTable::setNumber(record, alarmOut::enabled, 0, 0);
+    FieldTable::setNumber(record, alarmOut::days, 0x01, 0);
+    CRemoteCameraAlarmOutDlg page;
+    page.setDefaultSource([] { return setup::FactoryDefaults::record(); });
+    page.load(record, 16);
+    pagetest::select(&page, u"Day 02"_s, u"Monday"_s);
+    page.loadDefault();
+    EXPECT_EQ(named<QComboBox>(&page, u"Type 01"_s)->currentText(), u"N.O"_s);
+    EXPECT_EQ(named<QComboBox>(&page, u"Day 01"_s)->currentText(), u"Sunday"_s);
+    EXPECT_EQ(named<QComboBox>(&page, u"Day 02"_s)->currentText(), u"Monday"_s);
     EXPECT_TRUE(page.isModified());
 }

@@ -4,6 +4,7 @@
 #include "pages/camera/CRemoteCameraAlarmDlg.h"
 #include "pages/camera/CRemoteCameraAlarmOutDlg.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/camera/CRemoteCameraPTZDlg.h"
 #include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
@@ -46,7 +47,8 @@ const std::array<PageCatalog::Entry, 26> Entries {{
      nullptr},
     {Camera, RS_TEXT("Camera Setup"), RS_TEXT("%s - Remote Setup / Camera / Setup"), 0x8009,
      create<CRemoteCameraCameraDlg>},
-    {Camera, RS_TEXT("PTZ"), RS_TEXT("%s - Remote Setup / Camera / PTZ"), 0x801C, nullptr},
+    {Camera, RS_TEXT("PTZ"), RS_TEXT("%s - Remote Setup / Camera / PTZ"), 0x801C,
+     create<CRemoteCameraPTZDlg>},
     {Camera, RS_TEXT("Alarm-In"), RS_TEXT("%s - Remote Setup / Camera /  Alarm-In"), 0x800A,
      create<CRemoteCameraAlarmDlg>},
     {Camera, RS_TEXT("Alarm-Out"), RS_TEXT("%s - Remote Setup / Camera / Alarm-Out"), 0x801F,

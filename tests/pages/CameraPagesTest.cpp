@@ -3,6 +3,7 @@
 
 #include "pages/camera/CRemoteCameraAlarmDlg.h"
 #include "pages/camera/CRemoteCameraAlarmOutDlg.h"
+#include "pages/camera/CRemoteCameraPTZDlg.h"
 #include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/common/ChannelSelectionDialog.h"
 
@@ -85,7 +86,21 @@ std::vector<SaveCase> saveCases()
     namespace videoLoss = setup::fields::videoLoss;
     namespace alarmIn = setup::fields::alarmIn;
     namespace alarmOut = setup::fields::alarmOut;
+    namespace ptz = setup::fields::ptz;
     return {
+        {"Ptz", [] { return new CRemoteCameraPTZDlg; }, setup::Section::Ptz,
+         [](CSetupPage &page) {
+             pagetest::select(&page, u"Channel"_s, u"CH 02"_s);
+             pagetest::select(&page, u"Protocol 02"_s, u"Pelco-P"_s);
+             pagetest::select(&page, u"Baudrate 02"_s, u"19200"_s);
+             named<QSpinBox>(&page, u"Pan Speed 02"_s)->setValue(7);
+         },
+         [](QByteArray &record) {
+             FieldTable::setNumber(record, ptz::inUse, 1, 1);
+             FieldTable::setNumber(record, ptz::protocol, 1, 1);
+             FieldTable::setNumber(record, ptz::baudRate, 19200, 1);
+             FieldTable::setNumber(record, ptz::panSpeed, 7, 1);
+         }},
         {"AlarmOut", [] { return new CRemoteCameraAlarmOutDlg; }, setup::Section::AlarmOut,
          [](CSetupPage &page) {
              pagetest::select(&page, u"Type 02"_s, u"N.C"_s);

@@ -4,6 +4,7 @@
 #include "pages/camera/CRemoteCameraAlarmDlg.h"
 #include "pages/camera/CRemoteCameraAlarmOutDlg.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/camera/CRemoteCameraMotionDlg.h"
 #include "pages/camera/CRemoteCameraPTZDlg.h"
 #include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
@@ -53,7 +54,8 @@ const std::array<PageCatalog::Entry, 26> Entries {{
      create<CRemoteCameraAlarmDlg>},
     {Camera, RS_TEXT("Alarm-Out"), RS_TEXT("%s - Remote Setup / Camera / Alarm-Out"), 0x801F,
      create<CRemoteCameraAlarmOutDlg>},
-    {Camera, RS_TEXT("Motion"), RS_TEXT("%s - Remote Setup / Camera / Motion"), 0x801D, nullptr},
+    {Camera, RS_TEXT("Motion"), RS_TEXT("%s - Remote Setup / Camera / Motion"), 0x801D,
+     create<CRemoteCameraMotionDlg>},
     {Camera, RS_TEXT("Video Loss"), RS_TEXT("%s - Remote Setup / Camera / Video Loss"), 0x801E,
      create<CRemoteCameraVideoLoss>},
     {Record, RS_TEXT("Setup"), RS_TEXT("%s - Remote Setup / Record / Setup"), 0x800C, nullptr},

@@ -3,8 +3,10 @@
 
 #include "pages/camera/CRemoteCameraAlarmDlg.h"
 #include "pages/camera/CRemoteCameraAlarmOutDlg.h"
+#include "pages/camera/CRemoteCameraMotionDlg.h"
 #include "pages/camera/CRemoteCameraPTZDlg.h"
 #include "pages/camera/CRemoteCameraVideoLoss.h"
+#include "pages/common/CRemoteCameraMotionMaskDlg.h"
 #include "pages/common/ChannelSelectionDialog.h"
 
 #include "setup/FactoryDefaults.h"
@@ -17,7 +19,9 @@
 
 #include <QCheckBox>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSpinBox>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -51,6 +55,26 @@ QByteArray recordWithReservedPattern(setup::Section section)
             record[group.offset + at] = pattern[at];
     }
     return record;
+}
+
+// Paints the rectangle of cells from `from` to `to` ((column, row); `to`
+// may lie outside the grid) in the open mask editor and confirms.
+void paintMask(QWidget *page, const QString &field, QPoint from, QPoint to, bool confirm = true)
+{
+    named<QPushButton>(page, field)->click();
+    auto *dialog = page->window()->findChild<CRemoteCameraMotionMaskDlg *>();
+    ASSERT_TRUE(dialog && dialog->isVisible()) << field.toStdString();
+    MotionMaskGrid *grid = dialog->grid();
+    const QPoint press = grid->cellRect(from.y(), from.x()).center();
+    const QPoint release
+        = to.x() < MotionMaskGrid::Columns && to.y() < MotionMaskGrid::Rows
+              ? grid->cellRect(to.y(), to.x()).center()
+              : grid->cellRect(MotionMaskGrid::Rows - 1, MotionMaskGrid::Columns - 1).bottomRight()
+                    + QPoint(200, 200);
+    QTest::mousePress(grid, Qt::LeftButton, {}, press);
+    QTest::mouseMove(grid, release);
+    QTest::mouseRelease(grid, Qt::LeftButton, {}, release);
+    pagetest::button(dialog, confirm ? u"OK"_s : u"Cancel"_s)->click();
 }
 
 // Opens the channel selection dialog of `field` ("Alarm-Out 02"), toggles
@@ -87,7 +111,22 @@ std::vector<SaveCase> saveCases()
     namespace alarmIn = setup::fields::alarmIn;
     namespace alarmOut = setup::fields::alarmOut;
     namespace ptz = setup::fields::ptz;
+    namespace motion = setup::fields::motion;
     return {
+        {"Motion", [] { return new CRemoteCameraMotionDlg; }, setup::Section::Motion,
+         [](CSetupPage &page) {
+             named<QRadioButton>(&page, u"Day Setting"_s)->click();
+             pagetest::select(&page, u"Day Setting Sensitivity 02"_s, u"High"_s);
+             named<QSpinBox>(&page, u"Day Setting Min. Blocks 02"_s)->setValue(9);
+             // The whole mask is watched: clear rows 1-2, columns 0-3.
+             paintMask(&page, u"Day Setting Mask Zone 02"_s, {3, 2}, {0, 1});
+         },
+         [](QByteArray &record) {
+             FieldTable::setNumber(record, motion::daySensitivity, 1, 1);
+             FieldTable::setNumber(record, motion::dayMinBlocks, 9, 1);
+             for (int row : {1, 2})
+                 FieldTable::setNumber(record, motion::dayMask, 0x3FFFFFFF & ~0x3C000000u, 1, row);
+         }},
         {"Ptz", [] { return new CRemoteCameraPTZDlg; }, setup::Section::Ptz,
          [](CSetupPage &page) {
              pagetest::select(&page, u"Channel"_s, u"CH 02"_s);
@@ -254,4 +293,81 @@ TEST(AlarmOutPage, DefaultRestoresTheOutputsButNotTheSchedule)
     EXPECT_EQ(named<QComboBox>(&page, u"Day 01"_s)->currentText(), u"Sunday"_s);
     EXPECT_EQ(named<QComboBox>(&page, u"Day 02"_s)->currentText(), u"Monday"_s);
     EXPECT_TRUE(page.isModified());
+}
+
+TEST(MotionPage, TimeSaveRefusesADayThatDoesNotStartBeforeTheNight)
+{
+    namespace motion = setup::fields::motion;
+    const struct
+    {
+        int channels;
+        int dayHour, dayMinute, nightHour, nightMinute; // channel 2
+        bool timeView;
+        int refusedChannel; // 0 when the save goes through
+    } cases[] = {
+        {16, 8, 0, 8, 0, true, 2},  {16, 8, 0, 8, 1, true, 0}, {16, 20, 0, 8, 0, true, 2},
+        {16, 8, 0, 8, 0, false, 0}, // other views save without the check
+        {1, 8, 0, 20, 0, true, 1}, // one channel: always refused
+        {1, 8, 0, 20, 0, false, 0},
+    };
+    SessionHarness window;
+    for (const auto &c : cases) {
+        SCOPED_TRACE(testing::Message() << c.channels << ' ' << c.dayHour << ':' << c.dayMinute
+                                        << ' ' << c.nightHour << ':' << c.nightMinute);
+        QByteArray record = setup::FactoryDefaults::record();
+        FieldTable::setNumber(record, motion::dayStartHour, c.dayHour, 1);
+        FieldTable::setNumber(record, motion::dayStartMinute, c.dayMinute, 1);
+        FieldTable::setNumber(record, motion::nightStartHour, c.nightHour, 1);
+        FieldTable::setNumber(record, motion::nightStartMinute, c.nightMinute, 1);
+        CRemoteCameraMotionDlg page;
+        int sent = 0;
+        page.setSectionWriter([&](setup::Section, const QByteArray &) { return ++sent; });
+        page.load(record, c.channels);
+        if (!c.timeView)
+            page.showView(CRemoteCameraMotionDlg::ActionView);
+        window.messages.clear();
+        page.save();
+        if (c.refusedChannel) {
+            EXPECT_EQ(window.messages,
+                      QStringList {u"Set Time Error!!\nChannel : %1"_s.arg(c.refusedChannel)});
+            EXPECT_EQ(sent, 0);
+        } else {
+            EXPECT_TRUE(window.messages.isEmpty());
+            EXPECT_EQ(sent, 1);
+        }
+    }
+}
+
+TEST(MotionPage, MaskEditorIgnoresBitsThirtyAndThirtyOneAndClampsTheDrag)
+{
+    namespace motion = setup::fields::motion;
+    QByteArray record = setup::FactoryDefaults::record();
+    for (int row = 0; row < 24; ++row)
+        FieldTable::setNumber(record, motion::nightMask, (row % 2 ? 0xC0000000 : 0x40000000) | 1, 0,
+                              row);
+    CRemoteCameraMotionDlg page;
+    page.show();
+    page.load(record, 16);
+    named<QRadioButton>(&page, u"Night Setting"_s)->click();
+
+    // Cancel keeps the words as they came, bits 30 and 31 included.
+    paintMask(&page, u"Night Setting Mask Zone 01"_s, {0, 0}, {0, 0}, false);
+    auto *dialog = page.findChild<CRemoteCameraMotionMaskDlg *>();
+    EXPECT_EQ(dialog->windowTitle(), u"Motion - Ch. 1 - Night Setting"_s);
+    for (int row = 1; row < 24; ++row) {
+        EXPECT_TRUE(dialog->grid()->cell(row, 29)) << row;
+        EXPECT_FALSE(dialog->grid()->cell(row, 0)) << row;
+    }
+    EXPECT_FALSE(page.isModified());
+    page.gather();
+    EXPECT_EQ(page.sectionBuffer(), record.mid(2708, 4500));
+
+    // A drag that leaves the grid stops at its last row and column.
+    paintMask(&page, u"Night Setting Mask Zone 01"_s, {28, 22}, {99, 99});
+    EXPECT_TRUE(page.isModified());
+    page.gather();
+    QByteArray expected = record;
+    for (int row = 0; row < 24; ++row)
+        FieldTable::setNumber(expected, motion::nightMask, row >= 22 ? 0x3 : 0x1, 0, row);
+    EXPECT_EQ(page.sectionBuffer(), expected.mid(2708, 4500));
 }

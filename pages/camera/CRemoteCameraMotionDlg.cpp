@@ -158,13 +158,15 @@ QWidget *CRemoteCameraMotionDlg::buildTimeView()
               std::tuple {fields::nightStartHour, fields::nightStartMinute, night}}) {
             auto *time = new QHBoxLayout;
             time->setSpacing(2);
-            for (const FieldInfo &field : {hour, minute}) {
-                FieldEditor *e = binder().add(
-                    FieldEditor::create(Kind::Number, field, row, 0, view), row, Copy::DayTime);
+            const FieldInfo parts[] = {hour, minute};
+            for (int part = 0; part < 2; ++part) {
+                FieldEditor *e
+                    = binder().add(FieldEditor::create(Kind::Number, parts[part], row, 0, view),
+                                   row, Copy::DayTime);
                 e->setAccessibleName(name + u' ' + number
-                                     + QLatin1StringView(&field == &hour ? " hh" : " mm"));
+                                     + QLatin1StringView(part == 0 ? " hh" : " mm"));
                 time->addWidget(e->widget());
-                if (&field == &hour) {
+                if (part == 0) {
                     auto *colon = new CTransparentStatic(QStringLiteral(":"), view);
                     addChannelRow(row, {colon});
                     time->addWidget(colon);

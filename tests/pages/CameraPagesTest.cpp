@@ -371,3 +371,78 @@ TEST(MotionPage, MaskEditorIgnoresBitsThirtyAndThirtyOneAndClampsTheDrag)
         FieldTable::setNumber(expected, motion::nightMask, row >= 22 ? 0x3 : 0x1, 0, row);
     EXPECT_EQ(page.sectionBuffer(), expected.mid(2708, 4500));
 }
+
+TEST(CameraPages, ValuesOutOfRangeShowAsNoChoiceOrClampedAndStayStored)
+{
+    namespace alarmIn = setup::fields::alarmIn;
+    namespace alarmOut = setup::fields::alarmOut;
+    namespace motion = setup::fields::motion;
+    namespace ptz = setup::fields::ptz;
+    const struct
+    {
+        std::function<CSetupPage *()> create;
+        setup::FieldInfo field;
+        int i;
+        quint32 stored;
+        const char *control;
+        QString shown; // list text ("" for no choice) or number
+        quint32 saved;
+    } cases[] = {
+        {[] { return new CRemoteCameraAlarmDlg; }, alarmIn::dwell, 0, 0, "Dwell Time 01", {}, 0},
+        {[] { return new CRemoteCameraAlarmDlg; },
+         alarmIn::dwell,
+         0,
+         100,
+         "Dwell Time 01",
+         {},
+         100},
+        {[] { return new CRemoteCameraAlarmDlg; }, alarmIn::normallyClosed, 0, 7, "Type 01", {}, 7},
+        {[] { return new CRemoteCameraAlarmOutDlg; }, alarmOut::days, 0, 0x03, "Day 01", {}, 0x03},
+        {[] { return new CRemoteCameraPTZDlg; }, ptz::panSpeed, 0, 0, "Pan Speed 01", u"1"_s, 0},
+        {[] { return new CRemoteCameraMotionDlg; }, motion::dayStartHour, 0, 25, "Day Time 01 hh",
+         u"23"_s, 25},
+        {[] { return new CRemoteCameraMotionDlg; }, motion::dayStartMinute, 0, 99, "Day Time 01 mm",
+         u"59"_s, 99},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.control);
+        QByteArray record = setup::FactoryDefaults::record();
+        FieldTable::setNumber(record, c.field, c.stored, c.i);
+        if (c.field.offset == alarmIn::normallyClosed.offset)
+            FieldTable::setNumber(record, alarmIn::enabled, 1, c.i);
+        std::unique_ptr<CSetupPage> page(c.create());
+        page->load(record, 16);
+        const QString name = QString::fromLatin1(c.control);
+        if (auto *list = named<QComboBox>(page.get(), name)) {
+            EXPECT_EQ(list->currentText(), c.shown);
+        } else {
+            auto *box = named<QSpinBox>(page.get(), name);
+            ASSERT_TRUE(box);
+            EXPECT_EQ(box->text(), c.shown);
+        }
+        page->gather();
+        const int offset = SetupRecordMap::section(*page->section()).offset;
+        setup::FieldInfo inSection = c.field;
+        inSection.offset -= offset;
+        EXPECT_EQ(FieldTable::number(page->sectionBuffer(), inSection, c.i), c.saved);
+    }
+}
+
+TEST(PtzPage, ChannelNotInUseShowsNoProtocolAndSavesProtocolZero)
+{
+    namespace ptz = setup::fields::ptz;
+    QByteArray record = setup::FactoryDefaults::record();
+    FieldTable::setNumber(record, ptz::protocol, 2, 0);
+    FieldTable::setNumber(record, ptz::inUse, 1, 1);
+    FieldTable::setNumber(record, ptz::protocol, 9, 1); // past the list
+    CRemoteCameraPTZDlg page;
+    page.load(record, 4);
+    EXPECT_EQ(named<QComboBox>(&page, u"Channel"_s)->count(), 4);
+    EXPECT_EQ(named<QComboBox>(&page, u"Channel"_s)->itemText(3), u"CH 04"_s);
+    EXPECT_EQ(named<QComboBox>(&page, u"Protocol 01"_s)->currentText(), u"None"_s);
+    EXPECT_EQ(named<QComboBox>(&page, u"Protocol 02"_s)->currentIndex(), -1);
+    page.gather();
+    QByteArray expected = record.mid(2068, 640);
+    expected[4] = 0;
+    EXPECT_EQ(page.sectionBuffer(), expected);
+}

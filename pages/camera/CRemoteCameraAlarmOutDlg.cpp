@@ -86,7 +86,7 @@ void CRemoteCameraAlarmOutDlg::buildSchedule(QWidget *tab)
     countRow->addStretch(1);
 
     auto *grid = new QGridLayout;
-    grid->setHorizontalSpacing(10);
+    grid->setHorizontalSpacing(6);
     grid->setVerticalSpacing(3);
     const QString start = nelib::tr("Start Time");
     const QString end = nelib::tr("End Time");

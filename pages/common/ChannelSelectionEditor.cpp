@@ -23,8 +23,8 @@ ChannelSelectionEditor::ChannelSelectionEditor(Dialog dialog, const FieldInfo &f
     , m_button(new QPushButton(u"..."_s, m_box))
 {
     m_text->setReadOnly(true);
-    // Room for the channels of a whole row of boxes, "01,02,03,04,".
-    m_text->setMinimumWidth(m_text->fontMetrics().horizontalAdvance(u"01,02,03,04,"_s) + 12);
+    // Room for a few channels when space is short; longer choices scroll.
+    m_text->setMinimumWidth(m_text->fontMetrics().horizontalAdvance(u"01,02,"_s) + 12);
     m_button->setFixedWidth(m_button->fontMetrics().horizontalAdvance(u"..."_s) + 20);
     auto *layout = new QHBoxLayout(m_box);
     layout->setContentsMargins(0, 0, 0, 0);

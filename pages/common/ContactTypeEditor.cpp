@@ -5,6 +5,7 @@
 
 #include <QComboBox>
 
+using namespace Qt::StringLiterals;
 using setup::FieldInfo;
 using setup::FieldTable;
 
@@ -46,6 +47,7 @@ ContactTypeEditor::ContactTypeEditor(const FieldInfo &enabled, const FieldInfo &
     for (const Type &type : Types)
         m_list->addItem(nelib::tr(type.name));
     m_list->setCurrentIndex(-1);
+    m_list->setMinimumWidth(m_list->fontMetrics().horizontalAdvance(u"N.O"_s) + 60);
     connect(m_list, &QComboBox::activated, this, &FieldEditor::edited);
 }
 

@@ -6,7 +6,7 @@
 
 #include <QImage>
 #include <QPixmap>
-#include <QPushButton>
+#include <QToolButton>
 
 using setup::FieldInfo;
 using setup::FieldTable;
@@ -14,10 +14,11 @@ using setup::FieldTable;
 MotionMaskEditor::MotionMaskEditor(const FieldInfo &field, int i, bool night, QWidget *parent)
     : FieldEditor(field, i, 0, parent)
     , m_night(night)
-    , m_button(new QPushButton(parent))
+    , m_button(new QToolButton(parent))
 {
-    m_button->setIconSize({MotionMaskGrid::Columns, MotionMaskGrid::Rows});
-    connect(m_button, &QPushButton::clicked, this, &MotionMaskEditor::edit);
+    // Small enough to keep sixteen rows on the page.
+    m_button->setIconSize({25, 20});
+    connect(m_button, &QToolButton::clicked, this, &MotionMaskEditor::edit);
 }
 
 MotionMaskEditor::~MotionMaskEditor() = default;
@@ -57,7 +58,7 @@ void MotionMaskEditor::copyFrom(const FieldEditor &other)
     showMask();
 }
 
-// One pixel per cell: the mask at a glance in its row.
+// The mask at a glance in its row.
 void MotionMaskEditor::showMask()
 {
     QImage picture(MotionMaskGrid::Columns, MotionMaskGrid::Rows, QImage::Format_RGB32);
@@ -67,7 +68,8 @@ void MotionMaskEditor::showMask()
             line[c] = (m_mask[r] >> (MotionMaskGrid::Columns - 1 - c)) & 1 ? qRgb(255, 140, 0)
                                                                            : qRgb(40, 45, 55);
     }
-    m_button->setIcon(QPixmap::fromImage(picture));
+    m_button->setIcon(QPixmap::fromImage(
+        picture.scaled(m_button->iconSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation)));
 }
 
 void MotionMaskEditor::edit()

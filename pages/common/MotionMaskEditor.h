@@ -6,7 +6,7 @@
 #include <QPointer>
 
 QT_BEGIN_NAMESPACE
-class QPushButton;
+class QToolButton;
 QT_END_NAMESPACE
 
 // The mask zone of one channel: a button showing a small picture of the
@@ -40,7 +40,7 @@ private:
     void showMask();
 
     bool m_night;
-    QPushButton *m_button;
+    QToolButton *m_button;
     QPointer<CRemoteCameraMotionMaskDlg> m_dialog;
     Mask m_mask {};
 };

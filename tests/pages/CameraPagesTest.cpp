@@ -22,6 +22,7 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTest>
+#include <QToolButton>
 
 #include <gtest/gtest.h>
 
@@ -61,7 +62,7 @@ QByteArray recordWithReservedPattern(setup::Section section)
 // may lie outside the grid) in the open mask editor and confirms.
 void paintMask(QWidget *page, const QString &field, QPoint from, QPoint to, bool confirm = true)
 {
-    named<QPushButton>(page, field)->click();
+    named<QToolButton>(page, field)->click();
     auto *dialog = page->window()->findChild<CRemoteCameraMotionMaskDlg *>();
     ASSERT_TRUE(dialog && dialog->isVisible()) << field.toStdString();
     MotionMaskGrid *grid = dialog->grid();

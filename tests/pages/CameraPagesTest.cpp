@@ -6,6 +6,7 @@
 #include "pages/camera/CRemoteCameraMotionDlg.h"
 #include "pages/camera/CRemoteCameraPTZDlg.h"
 #include "pages/camera/CRemoteCameraVideoLoss.h"
+#include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/CRemoteCameraMotionMaskDlg.h"
 #include "pages/common/ChannelSelectionDialog.h"
 
@@ -18,6 +19,7 @@
 #include "tests/session/SessionHarness.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
@@ -446,4 +448,33 @@ TEST(PtzPage, ChannelNotInUseShowsNoProtocolAndSavesProtocolZero)
     QByteArray expected = record.mid(2068, 640);
     expected[4] = 0;
     EXPECT_EQ(page.sectionBuffer(), expected);
+}
+
+TEST(MotionPage, CopySettingsCopiesOnlyTheSettingShown)
+{
+    namespace motion = setup::fields::motion;
+    QByteArray record = setup::FactoryDefaults::record();
+    FieldTable::setNumber(record, motion::daySensitivity, 0, 0);
+    FieldTable::setNumber(record, motion::nightSensitivity, 4, 0);
+    FieldTable::setNumber(record, motion::dayMask, 0x1, 0, 5);
+    CRemoteCameraMotionDlg page;
+    page.show();
+    page.load(record, 16);
+    named<QRadioButton>(&page, u"Day Setting"_s)->click();
+    pagetest::button(&page, u"Copy Settings"_s)->click();
+    auto *dialog = page.findChild<CRemoteCameraCopySettingDlg *>();
+    ASSERT_TRUE(dialog && dialog->isVisible());
+    for (const QString &property : {u"Sensitivity"_s, u"Mask Zone"_s})
+        named<QCheckBox>(dialog, property)->setChecked(true);
+    named<QCheckBox>(dialog, u"To Ch 03"_s)->setChecked(true);
+    pagetest::button(dialog, u"OK"_s)->click();
+
+    EXPECT_EQ(named<QComboBox>(&page, u"Day Setting Sensitivity 03"_s)->currentText(),
+              u"Highest"_s);
+    EXPECT_EQ(named<QComboBox>(&page, u"Night Setting Sensitivity 03"_s)->currentText(),
+              u"Normal"_s);
+    page.gather();
+    setup::FieldInfo mask = motion::dayMask;
+    mask.offset -= motion::base;
+    EXPECT_EQ(FieldTable::number(page.sectionBuffer(), mask, 2, 5), 0x1u);
 }

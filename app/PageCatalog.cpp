@@ -1,7 +1,12 @@
 #include "app/PageCatalog.h"
 
 #include "i18n/Translator.h"
+#include "pages/camera/CRemoteCameraAlarmDlg.h"
+#include "pages/camera/CRemoteCameraAlarmOutDlg.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/camera/CRemoteCameraMotionDlg.h"
+#include "pages/camera/CRemoteCameraPTZDlg.h"
+#include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/device/CRemoteDeviceKeyboardCtrlDlg.h"
 #include "pages/device/CRemoteDeviceRS232CDlg.h"
 #include "pages/device/CRemoteDeviceRemoteCtrlDlg.h"
@@ -61,14 +66,16 @@ const std::array<PageCatalog::Entry, 26> Entries {{
      create<CRemoteDisplayIntervalDlg>},
     {Camera, RS_TEXT("Camera Setup"), RS_TEXT("%s - Remote Setup / Camera / Setup"), 0x8009,
      create<CRemoteCameraCameraDlg>},
-    {Camera, RS_TEXT("PTZ"), RS_TEXT("%s - Remote Setup / Camera / PTZ"), 0x801C, nullptr},
+    {Camera, RS_TEXT("PTZ"), RS_TEXT("%s - Remote Setup / Camera / PTZ"), 0x801C,
+     create<CRemoteCameraPTZDlg>},
     {Camera, RS_TEXT("Alarm-In"), RS_TEXT("%s - Remote Setup / Camera /  Alarm-In"), 0x800A,
-     nullptr},
+     create<CRemoteCameraAlarmDlg>},
     {Camera, RS_TEXT("Alarm-Out"), RS_TEXT("%s - Remote Setup / Camera / Alarm-Out"), 0x801F,
-     nullptr},
-    {Camera, RS_TEXT("Motion"), RS_TEXT("%s - Remote Setup / Camera / Motion"), 0x801D, nullptr},
+     create<CRemoteCameraAlarmOutDlg>},
+    {Camera, RS_TEXT("Motion"), RS_TEXT("%s - Remote Setup / Camera / Motion"), 0x801D,
+     create<CRemoteCameraMotionDlg>},
     {Camera, RS_TEXT("Video Loss"), RS_TEXT("%s - Remote Setup / Camera / Video Loss"), 0x801E,
-     nullptr},
+     create<CRemoteCameraVideoLoss>},
     {Record, RS_TEXT("Setup"), RS_TEXT("%s - Remote Setup / Record / Setup"), 0x800C, nullptr},
     {Record, RS_TEXT("Schedule"), RS_TEXT("%s - Remote Setup / Record / Schedule"), 0x800D,
      nullptr},

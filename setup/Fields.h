@@ -361,22 +361,42 @@ inline constexpr ValueName ptzProtocol[] = {
     {2, "Samsung"},
     {3, "Panasonic"},
 };
+inline constexpr ValueName ptzBaudRate[] = {
+    {2400, "2400"}, {4800, "4800"}, {9600, "9600"}, {19200, "19200"}, {38400, "38400"},
+};
+inline constexpr ValueName ptzDataBits[] = {{7, "7"}, {8, "8"}};
+inline constexpr ValueName ptzStopBits[] = {{1, "1"}, {2, "2"}};
 } // namespace values
 namespace ptz {
 inline constexpr int base = at(Section::Ptz);
 inline constexpr FieldInfo inUse
     = FieldInfo::u32("in-use", base).repeat(16, 40).named(values::offOn);
-inline constexpr FieldInfo protocol
-    = FieldInfo::u32("protocol", base + 4).repeat(16, 40).named(values::ptzProtocol);
-inline constexpr FieldInfo controlId = FieldInfo::u32("control-id", base + 8).repeat(16, 40);
-inline constexpr FieldInfo baudRate = FieldInfo::u32("baud-rate", base + 16).repeat(16, 40);
-inline constexpr FieldInfo dataBits = FieldInfo::u32("data-bits", base + 20).repeat(16, 40);
-inline constexpr FieldInfo stopBits = FieldInfo::u32("stop-bits", base + 24).repeat(16, 40);
+inline constexpr FieldInfo protocol = FieldInfo::u32("protocol", base + 4)
+                                          .repeat(16, 40)
+                                          .named(values::ptzProtocol)
+                                          .labelled("Protocol");
+inline constexpr FieldInfo controlId
+    = FieldInfo::u32("control-id", base + 8).repeat(16, 40).labelled("Control ID").range(0, 255);
+inline constexpr FieldInfo baudRate = FieldInfo::u32("baud-rate", base + 16)
+                                          .repeat(16, 40)
+                                          .named(values::ptzBaudRate)
+                                          .labelled("Baudrate");
+inline constexpr FieldInfo dataBits = FieldInfo::u32("data-bits", base + 20)
+                                          .repeat(16, 40)
+                                          .named(values::ptzDataBits)
+                                          .labelled("Data Bits");
+inline constexpr FieldInfo stopBits = FieldInfo::u32("stop-bits", base + 24)
+                                          .repeat(16, 40)
+                                          .named(values::ptzStopBits)
+                                          .labelled("Stop Bits");
 inline constexpr FieldInfo parity
-    = FieldInfo::u32("parity", base + 28).repeat(16, 40).named(values::parity);
-inline constexpr FieldInfo panSpeed = FieldInfo::u8("pan-speed", base + 36).repeat(16, 40);
-inline constexpr FieldInfo tiltSpeed = FieldInfo::u8("tilt-speed", base + 37).repeat(16, 40);
-inline constexpr FieldInfo zoomSpeed = FieldInfo::u8("zoom-speed", base + 38).repeat(16, 40);
+    = FieldInfo::u32("parity", base + 28).repeat(16, 40).named(values::parity).labelled("Parity");
+inline constexpr FieldInfo panSpeed
+    = FieldInfo::u8("pan-speed", base + 36).repeat(16, 40).labelled("Pan Speed").range(1, 10);
+inline constexpr FieldInfo tiltSpeed
+    = FieldInfo::u8("tilt-speed", base + 37).repeat(16, 40).labelled("Tilt Speed").range(1, 10);
+inline constexpr FieldInfo zoomSpeed
+    = FieldInfo::u8("zoom-speed", base + 38).repeat(16, 40).labelled("Zoom Speed").range(1, 10);
 inline constexpr FieldInfo all[] = {inUse,    protocol, controlId, baudRate,  dataBits,
                                     stopBits, parity,   panSpeed,  tiltSpeed, zoomSpeed};
 } // namespace ptz
@@ -387,33 +407,50 @@ namespace motion {
 inline constexpr int base = at(Section::Motion);
 inline constexpr int motionSettings = base + 64;
 inline constexpr int motionStride = 208;
-inline constexpr FieldInfo dayStartHour = FieldInfo::u8("day-start-hour", base).repeat(16, 4);
+inline constexpr FieldInfo dayStartHour
+    = FieldInfo::u8("day-start-hour", base).repeat(16, 4).range(0, 23);
 inline constexpr FieldInfo dayStartMinute
-    = FieldInfo::u8("day-start-minute", base + 1).repeat(16, 4);
+    = FieldInfo::u8("day-start-minute", base + 1).repeat(16, 4).range(0, 59);
 inline constexpr FieldInfo nightStartHour
-    = FieldInfo::u8("night-start-hour", base + 2).repeat(16, 4);
+    = FieldInfo::u8("night-start-hour", base + 2).repeat(16, 4).range(0, 23);
 inline constexpr FieldInfo nightStartMinute
-    = FieldInfo::u8("night-start-minute", base + 3).repeat(16, 4);
+    = FieldInfo::u8("night-start-minute", base + 3).repeat(16, 4).range(0, 59);
 inline constexpr FieldInfo daySensitivity = FieldInfo::u8("day-sensitivity", motionSettings)
                                                 .repeat(16, motionStride)
-                                                .named(values::levels);
-inline constexpr FieldInfo dayMinBlocks
-    = FieldInfo::u8("day-min-blocks", motionSettings + 1).repeat(16, motionStride);
+                                                .named(values::levels)
+                                                .labelled("Sensitivity");
+inline constexpr FieldInfo dayMinBlocks = FieldInfo::u8("day-min-blocks", motionSettings + 1)
+                                              .repeat(16, motionStride)
+                                              .labelled("Min. Blocks")
+                                              .range(1, 99);
 inline constexpr FieldInfo nightSensitivity = FieldInfo::u8("night-sensitivity", motionSettings + 2)
                                                   .repeat(16, motionStride)
-                                                  .named(values::levels);
-inline constexpr FieldInfo nightMinBlocks
-    = FieldInfo::u8("night-min-blocks", motionSettings + 3).repeat(16, motionStride);
-inline constexpr FieldInfo beep
-    = FieldInfo::u32("beep", motionSettings + 4).repeat(16, motionStride).named(values::offOn);
-inline constexpr FieldInfo alarmOut
-    = FieldInfo::u32("alarm-out", motionSettings + 8).repeat(16, motionStride).hex();
-inline constexpr FieldInfo dwell
-    = FieldInfo::u32("dwell", motionSettings + 12).repeat(16, motionStride);
-inline constexpr FieldInfo dayMask
-    = FieldInfo::u32("day-mask", motionSettings + 16).grid(16, motionStride, 24, 4).hex();
-inline constexpr FieldInfo nightMask
-    = FieldInfo::u32("night-mask", motionSettings + 112).grid(16, motionStride, 24, 4).hex();
+                                                  .named(values::levels)
+                                                  .labelled("Sensitivity");
+inline constexpr FieldInfo nightMinBlocks = FieldInfo::u8("night-min-blocks", motionSettings + 3)
+                                                .repeat(16, motionStride)
+                                                .labelled("Min. Blocks")
+                                                .range(1, 99);
+inline constexpr FieldInfo beep = FieldInfo::u32("beep", motionSettings + 4)
+                                      .repeat(16, motionStride)
+                                      .named(values::offOn)
+                                      .labelled("Beep");
+inline constexpr FieldInfo alarmOut = FieldInfo::u32("alarm-out", motionSettings + 8)
+                                          .repeat(16, motionStride)
+                                          .hex()
+                                          .labelled("Alarm-Out");
+inline constexpr FieldInfo dwell = FieldInfo::u32("dwell", motionSettings + 12)
+                                       .repeat(16, motionStride)
+                                       .labelled("Dwell Time")
+                                       .range(1, 99);
+inline constexpr FieldInfo dayMask = FieldInfo::u32("day-mask", motionSettings + 16)
+                                         .grid(16, motionStride, 24, 4)
+                                         .hex()
+                                         .labelled("Mask Zone");
+inline constexpr FieldInfo nightMask = FieldInfo::u32("night-mask", motionSettings + 112)
+                                           .grid(16, motionStride, 24, 4)
+                                           .hex()
+                                           .labelled("Mask Zone");
 inline constexpr FieldInfo all[] = {dayStartHour,     dayStartMinute, nightStartHour,
                                     nightStartMinute, daySensitivity, dayMinBlocks,
                                     nightSensitivity, nightMinBlocks, beep,
@@ -423,16 +460,19 @@ inline constexpr FieldInfo all[] = {dayStartHour,     dayStartMinute, nightStart
 
 namespace alarmIn {
 inline constexpr int base = at(Section::AlarmIn) + 4; // after the 4-byte head
+// With normally-closed, the contact's "Type".
 inline constexpr FieldInfo enabled
-    = FieldInfo::u32("enabled", base).repeat(16, 24).named(values::offOn);
+    = FieldInfo::u32("enabled", base).repeat(16, 24).named(values::offOn).labelled("Type");
 inline constexpr FieldInfo normallyClosed
     = FieldInfo::u32("normally-closed", base + 4).repeat(16, 24).named(values::noYes);
 inline constexpr FieldInfo beep
-    = FieldInfo::u32("beep", base + 8).repeat(16, 24).named(values::offOn);
-inline constexpr FieldInfo dwell = FieldInfo::u32("dwell", base + 12).repeat(16, 24);
+    = FieldInfo::u32("beep", base + 8).repeat(16, 24).named(values::offOn).labelled("Beep");
+inline constexpr FieldInfo dwell
+    = FieldInfo::u32("dwell", base + 12).repeat(16, 24).labelled("Dwell Time").range(1, 99);
 inline constexpr FieldInfo recordChannels
-    = FieldInfo::u32("record-channels", base + 16).repeat(16, 24).hex();
-inline constexpr FieldInfo alarmOut = FieldInfo::u32("alarm-out", base + 20).repeat(16, 24).hex();
+    = FieldInfo::u32("record-channels", base + 16).repeat(16, 24).hex().labelled("Record Channel");
+inline constexpr FieldInfo alarmOut
+    = FieldInfo::u32("alarm-out", base + 20).repeat(16, 24).hex().labelled("Alarm-Out");
 inline constexpr FieldInfo all[] = {enabled, normallyClosed, beep, dwell, recordChannels, alarmOut};
 } // namespace alarmIn
 
@@ -451,28 +491,37 @@ inline constexpr ValueName alarmOutEvents[] = {
 namespace alarmOut {
 inline constexpr int base = at(Section::AlarmOut);
 inline constexpr int alarmOutLines = base + 196;
-inline constexpr FieldInfo lineCount = FieldInfo::u32("line-count", base);
+inline constexpr FieldInfo lineCount
+    = FieldInfo::u32("line-count", base).labelled("Lines in Use").range(0, 21);
+// With normally-closed, the output's "Type".
 inline constexpr FieldInfo enabled
-    = FieldInfo::u32("enabled", base + 4).repeat(16, 12).named(values::offOn);
+    = FieldInfo::u32("enabled", base + 4).repeat(16, 12).named(values::offOn).labelled("Type");
 inline constexpr FieldInfo normallyClosed
     = FieldInfo::u32("normally-closed", base + 8).repeat(16, 12).named(values::noYes);
-inline constexpr FieldInfo dwell
-    = FieldInfo::u32("dwell", base + 12).repeat(16, 12).named(values::alarmOutDwell);
-inline constexpr FieldInfo days
-    = FieldInfo::u32("days", alarmOutLines).repeat(21, 20).hex().named(values::dayBits);
+inline constexpr FieldInfo dwell = FieldInfo::u32("dwell", base + 12)
+                                       .repeat(16, 12)
+                                       .named(values::alarmOutDwell)
+                                       .labelled("Dwell Time");
+inline constexpr FieldInfo days = FieldInfo::u32("days", alarmOutLines)
+                                      .repeat(21, 20)
+                                      .hex()
+                                      .named(values::dayBits)
+                                      .labelled("Day");
 inline constexpr FieldInfo startHour
-    = FieldInfo::u16("start-hour", alarmOutLines + 4).repeat(21, 20);
+    = FieldInfo::u16("start-hour", alarmOutLines + 4).repeat(21, 20).range(0, 23);
 inline constexpr FieldInfo startMinute
-    = FieldInfo::u16("start-minute", alarmOutLines + 6).repeat(21, 20);
-inline constexpr FieldInfo endHour = FieldInfo::u16("end-hour", alarmOutLines + 8).repeat(21, 20);
+    = FieldInfo::u16("start-minute", alarmOutLines + 6).repeat(21, 20).range(0, 59);
+inline constexpr FieldInfo endHour
+    = FieldInfo::u16("end-hour", alarmOutLines + 8).repeat(21, 20).range(0, 23);
 inline constexpr FieldInfo endMinute
-    = FieldInfo::u16("end-minute", alarmOutLines + 10).repeat(21, 20);
+    = FieldInfo::u16("end-minute", alarmOutLines + 10).repeat(21, 20).range(0, 59);
 inline constexpr FieldInfo events = FieldInfo::u32("events", alarmOutLines + 12)
                                         .repeat(21, 20)
                                         .hex()
-                                        .named(values::alarmOutEvents);
+                                        .named(values::alarmOutEvents)
+                                        .labelled("Event");
 inline constexpr FieldInfo alarmOut
-    = FieldInfo::u32("alarm-out", alarmOutLines + 16).repeat(21, 20).hex();
+    = FieldInfo::u32("alarm-out", alarmOutLines + 16).repeat(21, 20).hex().labelled("Alarm-Out");
 inline constexpr FieldInfo all[]
     = {lineCount,   enabled, normallyClosed, dwell,  days,    startHour,
        startMinute, endHour, endMinute,      events, alarmOut};

@@ -216,7 +216,9 @@ QString RecordDump::value(QByteArrayView record, const FieldInfo &field, int i, 
     const quint32 number = FieldTable::number(record, field, i, j);
     QString text = field.format == FieldFormat::Hex ? hexNumber(number, field.width)
                                                     : QString::number(number);
-    if (const char *name = field.valueName(number))
+    // Names that only repeat the number (baud rates) add nothing.
+    const char *name = field.valueName(number);
+    if (name && text != QLatin1StringView(name))
         text += QStringLiteral(" (") + QLatin1StringView(name) + u')';
     return text;
 }

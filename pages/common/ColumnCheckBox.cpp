@@ -26,3 +26,10 @@ void ColumnCheckBox::update()
                                  [](const QCheckBox *box) { return box->isChecked(); });
     m_header->setChecked(all);
 }
+
+void ColumnCheckBox::updateFirstRows(int rows)
+{
+    const auto end = m_column.begin() + std::clamp<qsizetype>(rows, 0, m_column.size());
+    m_header->setChecked(
+        std::all_of(m_column.begin(), end, [](const QCheckBox *box) { return box->isChecked(); }));
+}

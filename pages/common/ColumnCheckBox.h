@@ -20,6 +20,9 @@ public:
 
     // Re-evaluates the header after the column changed without a click (fill).
     void update();
+    // After a page's Default: checked exactly when the first `rows` boxes
+    // (the recorder's channels) are all checked, whatever the hidden rows hold.
+    void updateFirstRows(int rows);
 
 Q_SIGNALS:
     // The operator changed the column, through the header or one of its boxes.

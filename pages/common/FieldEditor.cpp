@@ -2,6 +2,7 @@
 
 #include "i18n/CodePage.h"
 #include "i18n/Translator.h"
+#include "pages/common/ChannelSelectionEditor.h"
 #include "pages/common/TextLimitValidator.h"
 #include "setup/FieldTable.h"
 
@@ -24,6 +25,11 @@ FieldEditor::FieldEditor(const FieldInfo &field, int i, int j, QObject *parent)
 { }
 
 FieldEditor::~FieldEditor() = default;
+
+void FieldEditor::setAccessibleName(const QString &name)
+{
+    widget()->setAccessibleName(name);
+}
 
 FieldInfo FieldEditor::rebased(int base) const
 {
@@ -130,13 +136,16 @@ public:
     QWidget *widget() const override { return m_box; }
     void fill(QByteArrayView section, int base) override
     {
-        const quint32 raw = number(section, base);
-        const qint64 value = field().type == setup::FieldType::I32 ? qint64(qint32(raw)) : raw;
+        m_raw = number(section, base);
+        const qint64 value = field().type == setup::FieldType::I32 ? qint64(qint32(m_raw)) : m_raw;
         m_box->setValue(int(std::clamp<qint64>(value, m_box->minimum(), m_box->maximum())));
+        m_shown = m_box->value();
     }
+    // A value outside the range shows clamped, and stays stored until the
+    // operator picks another.
     void gather(QByteArray &section, int base) const override
     {
-        setNumber(section, base, quint32(m_box->value()));
+        setNumber(section, base, m_box->value() == m_shown ? m_raw : quint32(m_box->value()));
     }
     void copyFrom(const FieldEditor &other) override
     {
@@ -145,6 +154,8 @@ public:
 
 private:
     QSpinBox *m_box;
+    quint32 m_raw = 0;
+    int m_shown = 0;
 };
 
 class TextEditor : public FieldEditor
@@ -293,6 +304,12 @@ FieldEditor *FieldEditor::create(Kind kind, const FieldInfo &field, int i, int j
         return new AddressEditor(field, i, j, parent);
     case Kind::Bits:
         return new BitsEditor(field, i, j, parent);
+    case Kind::Channels:
+        return new ChannelSelectionEditor(ChannelSelectionEditor::Dialog::Channels, field, i, j,
+                                          parent);
+    case Kind::AlarmOutputs:
+        return new ChannelSelectionEditor(ChannelSelectionEditor::Dialog::AlarmOutputs, field, i, j,
+                                          parent);
     }
     return nullptr;
 }

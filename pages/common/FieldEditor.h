@@ -33,6 +33,8 @@ public:
         Text, // code-page text, limited to the field's width
         Address, // four bytes as a dotted address
         Bits, // one check box per bit name; other bits kept
+        Channels, // a channel mask, chosen in CRemoteChannelSel
+        AlarmOutputs, // an alarm-out word, chosen in CRemoteChannelSelect
     };
 
     FieldEditor(const setup::FieldInfo &field, int i, int j, QObject *parent = nullptr);
@@ -53,6 +55,11 @@ public:
     virtual void gather(QByteArray &section, int base) const = 0;
     // Takes the value of `other`, an editor of the same kind and field.
     virtual void copyFrom(const FieldEditor &other) = 0;
+    // Names the control for assistive technology; editors made of several
+    // controls name each of them.
+    virtual void setAccessibleName(const QString &name);
+    // The recorder's channel count, for editors whose choices depend on it.
+    virtual void setChannelCount(int count) { Q_UNUSED(count); }
 
 Q_SIGNALS:
     void edited();

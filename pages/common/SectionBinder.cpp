@@ -40,6 +40,7 @@ FieldEditor *SectionBinder::add(FieldEditor *editor, int row, int copyProperty,
                                 bool rowIsSecondIndex)
 {
     editor->setParent(this);
+    editor->setChannelCount(m_channelCount);
     m_bindings.push_back({editor, row, copyProperty, rowIsSecondIndex});
     connect(editor, &FieldEditor::edited, this, &SectionBinder::edited);
     if (row >= 0 && row < MaxChannels)
@@ -70,9 +71,11 @@ QGridLayout *SectionBinder::channelGrid(QWidget *parent, std::initializer_list<C
         for (int row = 0; row < MaxChannels; ++row) {
             const int i = column.fixed >= 0 ? column.fixed : row;
             const int j = column.fixed >= 0 ? row : 0;
-            FieldEditor *e = add(FieldEditor::create(column.kind, column.field, i, j, parent), row,
-                                 column.copyProperty, column.fixed >= 0);
-            e->widget()->setAccessibleName(label + u' ' + channelNumber(row));
+            FieldEditor *made = column.make
+                                    ? column.make(column.field, i, j, parent)
+                                    : FieldEditor::create(column.kind, column.field, i, j, parent);
+            FieldEditor *e = add(made, row, column.copyProperty, column.fixed >= 0);
+            e->setAccessibleName(label + u' ' + channelNumber(row));
             grid->addWidget(e->widget(), row + 1, c);
             if (auto *box = qobject_cast<QCheckBox *>(e->widget()))
                 boxes.append(box);
@@ -111,7 +114,7 @@ QFormLayout *SectionBinder::form(QWidget *parent, std::initializer_list<Item> it
         if (item.field.count > 1)
             label += u' ' + QString::number(item.i + 1);
         FieldEditor *e = add(FieldEditor::create(item.kind, item.field, item.i, item.j, parent));
-        e->widget()->setAccessibleName(label);
+        e->setAccessibleName(label);
         auto *text = new CTransparentStatic(label, parent);
         text->setBuddy(e->widget());
         layout->addRow(text, e->widget());
@@ -141,6 +144,8 @@ ColumnCheckBox *SectionBinder::headerBox(const setup::FieldInfo &field) const
 void SectionBinder::setChannelCount(int count)
 {
     m_channelCount = std::clamp(count, 1, int(MaxChannels));
+    for (const Binding &b : m_bindings)
+        b.editor->setChannelCount(m_channelCount);
     for (int row = 0; row < MaxChannels; ++row) {
         for (QWidget *w : m_rows[row])
             w->setVisible(row < m_channelCount);

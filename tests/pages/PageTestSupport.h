@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QComboBox>
 #include <QObject>
 #include <QPushButton>
 #include <QString>
@@ -16,6 +17,16 @@ T *named(const QObject *root, const QString &name)
             return widget;
     }
     return nullptr;
+}
+
+// Picks `item` in the list named `name` as an operator would.
+inline void select(const QObject *root, const QString &name, const QString &item)
+{
+    auto *list = named<QComboBox>(root, name);
+    if (!list)
+        return;
+    list->setCurrentIndex(list->findText(item));
+    Q_EMIT list->activated(list->currentIndex());
 }
 
 inline QPushButton *button(const QObject *root, const QString &text)

@@ -1,0 +1,66 @@
+#include "pages/camera/CRemoteCameraAlarmDlg.h"
+
+#include "i18n/Translator.h"
+#include "pages/common/ColumnCheckBox.h"
+#include "pages/common/ContactTypeEditor.h"
+#include "pages/common/NumberListEditor.h"
+#include "setup/Fields.h"
+
+#include <QGridLayout>
+#include <QVBoxLayout>
+
+namespace fields = setup::fields::alarmIn;
+using Kind = FieldEditor::Kind;
+using Copy = CRemoteCameraCopySettingDlg;
+
+namespace {
+
+constexpr int CopyMode = 2;
+
+void place(QWidget *tab, QGridLayout *grid)
+{
+    auto *layout = new QVBoxLayout(tab);
+    layout->addLayout(grid);
+    layout->addStretch(1);
+}
+
+} // namespace
+
+CRemoteCameraAlarmDlg::CRemoteCameraAlarmDlg(QWidget *parent)
+    : CSetupPage(parent)
+{
+    setSection(setup::Section::AlarmIn);
+}
+
+CRemoteCameraAlarmDlg::~CRemoteCameraAlarmDlg() = default;
+
+void CRemoteCameraAlarmDlg::buildControls()
+{
+    setTabs({nelib::tr("Setting"), nelib::tr("Action")});
+    QGridLayout *setting = binder().channelGrid(
+        tabContent(0), {
+                           {fields::enabled, Kind::List, Copy::Type, false, -1,
+                            ContactTypeEditor::factory(fields::normallyClosed)},
+                       });
+    setting->setColumnStretch(2, 1);
+    place(tabContent(0), setting);
+
+    QGridLayout *action = binder().channelGrid(
+        tabContent(1), {
+                           {fields::beep, Kind::Check, Copy::Beep, true},
+                           {fields::alarmOut, Kind::AlarmOutputs, Copy::AlarmOut},
+                           {fields::dwell, Kind::List, Copy::DwellTime, false, -1,
+                            NumberListEditor::factory(RS_TEXT("%d Sec"))},
+                           {fields::recordChannels, Kind::Channels},
+                       });
+    action->setColumnStretch(5, 1);
+    place(tabContent(1), action);
+    addCopySettings(CopyMode);
+}
+
+void CRemoteCameraAlarmDlg::fillControls(QByteArrayView section, Source source)
+{
+    CSetupPage::fillControls(section, source);
+    if (source == Source::DefaultFile)
+        binder().headerBox(fields::beep)->updateFirstRows(channelCount());
+}

@@ -1,0 +1,116 @@
+#include "pages/camera/CRemoteCameraPTZDlg.h"
+
+#include "i18n/Translator.h"
+#include "pages/camera/PtzProtocolEditor.h"
+#include "pages/common/CTransparentStatic.h"
+#include "setup/Fields.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace fields = setup::fields::ptz;
+using Kind = FieldEditor::Kind;
+using Copy = CRemoteCameraCopySettingDlg;
+
+namespace {
+
+constexpr int CopyMode = 13;
+
+QString channelItem(int index)
+{
+    return index < 9 ? QString::asprintf(nelib::tr("CH 0%d").toUtf8().constData(), index + 1)
+                     : QString::asprintf(nelib::tr("CH %d").toUtf8().constData(), index + 1);
+}
+
+} // namespace
+
+CRemoteCameraPTZDlg::CRemoteCameraPTZDlg(QWidget *parent)
+    : CSetupPage(parent)
+{
+    setSection(setup::Section::Ptz);
+}
+
+CRemoteCameraPTZDlg::~CRemoteCameraPTZDlg() = default;
+
+void CRemoteCameraPTZDlg::buildControls()
+{
+    QWidget *area = contentArea();
+    m_channel = new QComboBox(area);
+    m_channel->setAccessibleName(nelib::tr("Channel"));
+    auto *channelLabel = new CTransparentStatic(nelib::tr("Channel"), area);
+    channelLabel->setBuddy(m_channel);
+    m_channels = new QStackedWidget(area);
+    connect(m_channel, &QComboBox::currentIndexChanged, this, [this](int index) {
+        if (index >= 0)
+            m_channels->setCurrentIndex(index);
+    });
+
+    const struct
+    {
+        setup::FieldInfo field;
+        Kind kind;
+        int copyProperty;
+    } items[] = {
+        {fields::baudRate, Kind::List, Copy::Baudrate},
+        {fields::dataBits, Kind::List, Copy::DataBits},
+        {fields::stopBits, Kind::List, Copy::StopBits},
+        {fields::parity, Kind::List, Copy::Parity},
+        {fields::controlId, Kind::Number, -1},
+        {fields::panSpeed, Kind::Number, Copy::PtzSpeed},
+        {fields::tiltSpeed, Kind::Number, Copy::PtzSpeed},
+        {fields::zoomSpeed, Kind::Number, Copy::PtzSpeed},
+    };
+    for (int row = 0; row < MaxChannels; ++row) {
+        auto *form = new QWidget(m_channels);
+        auto *layout = new QFormLayout(form);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+        const QString number = channelNumber(row);
+        auto addRow = [&](FieldEditor *editor, int copyProperty) {
+            binder().add(editor, row, copyProperty);
+            const QString label = nelib::tr(editor->field().label);
+            editor->setAccessibleName(label + u' ' + number);
+            editor->widget()->setMinimumWidth(120);
+            auto *text = new CTransparentStatic(label, form);
+            text->setBuddy(editor->widget());
+            layout->addRow(text, editor->widget());
+        };
+        addRow(new PtzProtocolEditor(fields::inUse, fields::protocol, row, form), Copy::Protocol);
+        for (const auto &item : items)
+            addRow(FieldEditor::create(item.kind, item.field, row, 0, form), item.copyProperty);
+        m_channels->addWidget(form);
+    }
+
+    auto *channelRow = new QHBoxLayout;
+    channelRow->addWidget(channelLabel);
+    channelRow->addWidget(m_channel);
+    channelRow->addStretch(1);
+    auto *layout = new QVBoxLayout(area);
+    layout->addLayout(channelRow);
+    layout->addSpacing(8);
+    layout->addWidget(m_channels);
+    layout->addStretch(1);
+    addCopySettings(CopyMode);
+}
+
+// The list holds one item per channel of the recorder.
+void CRemoteCameraPTZDlg::afterFill()
+{
+    if (m_channel->count() == channelCount())
+        return;
+    const int current = std::max(m_channel->currentIndex(), 0);
+    m_channel->clear();
+    for (int row = 0; row < channelCount(); ++row)
+        m_channel->addItem(channelItem(row));
+    m_channel->setCurrentIndex(std::min(current, channelCount() - 1));
+}
+
+void CRemoteCameraPTZDlg::fillControls(QByteArrayView section, Source source)
+{
+    CSetupPage::fillControls(section, source);
+    if (source == Source::DefaultFile)
+        m_channel->setCurrentIndex(0);
+}

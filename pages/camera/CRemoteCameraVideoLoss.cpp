@@ -1,0 +1,46 @@
+#include "pages/camera/CRemoteCameraVideoLoss.h"
+
+#include "pages/common/ColumnCheckBox.h"
+#include "setup/Fields.h"
+
+#include <QGridLayout>
+#include <QVBoxLayout>
+
+namespace fields = setup::fields::videoLoss;
+using Kind = FieldEditor::Kind;
+using Copy = CRemoteCameraCopySettingDlg;
+
+namespace {
+
+constexpr int CopyMode = 4;
+
+} // namespace
+
+CRemoteCameraVideoLoss::CRemoteCameraVideoLoss(QWidget *parent)
+    : CSetupPage(parent)
+{
+    setSection(setup::Section::VideoLoss);
+}
+
+CRemoteCameraVideoLoss::~CRemoteCameraVideoLoss() = default;
+
+void CRemoteCameraVideoLoss::buildControls()
+{
+    QGridLayout *grid = binder().channelGrid(
+        contentArea(), {
+                           {fields::beep, Kind::Check, Copy::Beep, true},
+                           {fields::alarmOut, Kind::AlarmOutputs, Copy::AlarmOut},
+                       });
+    grid->setColumnStretch(3, 1);
+    auto *layout = new QVBoxLayout(contentArea());
+    layout->addLayout(grid);
+    layout->addStretch(1);
+    addCopySettings(CopyMode);
+}
+
+void CRemoteCameraVideoLoss::fillControls(QByteArrayView section, Source source)
+{
+    CSetupPage::fillControls(section, source);
+    if (source == Source::DefaultFile)
+        binder().headerBox(fields::beep)->updateFirstRows(channelCount());
+}

@@ -1,0 +1,75 @@
+#include "pages/camera/PtzProtocolEditor.h"
+
+#include "i18n/Translator.h"
+#include "setup/FieldTable.h"
+
+#include <QComboBox>
+
+using setup::FieldInfo;
+using setup::FieldTable;
+
+namespace {
+
+FieldInfo spanning(const FieldInfo &inUse, const FieldInfo &protocol)
+{
+    return FieldInfo::bytes("ptz-protocol", inUse.offset,
+                            protocol.offset + protocol.width - inUse.offset)
+        .repeat(inUse.count, inUse.stride)
+        .labelled(protocol.label);
+}
+
+FieldInfo at(FieldInfo field, int base)
+{
+    field.offset -= base;
+    return field;
+}
+
+} // namespace
+
+PtzProtocolEditor::PtzProtocolEditor(const FieldInfo &inUse, const FieldInfo &protocol, int i,
+                                     QWidget *parent)
+    : FieldEditor(spanning(inUse, protocol), i, 0, parent)
+    , m_inUse(inUse)
+    , m_protocol(protocol)
+    , m_list(new QComboBox(parent))
+{
+    m_list->addItem(nelib::tr("None"));
+    for (const setup::ValueName &name : protocol.valueNames)
+        m_list->addItem(nelib::tr(name.name));
+    m_list->setCurrentIndex(-1);
+    connect(m_list, &QComboBox::activated, this, &FieldEditor::edited);
+}
+
+QWidget *PtzProtocolEditor::widget() const
+{
+    return m_list;
+}
+
+void PtzProtocolEditor::fill(QByteArrayView section, int base)
+{
+    m_filledInUse = FieldTable::number(section, at(m_inUse, base), index());
+    m_filledProtocol = FieldTable::number(section, at(m_protocol, base), index());
+    if (m_filledInUse == 0)
+        m_list->setCurrentIndex(0);
+    else
+        m_list->setCurrentIndex(
+            m_filledProtocol < quint32(m_list->count() - 1) ? int(m_filledProtocol) + 1 : -1);
+}
+
+void PtzProtocolEditor::gather(QByteArray &section, int base) const
+{
+    const int item = m_list->currentIndex();
+    if (item < 0)
+        return;
+    quint32 inUse = item == 0 ? 0 : 1;
+    const quint32 protocol = item == 0 ? 0 : quint32(item - 1);
+    if (inUse && m_filledInUse && protocol == m_filledProtocol)
+        inUse = m_filledInUse;
+    FieldTable::setNumber(section, at(m_inUse, base), inUse, index());
+    FieldTable::setNumber(section, at(m_protocol, base), protocol, index());
+}
+
+void PtzProtocolEditor::copyFrom(const FieldEditor &other)
+{
+    m_list->setCurrentIndex(static_cast<const PtzProtocolEditor &>(other).m_list->currentIndex());
+}

@@ -1,0 +1,157 @@
+#include "pages/common/CRemoteChannelSel.h"
+#include "pages/common/CRemoteChannelSel_Spot.h"
+#include "pages/common/CRemoteChannelSelect.h"
+#include "pages/common/ChannelSelectionEditor.h"
+
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
+#include "tests/pages/PageTestSupport.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using pagetest::named;
+using setup::FieldTable;
+
+namespace {
+
+QCheckBox *box(const QWidget *dialog, int channel)
+{
+    return named<QCheckBox>(dialog, QString::asprintf("Ch %02d", channel));
+}
+
+// Which of the sixteen boxes can be clicked: "1" enabled and shown, "." not.
+QString clickable(const QWidget *dialog)
+{
+    QString state;
+    for (int channel = 1; channel <= 16; ++channel)
+        state
+            += box(dialog, channel)->isVisible() && box(dialog, channel)->isEnabled() ? u'1' : u'.';
+    return state;
+}
+
+} // namespace
+
+TEST(ChannelSelection, SelectAllCoversItsChannels)
+{
+    const struct
+    {
+        const char *dialog;
+        int channels;
+        const char *selectAll;
+        quint16 before;
+        quint16 after;
+    } cases[] = {
+        // The first channel-count boxes; hidden channels keep their flags.
+        {"sel", 4, "Select All", 0x8000, 0x800F},
+        {"sel", 16, "Select All", 0x0001, 0xFFFF},
+        // Channels 1 to 4 always, even those the recorder lacks.
+        {"select", 2, "Select All Ch 01 - Ch 04", 0x0000, 0x000F},
+        {"select", 16, "Select All Ch 05 - Ch 16", 0x0003, 0xFFF3},
+        // Nothing beyond channel 4 on a recorder of four channels.
+        {"select", 4, "Select All Ch 05 - Ch 16", 0x0001, 0x0001},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(std::string(c.dialog) + ' ' + c.selectAll + ' ' + std::to_string(c.channels));
+        std::unique_ptr<ChannelSelectionDialog> dialog;
+        if (std::strcmp(c.dialog, "sel") == 0)
+            dialog = std::make_unique<CRemoteChannelSel>();
+        else
+            dialog = std::make_unique<CRemoteChannelSelect>();
+        dialog->setChannelCount(c.channels);
+        dialog->setSelection(c.before);
+        dialog->open();
+        named<QCheckBox>(dialog.get(), QString::fromLatin1(c.selectAll))->click();
+        EXPECT_EQ(dialog->selection(), c.after);
+        EXPECT_EQ(clickable(dialog.get()).count(u'1'), c.channels);
+    }
+}
+
+TEST(ChannelSelection, SpotDialogStopsAtItsLimit)
+{
+    CRemoteChannelSel_Spot dialog;
+    dialog.setChannelCount(4);
+    dialog.setLimit(1);
+    dialog.open();
+    QPushButton *ok = pagetest::button(&dialog, u"OK"_s);
+    EXPECT_EQ(clickable(&dialog), u"1111............"_s);
+    EXPECT_FALSE(named<QCheckBox>(&dialog, u"Select All"_s)->isEnabled());
+
+    box(&dialog, 3)->click();
+    EXPECT_EQ(clickable(&dialog), u"..1............."_s);
+    EXPECT_TRUE(ok->isEnabled());
+    box(&dialog, 3)->click();
+    EXPECT_EQ(clickable(&dialog), u"1111............"_s);
+
+    // A choice above the limit from elsewhere cannot be confirmed.
+    dialog.setFlags({1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1});
+    EXPECT_FALSE(ok->isEnabled());
+    box(&dialog, 1)->click();
+    EXPECT_TRUE(ok->isEnabled());
+    EXPECT_EQ(dialog.flags()[15], 1);
+    EXPECT_EQ(dialog.flags()[0], 0);
+}
+
+TEST(ChannelSelection, EditorShowsTheChannelsAndKeepsWhatItDoesNotShow)
+{
+    namespace alarmIn = setup::fields::alarmIn;
+    // Editors read and write at record offsets: the whole record is a section at 0.
+    QByteArray record = pagetest::pattern(setup::SetupRecordMap::RecordSize);
+    FieldTable::setNumber(record, alarmIn::recordChannels, 0xA0010005, 2);
+
+    QWidget page;
+    ChannelSelectionEditor editor(ChannelSelectionEditor::Dialog::Channels, alarmIn::recordChannels,
+                                  2, 0, &page);
+    editor.setAccessibleName(u"Record Channel 03"_s);
+    editor.setChannelCount(16);
+    editor.fill(record, 0);
+    EXPECT_EQ(editor.text()->text(), u"01,03,"_s);
+
+    QSignalSpy edited(&editor, &FieldEditor::edited);
+    for (bool confirm : {false, true}) {
+        named<QPushButton>(&page, u"Record Channel 03..."_s)->click();
+        auto *dialog = page.findChild<CRemoteChannelSel *>();
+        ASSERT_TRUE(dialog && dialog->isVisible());
+        box(dialog, 1)->click();
+        box(dialog, 16)->click();
+        pagetest::button(dialog, confirm ? u"OK"_s : u"Cancel"_s)->click();
+    }
+    EXPECT_EQ(edited.count(), 1);
+    EXPECT_EQ(editor.text()->text(), u"03,16,"_s);
+    QByteArray expected = record;
+    editor.gather(record, 0);
+    FieldTable::setNumber(expected, alarmIn::recordChannels, 0xA0018004, 2);
+    EXPECT_EQ(record, expected);
+}
+
+TEST(ChannelSelection, SpotEditorKeepsEachChosenChannelsValue)
+{
+    namespace display = setup::fields::eventDisplay;
+    QByteArray record = pagetest::pattern(setup::SetupRecordMap::RecordSize);
+    QWidget page;
+    ChannelSelectionEditor editor(ChannelSelectionEditor::Dialog::Spot, display::spotChannel, 0, 0,
+                                  &page);
+    editor.setAccessibleName(u"Spot"_s);
+    editor.setLimit(16);
+    for (int c = 0; c < 16; ++c)
+        FieldTable::setNumber(record, display::spotChannel, c < 2 ? 7 : 0, c);
+    editor.fill(record, 0);
+    EXPECT_EQ(editor.text()->text(), u"01,02,"_s);
+
+    editor.choose();
+    auto *dialog = page.findChild<CRemoteChannelSel_Spot *>();
+    ASSERT_TRUE(dialog);
+    box(dialog, 2)->click();
+    box(dialog, 4)->click();
+    pagetest::button(dialog, u"OK"_s)->click();
+    QByteArray expected = record;
+    FieldTable::setNumber(expected, display::spotChannel, 0, 1);
+    FieldTable::setNumber(expected, display::spotChannel, 1, 3);
+    editor.gather(record, 0);
+    EXPECT_EQ(record, expected);
+}

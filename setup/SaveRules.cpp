@@ -16,7 +16,9 @@ constexpr int ScheduleFirstEntry = 4;
 
 QByteArray paddedPassword(QByteArrayView password)
 {
-    QByteArray bytes = password.left(SaveRules::PasswordBytes).toByteArray();
+    QByteArray bytes
+        = password.first(std::min<qsizetype>(password.size(), SaveRules::PasswordBytes))
+              .toByteArray();
     bytes.resize(SaveRules::PasswordBytes, '\0');
     return bytes;
 }

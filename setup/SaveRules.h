@@ -31,7 +31,8 @@ public:
     static std::optional<int> motionTimeError(QByteArrayView section, int channelCount);
 
     // ---- record schedule: only the first entry's times are checked ----
-    static constexpr char ScheduleTimeMessage[] = RS_TEXT("Set Time Error!!\nCheck Line Number : %d");
+    static constexpr char ScheduleTimeMessage[]
+        = RS_TEXT("Set Time Error!!\nCheck Line Number : %d");
     // `section` is the schedule section (the entry count first). The line
     // number (always 1) when the first entry does not start before it ends;
     // nullopt when it does or the list is empty.

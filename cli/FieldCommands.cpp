@@ -139,7 +139,10 @@ std::optional<QList<Assignment>> parseAssignments(const CommandContext &context,
             return std::nullopt;
         }
         Assignment a {*name, *bytes};
-        if (const auto rule = valueRuleError(a, valueText)) {
+        const QString text = name->field->type == setup::FieldType::Text
+                                 ? nelib::CodePage::system().decode(*bytes)
+                                 : valueText;
+        if (const auto rule = valueRuleError(a, text)) {
             *code = context.usageError(u"%1: %2"_s.arg(nameText, *rule));
             return std::nullopt;
         }
@@ -245,7 +248,8 @@ private:
 
 // A setup read whole from a file: a default setup file holds the record as it
 // is; an export file lacks the header's software version.
-int readRecordFile(const CommandContext &context, const QString &path, QByteArray *record)
+int readRecordFile(const CommandContext &context, const QString &path, QByteArray *record,
+                   bool *exportFile)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -259,6 +263,7 @@ int readRecordFile(const CommandContext &context, const QString &path, QByteArra
     if (bytes.size() == ExportFile::Size
         && LittleEndian::u32(bytes, ExportFile::FirstMarkOffset) == ExportFile::FirstMark
         && LittleEndian::u32(bytes, ExportFile::SecondMarkOffset) == ExportFile::SecondMark) {
+        *exportFile = true;
         *record = QByteArray(SetupRecordMap::RecordSize, '\0');
         LittleEndian::setU32(*record, SetupRecordMap::LayoutVersionOffset,
                              LittleEndian::u32(bytes, ExportFile::VersionOffset));
@@ -289,12 +294,16 @@ int readLiveRecord(const CommandContext &context, QByteArray *record)
 }
 
 // FILE, @HOST[:PORT], or the recorder of the global options when empty.
-int readSource(const CommandContext &context, const QString &source, QByteArray *record)
+int readSource(const CommandContext &context, const QString &source, QByteArray *record,
+               bool *exportFile = nullptr)
 {
+    bool fromExport = false;
+    if (exportFile)
+        *exportFile = false;
     if (source.isEmpty())
         return readLiveRecord(context, record);
     if (!source.startsWith(u'@'))
-        return readRecordFile(context, source, record);
+        return readRecordFile(context, source, record, exportFile ? exportFile : &fromExport);
     QString error;
     const auto entry
         = HostsFile::parseAddress(QStringView(source).mid(1), context.options().port, &error);
@@ -463,10 +472,19 @@ int FieldCommands::diff(const CommandContext &context, const QStringList &argume
         return context.usageError(u"diff takes two setups: FILE or @HOST[:PORT] each"_s);
     QByteArray before;
     QByteArray after;
-    if (const int code = readSource(context, sources[0], &before))
+    bool beforeExport = false;
+    bool afterExport = false;
+    if (const int code = readSource(context, sources[0], &before, &beforeExport))
         return code;
-    if (const int code = readSource(context, sources[1], &after))
+    if (const int code = readSource(context, sources[1], &after, &afterExport))
         return code;
+    // An export file carries no software version: it takes the other side's.
+    const FieldInfo &version = fields::header::softwareVersion;
+    if (beforeExport != afterExport) {
+        QByteArray &known = beforeExport ? after : before;
+        FieldTable::setBytes(beforeExport ? before : after, version,
+                             FieldTable::bytes(known, version));
+    }
     if (!json) {
         printLines(context, RecordDump::diff(before, after));
         return Success;

@@ -5,6 +5,7 @@
 #include "cli/FieldCommands.h"
 #include "firmware/FirmwarePackage.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
@@ -66,6 +67,11 @@ int checkOnce(const CommandContext &context, const QString &name, const QStringL
         return FieldCommands::checkGet(context, arguments);
     if (name == u"info"_s && !arguments.isEmpty())
         return context.usageError(u"info takes no arguments"_s);
+    if (name == u"set-time"_s
+        && (arguments.size() > 1
+            || (arguments.size() == 1
+                && !QDateTime::fromString(arguments.first(), u"yyyy-MM-ddTHH:mm:ss"_s).isValid())))
+        return context.usageError(u"set-time takes at most one time, as YYYY-MM-DDThh:mm:ss"_s);
     if (name == u"dump"_s && !arguments.isEmpty())
         return context.usageError(u"dump with --hosts dumps the recorders and takes no FILE"_s);
     if (name == u"export"_s) {

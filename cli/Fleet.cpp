@@ -41,7 +41,8 @@ QString lastMessage(const QString &err)
     const QString prefix = u"remote-setup-cli: "_s;
     QStringList lines = err.split(u'\n', Qt::SkipEmptyParts);
     lines.removeIf([](const QString &line) { return line.startsWith(u"Try '"_s); });
-    QString message = lines.isEmpty() ? QString() : lines.last().trimmed();
+    // A progress bar redrawn with carriage returns counts from its last drawing.
+    QString message = lines.isEmpty() ? QString() : lines.last().section(u'\r', -1).trimmed();
     if (message.startsWith(prefix))
         message.remove(0, prefix.size());
     return message;

@@ -193,7 +193,9 @@ void Fleet::startNext()
     });
     ++m_running;
     QObject::connect(thread, &QThread::finished, this, [this, thread, job] {
-        thread->deleteLater();
+        // The thread is at its very end; nothing is left to wait for.
+        thread->wait();
+        delete thread;
         --m_running;
         ++m_done;
         report(*job);

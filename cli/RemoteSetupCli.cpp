@@ -36,8 +36,8 @@ const RemoteSetupCli::Command RemoteSetupCli::s_commands[] = {
      "change settings by name; every value is checked before the recorder is contacted",
      &FieldCommands::set},
     {"dump", "dump [--json] [FILE]",
-     "print every setting of the recorder, or of FILE: an export file, DEFDVRSETUP.DAT or a "
-     "recorder named @HOST[:PORT]",
+     "print every setting of the recorder or of FILE (an export file, DEFDVRSETUP.DAT, "
+     "@HOST[:PORT])",
      &FieldCommands::dump},
     {"diff", "diff [--json] FILE1 FILE2",
      "print the settings in which two setups differ (each a file or @HOST[:PORT])",

@@ -31,8 +31,10 @@ std::optional<GlobalOptions> GlobalOptions::parse(const QStringList &arguments, 
     const QCommandLineOption user(u"user"_s, QString(), u"ID"_s);
     const QCommandLineOption passwordFile(u"password-file"_s, QString(), u"F"_s);
     const QCommandLineOption timeout(u"timeout"_s, QString(), u"S"_s);
+    const QCommandLineOption hosts(u"hosts"_s, QString(), u"FILE"_s);
+    const QCommandLineOption jobs(u"jobs"_s, QString(), u"N"_s);
     const QCommandLineOption help(QStringList {u"h"_s, u"help"_s});
-    parser.addOptions({host, port, user, passwordFile, timeout, help});
+    parser.addOptions({host, port, user, passwordFile, timeout, hosts, jobs, help});
 
     if (!parser.parse(QStringList {u"remote-setup-cli"_s} + arguments)) {
         *error = parser.errorText();
@@ -67,6 +69,22 @@ std::optional<GlobalOptions> GlobalOptions::parse(const QStringList &arguments, 
             return std::nullopt;
         }
         options.timeoutSeconds = *value;
+    }
+    if (parser.isSet(hosts)) {
+        if (parser.isSet(host)) {
+            *error = u"--host and --hosts exclude each other"_s;
+            return std::nullopt;
+        }
+        options.hostsFile = parser.value(hosts);
+    }
+    if (parser.isSet(jobs)) {
+        const auto value = boundedNumber(parser.value(jobs), 1, MaxJobs);
+        if (!value) {
+            *error = u"--jobs must be a number from 1 to %1, not '%2'"_s.arg(MaxJobs).arg(
+                parser.value(jobs));
+            return std::nullopt;
+        }
+        options.jobs = *value;
     }
     *rest = parser.positionalArguments();
     return options;

@@ -18,6 +18,10 @@ public:
     QString user = QStringLiteral("Admin");
     QString passwordFile;
     int timeoutSeconds = 30;
+    // A fleet: the recorders of this file instead of --host, --jobs at once.
+    QString hostsFile;
+    int jobs = 8;
+    static constexpr int MaxJobs = 256;
 
     // Parses the arguments after the program name up to the command. On
     // success `rest` holds the command and its own arguments (possibly

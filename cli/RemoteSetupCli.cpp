@@ -2,6 +2,8 @@
 
 #include "cli/CommandContext.h"
 #include "cli/ExitCode.h"
+#include "cli/FieldCommands.h"
+#include "cli/Fleet.h"
 #include "cli/GlobalOptions.h"
 #include "cli/SessionCommands.h"
 #include "cli/SetupFileCommands.h"
@@ -27,6 +29,19 @@ const RemoteSetupCli::Command RemoteSetupCli::s_commands[] = {
      &UploadCommand::run},
     {"set-time", "set-time [YYYY-MM-DDThh:mm:ss]",
      "set the recorder's clock (default: this computer's local time)", &SessionCommands::setTime},
+    {"get", "get [--json] NAME...",
+     "print settings by name (a section, a field or one element: camera.title[2])",
+     &FieldCommands::get},
+    {"set", "set NAME=VALUE...",
+     "change settings by name; every value is checked before the recorder is contacted",
+     &FieldCommands::set},
+    {"dump", "dump [--json] [FILE]",
+     "print every setting of the recorder or of FILE (an export file, DEFDVRSETUP.DAT, "
+     "@HOST[:PORT])",
+     &FieldCommands::dump},
+    {"diff", "diff [--json] FILE1 FILE2",
+     "print the settings in which two setups differ (each a file or @HOST[:PORT])",
+     &FieldCommands::diff},
     {"translate", "translate [--config F] --language N [--escapes] TEXT...",
      "print each text's translation, one a line", &TranslateCommand::run},
 };
@@ -59,8 +74,11 @@ int RemoteSetupCli::run(const QStringList &arguments)
 
     const QString name = rest.takeFirst();
     for (const Command &command : s_commands) {
-        if (name == QLatin1StringView(command.name))
-            return command.run(context, rest);
+        if (name != QLatin1StringView(command.name))
+            continue;
+        if (!options->hostsFile.isEmpty())
+            return Fleet::run(context, name, rest, command.run);
+        return command.run(context, rest);
     }
     return context.usageError(u"unknown command '%1'"_s.arg(name));
 }
@@ -68,14 +86,18 @@ int RemoteSetupCli::run(const QStringList &arguments)
 void RemoteSetupCli::printUsage(QTextStream &stream) const
 {
     stream << "usage: remote-setup-cli [--host H] [--port P] [--user ID] [--password-file F]"
-              " [--timeout S] COMMAND ...\n\n"
-              "Options (defaults 127.0.0.1, 9000, Admin, no password, 30 s):\n"
+              " [--timeout S]\n       [--hosts FILE [--jobs N]] COMMAND ...\n\n"
+              "Options (defaults 127.0.0.1, 9000, Admin, no password, 30 s, 8 jobs):\n"
               "  --host H           the recorder's host name or IPv4 address\n"
               "  --port P           its port\n"
               "  --user ID          the account to log in with\n"
               "  --password-file F  read the password from the first line of F\n"
               "                     (else from $REMOTE_SETUP_PASSWORD)\n"
               "  --timeout S        give up on the recorder after S seconds\n"
+              "  --hosts FILE       run the command on every recorder of FILE, one\n"
+              "                     'host[:port] [user]' a line (--port and --user are\n"
+              "                     the defaults); export then takes a folder DIR/\n"
+              "  --jobs N           with --hosts, talk to at most N recorders at once\n"
               "  --version          print the program's version and exit\n\n"
               "Commands:\n";
     for (const Command &command : s_commands)

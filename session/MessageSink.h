@@ -11,7 +11,9 @@ public:
     virtual ~MessageSink();
     virtual void showMessage(const QString &text) = 0;
 
-    // The sink in use; null until one is installed (messages are then dropped).
+    // The sink in use on the calling thread: the one this thread installed,
+    // else the main thread's; null when there is none (messages are then
+    // dropped).
     static MessageSink *instance();
     static void install(MessageSink *sink);
     // Shows `text` through the installed sink, if any.

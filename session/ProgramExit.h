@@ -12,8 +12,9 @@ class ProgramExit
 public:
     using Hook = std::function<void(int exitCode)>;
 
-    // Installs `hook` and returns the previous one. Without a hook the
-    // process exits at once.
+    // Installs `hook` for the calling thread and returns that thread's
+    // previous one. A thread that installed none uses the main thread's
+    // hook; without any the process exits at once.
     static Hook install(Hook hook);
     static void exitProgram(int exitCode);
 };

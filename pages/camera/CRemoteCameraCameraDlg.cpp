@@ -4,6 +4,7 @@
 #include "pages/common/TextLimitValidator.h"
 #include "session/MessageSink.h"
 #include "setup/Fields.h"
+#include "setup/SaveRules.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -15,9 +16,6 @@ using Kind = FieldEditor::Kind;
 using Copy = CRemoteCameraCopySettingDlg;
 
 namespace {
-
-// Characters the recorder does not accept in a camera title.
-constexpr QStringView ForbiddenInTitle = u"%&*:\"'<>?/";
 
 // Titles from the recorder may be typed up to 18 characters, titles restored
 // from the default file up to 16.
@@ -89,7 +87,7 @@ void CRemoteCameraCameraDlg::titleChanged(QLineEdit *edit)
     bool removed = false;
     // From the last to the first, so that the positions still to visit stay valid.
     for (qsizetype i = text.size() - 1; i >= 0; --i) {
-        if (!ForbiddenInTitle.contains(text[i]))
+        if (!setup::SaveRules::ForbiddenInTitle.contains(text[i]))
             continue;
         text.remove(i, 1);
         if (i < cursor)
@@ -100,6 +98,6 @@ void CRemoteCameraCameraDlg::titleChanged(QLineEdit *edit)
         // Raises this handler again with the clean text.
         limitOf(edit)->setText(edit, text);
         edit->setCursorPosition(cursor);
-        MessageSink::show(nelib::tr("Can Not Use %, &, *, :, \", ', <, >, ?, / "));
+        MessageSink::show(nelib::tr(setup::SaveRules::TitleMessage));
     }
 }

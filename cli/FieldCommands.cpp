@@ -1,0 +1,509 @@
+#include "cli/FieldCommands.h"
+
+#include "cli/CliSession.h"
+#include "cli/CommandContext.h"
+#include "cli/ExitCode.h"
+#include "cli/FieldValueParser.h"
+#include "cli/HostsFile.h"
+#include "i18n/CodePage.h"
+#include "i18n/Translator.h"
+#include "session/SessionMessage.h"
+#include "setup/ExportFile.h"
+#include "setup/FieldName.h"
+#include "setup/Fields.h"
+#include "setup/LittleEndian.h"
+#include "setup/RecordDump.h"
+#include "setup/SaveRules.h"
+#include "setup/SetupRecordMap.h"
+
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+
+#include <map>
+#include <set>
+
+using namespace Qt::StringLiterals;
+using nelib::LittleEndian;
+using setup::FieldGroup;
+using setup::FieldInfo;
+using setup::FieldName;
+using setup::FieldTable;
+using setup::RecordDump;
+using setup::SaveRules;
+using setup::SetupRecordMap;
+
+namespace cli {
+
+namespace {
+
+namespace fields = setup::fields;
+
+struct Assignment
+{
+    FieldName name;
+    QByteArray bytes; // one element's bytes, written to every element the name covers
+};
+
+// Takes a leading --json off the arguments.
+bool takeJson(QStringList *arguments)
+{
+    return arguments->removeAll(u"--json"_s) > 0;
+}
+
+void printJson(const CommandContext &context, const QJsonObject &object)
+{
+    context.out() << QJsonDocument(object).toJson(QJsonDocument::Indented);
+    context.out().flush();
+}
+
+// "name = value" lines as JSON objects; a name never holds " = ".
+QJsonArray settingsJson(const QStringList &lines)
+{
+    QJsonArray array;
+    for (const QString &line : lines) {
+        const qsizetype at = line.indexOf(u" = "_s);
+        array.append(QJsonObject {{u"name"_s, line.left(at)}, {u"value"_s, line.mid(at + 3)}});
+    }
+    return array;
+}
+
+void printLines(const CommandContext &context, const QStringList &lines)
+{
+    for (const QString &line : lines)
+        context.out() << line << '\n';
+    context.out().flush();
+}
+
+// Whether a name's field is `field` of the tables (the groups hold copies).
+bool is(const FieldName &name, const FieldInfo &field)
+{
+    return name.field && name.field->offset == field.offset && name.field->type == field.type;
+}
+
+// Rules that need no recorder: those of the pages that a value alone breaks.
+std::optional<QString> valueRuleError(const Assignment &a, QStringView text)
+{
+    if (is(a.name, fields::camera::title) && !SaveRules::titleAllowed(text))
+        return nelib::tr(SaveRules::TitleMessage);
+    if (is(a.name, fields::users::rights)) {
+        const quint32 rights = LittleEndian::u32(a.bytes, 0);
+        if (rights & ~SaveRules::AllRights)
+            return u"rights hold bits 0 to 17 only (at most 0x%1)"_s.arg(SaveRules::AllRights, 0,
+                                                                         16);
+        const bool touchesAdmin = !a.name.i || *a.name.i == SaveRules::AdminAccount;
+        if (touchesAdmin && rights != SaveRules::AllRights)
+            return u"the Admin account (users.rights[0]) always holds every right"_s;
+    }
+    return std::nullopt;
+}
+
+std::optional<QList<Assignment>> parseAssignments(const CommandContext &context,
+                                                  const QStringList &arguments, int *code)
+{
+    if (arguments.isEmpty()) {
+        *code = context.usageError(u"set takes NAME=VALUE..."_s);
+        return std::nullopt;
+    }
+    const FieldValueParser parser(nelib::CodePage::system());
+    QList<Assignment> assignments;
+    // Every element assigned so far, by its record offset.
+    std::map<int, QString> assigned;
+    for (const QString &argument : arguments) {
+        const qsizetype equals = argument.indexOf(u'=');
+        if (equals < 0) {
+            *code = context.usageError(u"'%1' is not NAME=VALUE"_s.arg(argument));
+            return std::nullopt;
+        }
+        const QString nameText = argument.left(equals);
+        const QString valueText = argument.mid(equals + 1);
+        QString error;
+        const auto name = FieldName::parse(nameText, &error);
+        if (!name) {
+            *code = context.usageError(error);
+            return std::nullopt;
+        }
+        if (!name->field || name->group == &FieldTable::header()) {
+            *code = context.usageError(
+                name->group == &FieldTable::header()
+                    ? u"the header is the recorder's own and is never written"_s
+                    : u"%1 is a section; set takes one of its fields"_s.arg(nameText));
+            return std::nullopt;
+        }
+        const auto bytes = parser.parse(*name->field, valueText, &error);
+        if (!bytes) {
+            *code = context.usageError(u"%1: %2"_s.arg(nameText, error));
+            return std::nullopt;
+        }
+        Assignment a {*name, *bytes};
+        const QString text = name->field->type == setup::FieldType::Text
+                                 ? nelib::CodePage::system().decode(*bytes)
+                                 : valueText;
+        if (const auto rule = valueRuleError(a, text)) {
+            *code = context.usageError(u"%1: %2"_s.arg(nameText, *rule));
+            return std::nullopt;
+        }
+        for (const FieldName::Element &e : name->elements()) {
+            const int at = name->field->elementOffset(e.i, e.j);
+            const auto [it, fresh] = assigned.emplace(at, nameText);
+            if (!fresh) {
+                *code = context.usageError(
+                    u"%1 and %2 assign the same setting"_s.arg(it->second, nameText));
+                return std::nullopt;
+            }
+        }
+        assignments.append(a);
+    }
+    *code = Success;
+    return assignments;
+}
+
+// The page rules that depend on the rest of the record. The message of the
+// page, translated, or nullopt.
+std::optional<QString> recordRuleError(const QList<Assignment> &assignments,
+                                       const QByteArray &record, int channelCount)
+{
+    bool motionTimes = false;
+    bool schedule = false;
+    for (const Assignment &a : assignments) {
+        motionTimes = motionTimes || is(a.name, fields::motion::dayStartHour)
+                      || is(a.name, fields::motion::dayStartMinute)
+                      || is(a.name, fields::motion::nightStartHour)
+                      || is(a.name, fields::motion::nightStartMinute);
+        schedule = schedule || a.name.group == &FieldTable::section(setup::Section::Schedule);
+    }
+    const auto sectionBytes = [&record](setup::Section id) {
+        const setup::SectionInfo &s = SetupRecordMap::section(id);
+        return QByteArrayView(record).sliced(s.offset, s.length);
+    };
+    if (motionTimes) {
+        if (const auto channel
+            = SaveRules::motionTimeError(sectionBytes(setup::Section::Motion), channelCount))
+            return nelib::tr(SaveRules::MotionTimeMessage)
+                .replace(u"%d"_s, QString::number(*channel));
+    }
+    if (schedule) {
+        if (const auto line = SaveRules::scheduleTimeError(sectionBytes(setup::Section::Schedule)))
+            return nelib::tr(SaveRules::ScheduleTimeMessage)
+                .replace(u"%d"_s, QString::number(*line));
+    }
+    return std::nullopt;
+}
+
+// Waits for one write acknowledgement without polling: the worker's signal,
+// the end of the session (posted to the session object) or the time-out.
+class AckWait : public QObject
+{
+public:
+    enum class Result { Applied, Refused, Ended, TimedOut };
+
+    AckWait(CliSession &session, int timeoutSeconds)
+        : m_session(session)
+        , m_timeoutMs(timeoutSeconds * 1000)
+    {
+        session.installEventFilter(this);
+        connect(&session.worker(), &CWork::writeAcknowledged, this,
+                [this](bool applied) { finish(applied ? Result::Applied : Result::Refused); });
+    }
+    ~AckWait() override { m_session.removeEventFilter(this); }
+
+    Result wait()
+    {
+        m_result.reset();
+        QTimer timer;
+        timer.setSingleShot(true);
+        connect(&timer, &QTimer::timeout, this, [this] { finish(Result::TimedOut); });
+        timer.start(m_timeoutMs);
+        m_loop.exec();
+        return *m_result;
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Type(SessionMessage::SessionEnded))
+            finish(Result::Ended);
+        return false;
+    }
+
+private:
+    void finish(Result result)
+    {
+        if (m_result)
+            return;
+        m_result = result;
+        m_loop.quit();
+    }
+
+    CliSession &m_session;
+    int m_timeoutMs;
+    QEventLoop m_loop;
+    std::optional<Result> m_result;
+};
+
+// ---- sources of whole records ----------------------------------------------
+
+// A setup read whole from a file: a default setup file holds the record as it
+// is; an export file lacks the header's software version.
+int readRecordFile(const CommandContext &context, const QString &path, QByteArray *record,
+                   bool *exportFile)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return context.fail(UsageError, u"cannot read %1: %2"_s.arg(path, file.errorString()));
+    const QByteArray bytes = file.read(SetupRecordMap::RecordSize + 1);
+    using setup::ExportFile;
+    if (bytes.size() == SetupRecordMap::RecordSize) {
+        *record = bytes;
+        return Success;
+    }
+    if (bytes.size() == ExportFile::Size
+        && LittleEndian::u32(bytes, ExportFile::FirstMarkOffset) == ExportFile::FirstMark
+        && LittleEndian::u32(bytes, ExportFile::SecondMarkOffset) == ExportFile::SecondMark) {
+        *exportFile = true;
+        *record = QByteArray(SetupRecordMap::RecordSize, '\0');
+        LittleEndian::setU32(*record, SetupRecordMap::LayoutVersionOffset,
+                             LittleEndian::u32(bytes, ExportFile::VersionOffset));
+        LittleEndian::setU32(*record, SetupRecordMap::ModelIdOffset,
+                             LittleEndian::u32(bytes, ExportFile::ModelIdOffset));
+        // What the layout fixes; only the software version stays unknown.
+        FieldTable::setNumber(*record, fields::header::recordSize, SetupRecordMap::RecordSize);
+        FieldTable::setNumber(*record, fields::header::channelRecords,
+                              quint32(fields::camera::title.count));
+        std::copy(bytes.begin() + ExportFile::HeaderSize, bytes.end(),
+                  record->begin() + ExportFile::HeaderSize + ExportFile::RecordShift);
+        return Success;
+    }
+    return context.fail(UsageError,
+                        u"%1 is neither an export file (%2 bytes with its file marks) nor a setup "
+                        u"record (%3 bytes)"_s.arg(path)
+                            .arg(ExportFile::Size)
+                            .arg(SetupRecordMap::RecordSize));
+}
+
+int readLiveRecord(const CommandContext &context, QByteArray *record)
+{
+    CliSession session(context);
+    if (const int code = session.open())
+        return code;
+    *record = session.worker().mirror();
+    return Success;
+}
+
+// FILE, @HOST[:PORT], or the recorder of the global options when empty.
+int readSource(const CommandContext &context, const QString &source, QByteArray *record,
+               bool *exportFile = nullptr)
+{
+    bool fromExport = false;
+    if (exportFile)
+        *exportFile = false;
+    if (source.isEmpty())
+        return readLiveRecord(context, record);
+    if (!source.startsWith(u'@'))
+        return readRecordFile(context, source, record, exportFile ? exportFile : &fromExport);
+    QString error;
+    const auto entry
+        = HostsFile::parseAddress(QStringView(source).mid(1), context.options().port, &error);
+    if (!entry)
+        return context.usageError(error);
+    GlobalOptions options = context.options();
+    options.host = entry->host;
+    options.port = entry->port;
+    const CommandContext recorder(options, context.out(), context.err());
+    return readLiveRecord(recorder, record);
+}
+
+} // namespace
+
+namespace {
+
+std::optional<QList<FieldName>> parseNames(const CommandContext &context,
+                                           const QStringList &arguments, int *code)
+{
+    QStringList names = arguments;
+    takeJson(&names);
+    if (names.isEmpty()) {
+        *code = context.usageError(u"get takes NAME..."_s);
+        return std::nullopt;
+    }
+    QList<FieldName> parsed;
+    for (const QString &text : names) {
+        QString error;
+        const auto name = FieldName::parse(text, &error);
+        if (!name) {
+            *code = context.usageError(error);
+            return std::nullopt;
+        }
+        parsed.append(*name);
+    }
+    *code = Success;
+    return parsed;
+}
+
+} // namespace
+
+int FieldCommands::checkGet(const CommandContext &context, const QStringList &arguments)
+{
+    int code = Success;
+    parseNames(context, arguments, &code);
+    return code;
+}
+
+int FieldCommands::get(const CommandContext &context, const QStringList &arguments)
+{
+    int code = Success;
+    const auto parsed = parseNames(context, arguments, &code);
+    if (!parsed)
+        return code;
+    const bool json = arguments.contains(u"--json"_s);
+    QByteArray record;
+    if (const int code = readLiveRecord(context, &record))
+        return code;
+    QStringList lines;
+    for (const FieldName &name : *parsed) {
+        if (!name.field) {
+            lines += RecordDump::dump(record, *name.group);
+            continue;
+        }
+        for (const FieldName::Element &e : name.elements()) {
+            lines.append(FieldName::elementName(*name.group, *name.field, e.i, e.j) + u" = "_s
+                         + RecordDump::value(record, *name.field, e.i, e.j));
+        }
+    }
+    if (json)
+        printJson(context, {{u"settings"_s, settingsJson(lines)}});
+    else
+        printLines(context, lines);
+    return Success;
+}
+
+int FieldCommands::checkSet(const CommandContext &context, const QStringList &arguments)
+{
+    int code = Success;
+    parseAssignments(context, arguments, &code);
+    return code;
+}
+
+int FieldCommands::set(const CommandContext &context, const QStringList &arguments)
+{
+    int code = Success;
+    const auto assignments = parseAssignments(context, arguments, &code);
+    if (!assignments)
+        return code;
+
+    CliSession session(context);
+    if ((code = session.open()))
+        return code;
+    CWork &work = session.worker();
+    QByteArray record = work.mirror();
+    std::set<setup::Section> sections;
+    for (const Assignment &a : *assignments) {
+        for (const FieldName::Element &e : a.name.elements())
+            FieldTable::setBytes(record, *a.name.field, a.bytes, e.i, e.j);
+        sections.insert(SetupRecordMap::findSection(a.name.group->key)->id);
+    }
+    if (const auto rule = recordRuleError(*assignments, record, session.record().channelCount))
+        return context.fail(UsageError, *rule + u"\nnothing was sent"_s);
+
+    // One section at a time, so that nothing follows a refused write.
+    AckWait ack(session, context.options().timeoutSeconds);
+    for (const setup::Section id : sections) {
+        const setup::SectionInfo &s = SetupRecordMap::section(id);
+        // The values printed below say what was saved.
+        work.setSilentNextAcknowledgement();
+        if (!work.writeSection(id, QByteArrayView(record).sliced(s.offset, s.length)))
+            return context.fail(
+                NoSession, u"the session ended before %1 was sent"_s.arg(QLatin1StringView(s.key)));
+        switch (ack.wait()) {
+        case AckWait::Result::Applied:
+            break;
+        case AckWait::Result::Refused:
+            return context.fail(
+                Refused, u"the recorder refused the write of %1"_s.arg(QLatin1StringView(s.key)));
+        case AckWait::Result::Ended:
+            return context.fail(NoSession, u"the session ended before %1 was acknowledged"_s.arg(
+                                               QLatin1StringView(s.key)));
+        case AckWait::Result::TimedOut:
+            return context.fail(
+                NoSession, u"no acknowledgement of %1 within %2 s"_s.arg(QLatin1StringView(s.key))
+                               .arg(context.options().timeoutSeconds));
+        }
+    }
+    QStringList lines;
+    for (const Assignment &a : *assignments) {
+        for (const FieldName::Element &e : a.name.elements()) {
+            lines.append(FieldName::elementName(*a.name.group, *a.name.field, e.i, e.j) + u" = "_s
+                         + RecordDump::value(record, *a.name.field, e.i, e.j));
+        }
+    }
+    printLines(context, lines);
+    return Success;
+}
+
+int FieldCommands::dump(const CommandContext &context, const QStringList &arguments)
+{
+    QStringList sources = arguments;
+    const bool json = takeJson(&sources);
+    if (sources.size() > 1)
+        return context.usageError(u"dump takes at most one FILE or @HOST[:PORT]"_s);
+    const QString source = sources.value(0);
+    QByteArray record;
+    if (const int code = readSource(context, source, &record))
+        return code;
+    const QStringList lines = RecordDump::dump(record);
+    if (json) {
+        printJson(context,
+                  {{u"source"_s, source.isEmpty() ? u'@' + context.options().host : source},
+                   {u"settings"_s, settingsJson(lines)}});
+    } else {
+        printLines(context, lines);
+    }
+    return Success;
+}
+
+int FieldCommands::diff(const CommandContext &context, const QStringList &arguments)
+{
+    QStringList sources = arguments;
+    const bool json = takeJson(&sources);
+    if (sources.size() != 2)
+        return context.usageError(u"diff takes two setups: FILE or @HOST[:PORT] each"_s);
+    QByteArray before;
+    QByteArray after;
+    bool beforeExport = false;
+    bool afterExport = false;
+    if (const int code = readSource(context, sources[0], &before, &beforeExport))
+        return code;
+    if (const int code = readSource(context, sources[1], &after, &afterExport))
+        return code;
+    // An export file carries no software version: it takes the other side's.
+    const FieldInfo &version = fields::header::softwareVersion;
+    if (beforeExport != afterExport) {
+        QByteArray &known = beforeExport ? after : before;
+        FieldTable::setBytes(beforeExport ? before : after, version,
+                             FieldTable::bytes(known, version));
+    }
+    if (!json) {
+        printLines(context, RecordDump::diff(before, after));
+        return Success;
+    }
+    // Both dumps list the same names in the same order.
+    const QStringList a = RecordDump::dump(before);
+    const QStringList b = RecordDump::dump(after);
+    QJsonArray changes;
+    for (qsizetype k = 0; k < a.size() && k < b.size(); ++k) {
+        if (a[k] == b[k])
+            continue;
+        const qsizetype at = a[k].indexOf(u" = "_s);
+        changes.append(QJsonObject {{u"name"_s, a[k].left(at)},
+                                    {u"before"_s, a[k].mid(at + 3)},
+                                    {u"after"_s, b[k].mid(at + 3)}});
+    }
+    printJson(context,
+              {{u"before"_s, sources[0]}, {u"after"_s, sources[1]}, {u"changes"_s, changes}});
+    return Success;
+}
+
+} // namespace cli

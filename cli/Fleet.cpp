@@ -1,0 +1,277 @@
+#include "cli/Fleet.h"
+
+#include "cli/CommandContext.h"
+#include "cli/ExitCode.h"
+#include "cli/FieldCommands.h"
+#include "firmware/FirmwarePackage.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QMap>
+#include <QThread>
+
+#include <algorithm>
+#include <cstdio>
+#include <unistd.h>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
+using namespace Qt::StringLiterals;
+
+namespace cli {
+
+namespace {
+
+constexpr int BarWidth = 30;
+
+const char *const OutcomeNames[] = {"ok", "refused", "usage error", "no session"};
+
+QString outcomeName(int code)
+{
+    return code >= 0 && code < int(std::size(OutcomeNames))
+               ? QString::fromLatin1(OutcomeNames[code])
+               : u"exit %1"_s.arg(code);
+}
+
+// What went wrong, for the result line: the last message of the command.
+QString lastMessage(const QString &err)
+{
+    const QString prefix = u"remote-setup-cli: "_s;
+    QStringList lines = err.split(u'\n', Qt::SkipEmptyParts);
+    lines.removeIf([](const QString &line) { return line.startsWith(u"Try '"_s); });
+    // A progress bar redrawn with carriage returns counts from its last drawing.
+    QString message = lines.isEmpty() ? QString() : lines.last().section(u'\r', -1).trimmed();
+    if (message.startsWith(prefix))
+        message.remove(0, prefix.size());
+    return message;
+}
+
+// A file name for a recorder's export: its host, with the port when two
+// recorders of the fleet share the host.
+QString exportName(const HostEntry &host, bool sharedHost)
+{
+    QString name = sharedHost ? host.host + u'_' + QString::number(host.port) : host.host;
+    name.replace(u':', u'-');
+    return name + u".dat"_s;
+}
+
+// The command's input, checked once for the whole fleet.
+int checkOnce(const CommandContext &context, const QString &name, const QStringList &arguments)
+{
+    if (arguments.contains(u"--json"_s))
+        return context.usageError(u"--json is not available with --hosts"_s);
+    if (name == u"set"_s)
+        return FieldCommands::checkSet(context, arguments);
+    if (name == u"get"_s)
+        return FieldCommands::checkGet(context, arguments);
+    if (name == u"info"_s && !arguments.isEmpty())
+        return context.usageError(u"info takes no arguments"_s);
+    if (name == u"set-time"_s
+        && (arguments.size() > 1
+            || (arguments.size() == 1
+                && !QDateTime::fromString(arguments.first(), u"yyyy-MM-ddTHH:mm:ss"_s).isValid())))
+        return context.usageError(u"set-time takes at most one time, as YYYY-MM-DDThh:mm:ss"_s);
+    if (name == u"dump"_s && !arguments.isEmpty())
+        return context.usageError(u"dump with --hosts dumps the recorders and takes no FILE"_s);
+    if (name == u"export"_s) {
+        if (arguments.size() != 1)
+            return context.usageError(u"export with --hosts takes one DIR/"_s);
+        const QString dir = arguments.first();
+        if (!QFileInfo(dir).isDir() && !(dir.endsWith(u'/') && QDir().mkpath(dir)))
+            return context.usageError(
+                u"export with --hosts writes one file per recorder into a folder: '%1' is none "
+                u"(end a new folder's name with /)"_s.arg(dir));
+    }
+    if (name == u"import"_s) {
+        if (arguments.size() != 1)
+            return context.usageError(u"import takes one FILE"_s);
+        QFile file(arguments.first());
+        if (!file.open(QIODevice::ReadOnly))
+            return context.fail(UsageError,
+                                u"cannot read %1: %2"_s.arg(arguments.first(), file.errorString()));
+    }
+    if (name == u"upload"_s) {
+        if (arguments.size() != 1)
+            return context.usageError(u"upload takes one PACKAGE"_s);
+        using firmware::FirmwarePackage;
+        FirmwarePackage::Fault fault = FirmwarePackage::Fault::None;
+        if (!FirmwarePackage::open(arguments.first(), &fault))
+            return context.fail(
+                fault == FirmwarePackage::Fault::Unreadable ? UsageError : Refused,
+                u"%1: %2"_s.arg(arguments.first(), FirmwarePackage::faultMessage(fault)));
+    }
+    return Success;
+}
+
+} // namespace
+
+int Fleet::run(const CommandContext &context, const QString &name, const QStringList &arguments,
+               Command command)
+{
+    static const QStringList fleetCommands = {u"info"_s,     u"export"_s, u"import"_s, u"set"_s,
+                                              u"set-time"_s, u"upload"_s, u"get"_s,    u"dump"_s};
+    if (!fleetCommands.contains(name))
+        return context.usageError(u"%1 does not run on a fleet (--hosts)"_s.arg(name));
+    const GlobalOptions &options = context.options();
+    QStringList errors;
+    const auto hosts = HostsFile::read(options.hostsFile, options.port, &errors);
+    if (!hosts) {
+        for (const QString &error : errors)
+            context.err() << "remote-setup-cli: " << error << '\n';
+        context.err() << "nothing was sent to any recorder\n";
+        context.err().flush();
+        return UsageError;
+    }
+    if (const int code = checkOnce(context, name, arguments))
+        return code;
+
+    QHash<QString, int> perHost;
+    for (const HostEntry &host : *hosts)
+        ++perHost[host.host.toLower()];
+    std::vector<Job> jobs;
+    for (const HostEntry &host : *hosts) {
+        Job job;
+        job.host = host;
+        job.arguments = arguments;
+        if (name == u"export"_s)
+            job.arguments = {QDir(arguments.first())
+                                 .filePath(exportName(host, perHost[host.host.toLower()] > 1))};
+        jobs.push_back(job);
+    }
+    Fleet fleet(context, command, std::move(jobs));
+    return fleet.exec();
+}
+
+Fleet::Fleet(const CommandContext &context, Command command, std::vector<Job> jobs)
+    : m_context(context)
+    , m_command(command)
+    , m_jobs(std::move(jobs))
+    , m_terminal(isatty(fileno(stderr)) != 0)
+{ }
+
+int Fleet::exec()
+{
+#ifdef __GLIBC__
+    // glibc gives each new thread an arena of its own, up to eight per core,
+    // and an arena keeps what its threads freed: with dozens of sessions at
+    // once that is a third of the program's memory. Two arenas serve the
+    // sessions as fast.
+    mallopt(M_ARENA_MAX, 2);
+#endif
+    QEventLoop loop;
+    const int slots = std::max(1, m_context.options().jobs);
+    for (int k = 0; k < slots; ++k)
+        startNext();
+    drawProgress();
+    // Each finished thread starts the next job; the loop ends with the last.
+    m_quit = [&loop] {
+        loop.quit();
+    };
+    if (m_done < int(m_jobs.size()))
+        loop.exec();
+    clearProgress();
+    printSummary();
+    int worst = Success;
+    for (const Job &job : m_jobs)
+        worst = std::max(worst, job.code);
+    return worst;
+}
+
+void Fleet::startNext()
+{
+    if (m_next >= m_jobs.size())
+        return;
+    Job *job = &m_jobs[m_next++];
+    GlobalOptions options = m_context.options();
+    options.host = job->host.host;
+    options.port = job->host.port;
+    if (!job->host.user.isEmpty())
+        options.user = job->host.user;
+    const Command command = m_command;
+    QThread *thread = QThread::create([job, options, command] {
+        QTextStream out(&job->out);
+        QTextStream err(&job->err);
+        const CommandContext context(options, out, err);
+        job->code = command(context, job->arguments);
+        out.flush();
+        err.flush();
+    });
+    ++m_running;
+    QObject::connect(thread, &QThread::finished, this, [this, thread, job] {
+        // The thread is at its very end; nothing is left to wait for.
+        thread->wait();
+        delete thread;
+        --m_running;
+        ++m_done;
+        report(*job);
+        startNext();
+        drawProgress();
+        if (m_done == int(m_jobs.size()) && m_quit)
+            m_quit();
+    });
+    thread->start();
+}
+
+void Fleet::report(const Job &job)
+{
+    clearProgress();
+    QTextStream &out = m_context.out();
+    const QString label = job.host.label();
+    for (const QString &line : job.out.split(u'\n', Qt::SkipEmptyParts))
+        out << label << ": " << line << '\n';
+    out << label << ": " << outcomeName(job.code);
+    if (job.code != Success) {
+        if (const QString message = lastMessage(job.err); !message.isEmpty())
+            out << ": " << message;
+    }
+    out << '\n';
+    out.flush();
+}
+
+void Fleet::drawProgress()
+{
+    if (!m_terminal)
+        return;
+    const int total = int(m_jobs.size());
+    const int filled = total ? m_done * BarWidth / total : BarWidth;
+    m_context.err() << "\r[" << QString(filled, u'#') << QString(BarWidth - filled, u' ') << "] "
+                    << m_done << '/' << total << " done, " << m_running << " running";
+    m_context.err().flush();
+    m_barShown = true;
+}
+
+void Fleet::clearProgress()
+{
+    if (!m_barShown)
+        return;
+    m_context.err() << "\r\x1b[K";
+    m_context.err().flush();
+    m_barShown = false;
+}
+
+void Fleet::printSummary()
+{
+    QMap<int, QStringList> byOutcome;
+    for (const Job &job : m_jobs)
+        byOutcome[job.code].append(job.host.label());
+    QTextStream &out = m_context.out();
+    out << "summary:\n";
+    for (auto it = byOutcome.cbegin(); it != byOutcome.cend(); ++it) {
+        out << "  " << outcomeName(it.key()).leftJustified(12)
+            << QString::number(it->size()).rightJustified(5);
+        if (it.key() != Success)
+            out << "   " << it->join(u", "_s);
+        out << '\n';
+    }
+    out << "  " << u"total"_s.leftJustified(12) << QString::number(m_jobs.size()).rightJustified(5)
+        << '\n';
+    out.flush();
+}
+
+} // namespace cli

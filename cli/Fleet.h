@@ -1,0 +1,61 @@
+#pragma once
+
+#include "cli/HostsFile.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+#include <vector>
+
+namespace cli {
+
+class CommandContext;
+
+// One command run on every recorder of a hosts file. Each recorder gets its
+// own session on a thread of its own, at most --jobs at once, so a recorder
+// that hangs or refuses holds up only its own slot until --timeout. Results
+// are printed as the recorders finish: the command's output lines prefixed
+// with the recorder's name, then one result line; a summary follows at the
+// end, and on a terminal a progress bar runs on standard error. The exit
+// code is the worst of the recorders'.
+class Fleet : public QObject
+{
+public:
+    using Command = int (*)(const CommandContext &, const QStringList &);
+
+    // Reads --hosts, checks the command's own input once (values, files,
+    // packages) before any recorder is contacted, then runs it everywhere.
+    static int run(const CommandContext &context, const QString &name, const QStringList &arguments,
+                   Command command);
+
+private:
+    struct Job
+    {
+        HostEntry host;
+        QStringList arguments;
+        int code = 0;
+        QString out;
+        QString err;
+    };
+
+    Fleet(const CommandContext &context, Command command, std::vector<Job> jobs);
+    int exec();
+    void startNext();
+    void report(const Job &job);
+    void drawProgress();
+    void clearProgress();
+    void printSummary();
+
+    const CommandContext &m_context;
+    Command m_command;
+    std::vector<Job> m_jobs;
+    std::size_t m_next = 0;
+    int m_running = 0;
+    int m_done = 0;
+    bool m_terminal = false;
+    bool m_barShown = false;
+    std::function<void()> m_quit;
+};
+
+} // namespace cli

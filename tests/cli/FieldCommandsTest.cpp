@@ -1,0 +1,235 @@
+#include "cli/RemoteSetupCli.h"
+#include "session/RemoteCommand.h"
+#include "setup/ExportFile.h"
+#include "setup/FactoryDefaults.h"
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
+#include "setup/RecordDump.h"
+#include "tests/SimProcess.h"
+#include "tests/TestSupport.h"
+#include "tests/session/ScriptedRecorder.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using session::Frame;
+using setup::FieldTable;
+namespace fields = setup::fields;
+
+namespace {
+
+struct InProcessRun
+{
+    int exitCode;
+    QString out;
+    QString err;
+};
+
+// The command line in this process, against a scripted recorder.
+InProcessRun runAgainst(const ScriptedRecorder &recorder, const QStringList &arguments)
+{
+    InProcessRun run {};
+    QTextStream out(&run.out);
+    QTextStream err(&run.err);
+    cli::RemoteSetupCli cli(out, err);
+    run.exitCode = cli.run(
+        QStringList {u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"5"_s}
+        + arguments);
+    return run;
+}
+
+} // namespace
+
+TEST(FieldCommands, SetThenGetRoundTripsEveryKindOfValue)
+{
+    SimProcess sim;
+    ASSERT_TRUE(sim.isRunning());
+    struct Case
+    {
+        QString assignment;
+        QString shown; // as get prints it
+    };
+    const Case cases[] = {
+        {u"camera.title[2]=Kasse Ü"_s, u"camera.title[2] = \"Kasse \\xDC\""_s},
+        {u"camera.title[3]=\"A\\x42\\\\C\""_s, u"camera.title[3] = \"AB\\\\C\""_s},
+        {u"camera.covert[0]=on"_s, u"camera.covert[0] = 1 (On)"_s},
+        {u"stream.ip-address=10.0.0.7"_s, u"stream.ip-address = 10.0.0.7"_s},
+        {u"date-time.time-zone=75"_s, u"date-time.time-zone = 75"_s},
+        {u"date-time.utc-offset=-300"_s, u"date-time.utc-offset = -300"_s},
+        {u"record.quality[1][0]=Low"_s, u"record.quality[1][0] = 0xFF03 (Low)"_s},
+        {u"schedule.channels[0]=0x00FF"_s, u"schedule.channels[0] = 0x000000FF"_s},
+        {u"video-loss.alarm-out[1]=1,3"_s, u"video-loss.alarm-out[1] = 0x00000005"_s},
+        {u"users.password[4]=secret"_s, u"users.password[4] = \"secret\""_s},
+    };
+    QStringList assignments;
+    QStringList names;
+    for (const Case &c : cases) {
+        assignments.append(c.assignment);
+        names.append(c.assignment.section(u'=', 0, 0));
+    }
+    const auto set = sim.cli(QStringList {u"set"_s} + assignments);
+    ASSERT_EQ(set.exitCode, 0) << set.err.toStdString();
+    const auto get = sim.cli(QStringList {u"get"_s} + names);
+    ASSERT_EQ(get.exitCode, 0) << get.err.toStdString();
+    for (const Case &c : cases)
+        EXPECT_TRUE(get.out.contains(c.shown + u'\n')) << get.out.toStdString();
+
+    // The recorder stored exactly these bytes, and nothing else changed.
+    const QByteArray stored = sim.storedRecord();
+    QByteArray expected = setup::FactoryDefaults::record();
+    FieldTable::setBytes(expected, fields::camera::title, "Kasse \xDC", 2);
+    FieldTable::setBytes(expected, fields::camera::title, "AB\\C", 3);
+    FieldTable::setNumber(expected, fields::camera::covert, 1, 0);
+    FieldTable::setBytes(expected, fields::stream::ipAddress, QByteArray::fromHex("0a000007"));
+    FieldTable::setNumber(expected, fields::dateTime::timeZone, 75);
+    FieldTable::setNumber(expected, fields::dateTime::utcOffset, quint32(-300));
+    FieldTable::setNumber(expected, fields::record::quality, 0xFF03, 1, 0);
+    FieldTable::setNumber(expected, fields::schedule::channels, 0xFF, 0);
+    FieldTable::setNumber(expected, fields::videoLoss::alarmOut, 5, 1);
+    FieldTable::setBytes(expected, fields::users::password, "secret", 4);
+    EXPECT_EQ(setup::RecordDump::diff(expected, stored), QStringList());
+}
+
+TEST(FieldCommands, SetWritesEachTouchedSectionOnceAndNothingForABadValue)
+{
+    ScriptedRecorder recorder;
+    recorder.record = setup::FactoryDefaults::record();
+    const auto run
+        = runAgainst(recorder, {u"set"_s, u"camera.title[0]=A"_s, u"camera.covert[1]=On"_s,
+                                u"stream.web-port=8080"_s, u"camera.audio[2]=Ch 02"_s});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    QList<std::array<quint32, 3>> writes;
+    for (const Frame &frame : recorder.receivedWith(RemoteCommand::SetupWrite))
+        writes.append({frame.param.words[0], frame.param.words[2], frame.param.words[1]});
+    // (category, offset, length) of camera, then stream.
+    EXPECT_EQ(writes, (QList<std::array<quint32, 3>> {{5, 1300, 768}, {1, 13876, 1272}}));
+
+    struct Refusal
+    {
+        QStringList arguments;
+        QString message;
+    };
+    const Refusal refusals[] = {
+        {{u"set"_s, u"camera.titel[0]=A"_s}, u"did you mean camera.title?"_s},
+        {{u"set"_s, u"camera.title[16]=A"_s}, u"out of range (0 to 15)"_s},
+        {{u"set"_s, u"camera.title[0]=123456789012345678901"_s}, u"at most 20 fit"_s},
+        {{u"set"_s, u"camera.title[0]=a/b"_s}, u"Can Not Use %, &, *, :, \", ', <, >, ?, / "_s},
+        {{u"set"_s, u"camera.covert[0]=2"_s}, u"not one of Off, On"_s},
+        {{u"set"_s, u"stream.ip-address=10.0.0"_s}, u"4 numbers from 0 to 255"_s},
+        {{u"set"_s, u"stream.web-port=65536"_s}, u"out of range (0 to 65535)"_s},
+        {{u"set"_s, u"users.rights[0]=0x1"_s}, u"always holds every right"_s},
+        {{u"set"_s, u"camera.covert=On"_s, u"camera.covert[3]=Off"_s},
+         u"assign the same setting"_s},
+        {{u"set"_s, u"camera=1"_s}, u"is a section"_s},
+        {{u"set"_s, u"header.model-id=1"_s}, u"never written"_s},
+        {{u"set"_s, u"camera.covert[0]"_s}, u"is not NAME=VALUE"_s},
+        {{u"get"_s, u"video-los.beep"_s}, u"did you mean video-loss.beep"_s},
+    };
+    for (const Refusal &r : refusals) {
+        SCOPED_TRACE(r.arguments.join(u' ').toStdString());
+        ScriptedRecorder untouched;
+        const auto refused = runAgainst(untouched, r.arguments);
+        EXPECT_EQ(refused.exitCode, 2);
+        EXPECT_TRUE(refused.err.contains(r.message)) << refused.err.toStdString();
+        EXPECT_TRUE(untouched.received.empty()) << "the recorder was contacted";
+    }
+}
+
+TEST(FieldCommands, SetAppliesThePageTimeRulesBeforeSendingAndStopsAtARefusal)
+{
+    struct Case
+    {
+        QStringList assignments;
+        quint8 channels;
+        bool recorderAcknowledges;
+        int exitCode;
+        QString message;
+        int writes;
+    };
+    const Case cases[] = {
+        {{u"motion.day-start-hour[1]=20"_s}, 16, true, 2, u"Set Time Error!!\nChannel : 2"_s, 0},
+        {{u"motion.day-start-minute[0]=59"_s}, 1, true, 2, u"Set Time Error!!\nChannel : 1"_s, 0},
+        {{u"motion.day-start-minute[0]=59"_s}, 16, true, 0, {}, 1},
+        {{u"schedule.end-hour[0]=0"_s, u"schedule.end-minute[0]=0"_s},
+         16,
+         true,
+         2,
+         u"Set Time Error!!\nCheck Line Number : 1"_s,
+         0},
+        {{u"camera.covert[0]=On"_s, u"buzzer.key-tone=Off"_s},
+         16,
+         false,
+         1,
+         u"the recorder refused the write of buzzer"_s,
+         1},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.assignments.join(u' ').toStdString());
+        ScriptedRecorder recorder;
+        recorder.record = setup::FactoryDefaults::record();
+        recorder.channels = c.channels;
+        recorder.onFrame = [&](const Frame &frame) {
+            if (frame.command != RemoteCommand::SetupWrite || c.recorderAcknowledges)
+                return recorder.answerAsRecorder(frame);
+            PACKET_PARAM ack;
+            ack.words[0] = 0;
+            recorder.send(RemoteCommand::SetupWriteAck, ack);
+        };
+        const auto run = runAgainst(recorder, QStringList {u"set"_s} + c.assignments);
+        EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
+        EXPECT_EQ(int(recorder.receivedWith(RemoteCommand::SetupWrite).size()), c.writes);
+    }
+}
+
+TEST(FieldCommands, DumpAndDiffReadFilesAndRecorders)
+{
+    QTemporaryDir dir;
+    QByteArray before = setup::FactoryDefaults::record();
+    QByteArray after = before;
+    FieldTable::setBytes(after, fields::camera::title, "Shop 1", 0);
+    FieldTable::setNumber(after, fields::record::quality, 0xFF03, 1, 2);
+    const QString defaults = dir.filePath(u"DEFDVRSETUP.DAT"_s);
+    const QString exported = dir.filePath(u"shop.dat"_s);
+    testsupport::writeFile(defaults, before);
+    testsupport::writeFile(exported, setup::ExportFile::build(after));
+    SimProcess sim({}, after);
+    ASSERT_TRUE(sim.isRunning());
+    const QString recorder = u"@127.0.0.1:%1"_s.arg(sim.port());
+
+    const QString expected = u"camera.title[0] = \"CAM 01\" -> \"Shop 1\"\n"
+                             "record.quality[1][2] = 0xFF01 (High) -> 0xFF03 (Low)\n"_s;
+    for (const QString &other : {exported, recorder}) {
+        SCOPED_TRACE(other.toStdString());
+        const auto diff = testsupport::runCli({u"diff"_s, defaults, other});
+        ASSERT_EQ(diff.exitCode, 0) << diff.err.toStdString();
+        EXPECT_EQ(diff.out, expected);
+    }
+    EXPECT_EQ(testsupport::runCli({u"diff"_s, exported, recorder}).out, QString())
+        << "an export file holds the whole setup";
+
+    const auto json = testsupport::runCli({u"diff"_s, u"--json"_s, defaults, exported});
+    const QJsonArray changes = QJsonDocument::fromJson(json.out.toUtf8())[u"changes"_s].toArray();
+    ASSERT_EQ(changes.size(), 2);
+    EXPECT_EQ(changes[1].toObject(), (QJsonObject {{u"name"_s, u"record.quality[1][2]"_s},
+                                                   {u"before"_s, u"0xFF01 (High)"_s},
+                                                   {u"after"_s, u"0xFF03 (Low)"_s}}));
+
+    const auto dump = testsupport::runCli({u"dump"_s, exported});
+    ASSERT_EQ(dump.exitCode, 0);
+    EXPECT_TRUE(dump.out.contains(u"\ncamera.title[0] = \"Shop 1\"\n"_s));
+    const auto dumpJson = testsupport::runCli({u"dump"_s, u"--json"_s, recorder});
+    const QJsonArray settings
+        = QJsonDocument::fromJson(dumpJson.out.toUtf8())[u"settings"_s].toArray();
+    EXPECT_EQ(settings.size(), dump.out.count(u'\n'));
+
+    testsupport::writeFile(dir.filePath(u"short.dat"_s), "abc");
+    const auto bad = testsupport::runCli({u"dump"_s, dir.filePath(u"short.dat"_s)});
+    EXPECT_EQ(bad.exitCode, 2);
+    EXPECT_TRUE(bad.err.contains(u"neither an export file"_s)) << bad.err.toStdString();
+}

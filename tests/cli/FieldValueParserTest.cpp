@@ -31,7 +31,7 @@ TEST(FieldValueParser, ParsesByTypeNamesRangeAndBitNames)
         {fields::dateTime::utcOffset, u"-720"_s, "30fdffff"},
         {fields::interval::sequence, u"3x"_s, {}, u"'3x' is not a number"_s},
         {fields::alarmIn::dwell, u"0x10"_s, "10000000"},
-        {fields::stream::remotePort, u"70000"_s, {}, u"out of range (0 to 65535)"_s},
+        {fields::stream::remotePort, u"70000"_s, {}, u"out of range (1 to 65535)"_s},
         {ranged, u"99"_s, "63"},
         {ranged, u"0"_s, {}, u"out of range (1 to 99)"_s},
         {namedRange, u"all"_s, "00000000"},

@@ -36,7 +36,7 @@ void CRemoteDeviceRS232CDlg::buildControls()
                                                          {fields::stopBits, Kind::List},
                                                          {fields::flowControl, Kind::List},
                                                          {fields::deviceId, Kind::Number},
-                                                         {fields::textChannels, Kind::Bits},
+                                                         {fields::textChannels, Kind::Channels},
                                                      });
     arrangeCheckBoxGrid(binder().editor(fields::textChannels)->widget(), ChannelColumns);
     connect(binder().widget<QComboBox>(fields::usage), &QComboBox::activated, this,

@@ -29,7 +29,7 @@ void CRemoteDeviceSmartBackupDlg::buildControls()
     QFormLayout *form = binder().form(contentArea(), {
                                                          {fields::enabled, Kind::List},
                                                          {fields::media, Kind::List},
-                                                         {fields::channels, Kind::Bits},
+                                                         {fields::channels, Kind::Channels},
                                                          {fields::days, Kind::Bits},
                                                          {fields::startHour, Kind::Number},
                                                          {fields::startMinute, Kind::Number},

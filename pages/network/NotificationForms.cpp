@@ -55,13 +55,13 @@ void NotificationForms::cameraEvents(SectionBinder &binder, QWidget *parent)
                                                 {event::notify, Kind::List},
                                                 {event::minInterval, Kind::Number},
                                                 {event::alarmEnabled, Kind::List},
-                                                {event::alarmChannels, Kind::Bits},
+                                                {event::alarmChannels, Kind::Channels},
                                                 {event::alarmActions, Kind::Bits},
                                                 {event::motionEnabled, Kind::List},
-                                                {event::motionChannels, Kind::Bits},
+                                                {event::motionChannels, Kind::Channels},
                                                 {event::motionActions, Kind::Bits},
                                                 {event::videoLossEnabled, Kind::List},
-                                                {event::videoLossChannels, Kind::Bits},
+                                                {event::videoLossChannels, Kind::Channels},
                                                 {event::videoLossActions, Kind::Bits},
                                             });
     for (const setup::FieldInfo &channels :

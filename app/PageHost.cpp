@@ -49,6 +49,10 @@ void PageHost::buildPages()
                 CWork *work = CWork::instance();
                 return work ? work->writeSection(section, bytes) : 0;
             });
+            page->setMirrorSource([] {
+                const CWork *work = CWork::instance();
+                return work ? work->mirror() : QByteArray();
+            });
             page->setDefaultSource([] {
                 return setup::SetupFiles::readDefaultFile(CSetupPage::defaultSetupPath()).bytes;
             });

@@ -44,6 +44,23 @@ void CSetupPage::setSection(setup::Section section)
     m_binder->setBase(info.offset);
 }
 
+void CSetupPage::setNestedSections(std::initializer_list<setup::Section> sections)
+{
+    m_nested.assign(sections);
+}
+
+void CSetupPage::takeNestedSections()
+{
+    const QByteArray mirror = m_mirror ? m_mirror() : QByteArray();
+    if (m_nested.empty() || mirror.size() != SetupRecordMap::RecordSize)
+        return;
+    const int own = SetupRecordMap::section(*m_section).offset;
+    for (setup::Section nested : m_nested) {
+        const setup::SectionInfo &info = SetupRecordMap::section(nested);
+        m_buffer.replace(info.offset - own, info.length, mirror.sliced(info.offset, info.length));
+    }
+}
+
 QString CSetupPage::defaultSetupPath()
 {
     const QString &path = defaultSetupPathOverride();
@@ -221,6 +238,7 @@ int CSetupPage::save()
     if (!m_section)
         return 0;
     gather();
+    takeNestedSections();
     const int result = m_writer ? m_writer(*m_section, m_buffer) : 0;
     if (result) {
         m_saved = m_buffer;

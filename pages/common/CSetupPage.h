@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 QT_BEGIN_NAMESPACE
 class QHBoxLayout;
@@ -49,6 +50,8 @@ public:
     using SectionWriter = std::function<int(setup::Section, const QByteArray &section)>;
     // The whole default setup record (zeros where the file has no bytes).
     using DefaultSource = std::function<QByteArray()>;
+    // The whole setup record as the session holds it now; empty without one.
+    using MirrorSource = std::function<QByteArray()>;
 
     explicit CSetupPage(QWidget *parent = nullptr);
     ~CSetupPage() override;
@@ -59,6 +62,7 @@ public:
 
     void setSectionWriter(SectionWriter writer) { m_writer = std::move(writer); }
     void setDefaultSource(DefaultSource source) { m_defaults = std::move(source); }
+    void setMirrorSource(MirrorSource source) { m_mirror = std::move(source); }
 
     // Builds the controls on first use (hidden, so that up to sixteen rows
     // appear at once), then takes the page's slice of `mirror` and fills.
@@ -98,6 +102,11 @@ Q_SIGNALS:
 
 protected:
     void setSection(setup::Section section);
+    // Sections inside the page's own that other pages write (a page that
+    // writes a whole block). A save resends their bytes as the session holds
+    // them at that moment, so it never takes back what those pages saved
+    // after this page was filled.
+    void setNestedSections(std::initializer_list<setup::Section> sections);
 
     // Creates the page's controls into contentArea() (or the tabs' pages),
     // binding them through binder().
@@ -117,6 +126,9 @@ protected:
     // flag was clear. While the controls are filled the flag is held set,
     // so the notifications that filling raises change nothing.
     void markModified();
+    // Sets or clears the flag and Save's state directly (a page whose view
+    // switch counts as a fresh start).
+    void setModified(bool modified);
 
     // The tab strip: one "Setup" tab, or one tab per group of settings.
     // Each returns the content widget of its tab.
@@ -149,13 +161,15 @@ protected:
 
 private:
     void ensureBuilt();
-    void setModified(bool modified);
     void createFrame();
+    void takeNestedSections();
 
     std::optional<setup::Section> m_section;
     SectionBinder *m_binder;
     SectionWriter m_writer;
     DefaultSource m_defaults;
+    MirrorSource m_mirror;
+    std::vector<setup::Section> m_nested;
     QByteArray m_buffer;
     QByteArray m_saved; // what the recorder holds as far as the page knows
     int m_channelCount = MaxChannels;

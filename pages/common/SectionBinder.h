@@ -6,6 +6,7 @@
 #include <QObject>
 
 #include <array>
+#include <functional>
 #include <vector>
 
 QT_BEGIN_NAMESPACE
@@ -30,6 +31,9 @@ class SectionBinder : public QObject
 public:
     static constexpr int MaxChannels = 16;
     using Kind = FieldEditor::Kind;
+    // Builds the editor of element [i][j] for a column of a page's own kind.
+    using Factory = std::function<FieldEditor *(const setup::FieldInfo &field, int i, int j,
+                                                QWidget *parent)>;
 
     // A column of a channel grid. Row r edits element [r] of the field, or
     // [fixed][r] when the field's first index is something else (a mode).
@@ -42,6 +46,8 @@ public:
         // A check box above a check column that sets the whole column.
         bool headerBox = false;
         int fixed = -1;
+        // Set for a column of a page's own editors; `kind` is then unused.
+        Factory make = nullptr;
     };
 
     // A labelled row of a form: element [i][j] of the field.

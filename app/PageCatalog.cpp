@@ -2,6 +2,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/record/CRemoteRecordSetupDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
 
@@ -51,7 +52,8 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {Camera, RS_TEXT("Motion"), RS_TEXT("%s - Remote Setup / Camera / Motion"), 0x801D, nullptr},
     {Camera, RS_TEXT("Video Loss"), RS_TEXT("%s - Remote Setup / Camera / Video Loss"), 0x801E,
      nullptr},
-    {Record, RS_TEXT("Setup"), RS_TEXT("%s - Remote Setup / Record / Setup"), 0x800C, nullptr},
+    {Record, RS_TEXT("Setup"), RS_TEXT("%s - Remote Setup / Record / Setup"), 0x800C,
+     create<CRemoteRecordSetupDlg>},
     {Record, RS_TEXT("Schedule"), RS_TEXT("%s - Remote Setup / Record / Schedule"), 0x800D,
      nullptr},
     {Record, RS_TEXT("Holiday"), RS_TEXT("%s - Remote Setup / Record / Holiday"), 0x800E, nullptr},

@@ -430,12 +430,28 @@ inline constexpr ValueName quality[] = {
     {0xFF02, "Normal"},
     {0xFF03, "Low"},
 };
-inline constexpr ValueName preEventType[] = {{1, "Alarm"}, {2, "Motion"}, {3, "Motion+Alarm"}};
+// In the order of the page's list: M motion, A alarm, M+A both.
+inline constexpr ValueName preEventType[] = {{2, "M"}, {1, "A"}, {3, "M+A"}};
+inline constexpr ValueName preEventDwell[] = {
+    {1, "1 Sec"}, {2, "2 Sec"}, {3, "3 Sec"}, {4, "4 Sec"}, {5, "5 Sec"},
+};
+// The lists of the two video standards, by resolution index (width code
+// 1 full or 2 half, then height code 0 full or 1 half) and frame-rate index.
+inline constexpr ValueName resolutionNtsc[]
+    = {{0, "704*480"}, {1, "704*240"}, {2, "352*480"}, {3, "352*240"}};
+inline constexpr ValueName resolutionPal[]
+    = {{0, "704*576"}, {1, "704*288"}, {2, "352*576"}, {3, "352*288"}};
+inline constexpr ValueName frameRateNtsc[]
+    = {{0, "1"}, {1, "2"}, {2, "5"}, {3, "10"}, {4, "15"}, {5, "30"}};
+inline constexpr ValueName frameRatePal[]
+    = {{0, "1"}, {1, "2"}, {2, "4"}, {3, "8"}, {4, "12"}, {5, "25"}};
 } // namespace values
 namespace record {
 inline constexpr int base = at(Section::RecordSetup);
-inline constexpr FieldInfo preEvent
-    = FieldInfo::u32("pre-event", base).grid(4, 640, 16, 40).named(values::offOn);
+inline constexpr FieldInfo preEvent = FieldInfo::u32("pre-event", base)
+                                          .grid(4, 640, 16, 40)
+                                          .named(values::offOn)
+                                          .labelled("Pre-Event");
 inline constexpr FieldInfo widthCode
     = FieldInfo::u32("width-code", base + 4).grid(4, 640, 16, 40).named(values::widthCode);
 inline constexpr FieldInfo heightCode
@@ -447,11 +463,25 @@ inline constexpr FieldInfo quality
     = FieldInfo::u16("quality", base + 20).grid(4, 640, 16, 40).hex().named(values::quality);
 inline constexpr FieldInfo qualityCopy
     = FieldInfo::u16("quality-copy", base + 22).grid(4, 640, 16, 40).hex().named(values::quality);
-inline constexpr FieldInfo eventType
-    = FieldInfo::u32("event-type", base + 32).grid(4, 640, 16, 40).named(values::preEventType);
-inline constexpr FieldInfo dwell = FieldInfo::u32("dwell", base + 36).grid(4, 640, 16, 40);
+inline constexpr FieldInfo eventType = FieldInfo::u32("event-type", base + 32)
+                                           .grid(4, 640, 16, 40)
+                                           .named(values::preEventType)
+                                           .labelled("Type");
+inline constexpr FieldInfo dwell = FieldInfo::u32("dwell", base + 36)
+                                       .grid(4, 640, 16, 40)
+                                       .named(values::preEventDwell)
+                                       .labelled("Dwell Time");
 inline constexpr FieldInfo all[] = {preEvent, widthCode,   heightCode, frameRate, frameRateCopy,
                                     quality,  qualityCopy, eventType,  dwell};
+// What the page edits as one value, each spanning the fields above that
+// hold it (so not listed in `all`): the two resolution codes, a frame rate
+// and its copy, a quality and its copy.
+inline constexpr FieldInfo resolution
+    = FieldInfo::bytes("resolution", base + 4, 8).grid(4, 640, 16, 40).labelled("Resolution");
+inline constexpr FieldInfo frameRates
+    = FieldInfo::bytes("frame-rates", base + 12, 8).grid(4, 640, 16, 40).labelled("FPS");
+inline constexpr FieldInfo qualities
+    = FieldInfo::bytes("qualities", base + 20, 4).grid(4, 640, 16, 40).labelled("Quality");
 } // namespace record
 
 namespace values {

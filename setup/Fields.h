@@ -485,28 +485,45 @@ inline constexpr FieldInfo qualities
 } // namespace record
 
 namespace values {
+// In the order of the schedule page's lists.
 inline constexpr ValueName scheduleDay[] = {
     {1, "SUN"},  {2, "MON"},  {4, "TUE"},   {8, "WED"},   {16, "THU"},
-    {32, "FRI"}, {64, "SAT"}, {127, "ALL"}, {128, "HOL"},
+    {32, "FRI"}, {64, "SAT"}, {128, "HOL"}, {127, "ALL"},
 };
 inline constexpr ValueName scheduleMode[] = {
-    {1, "Continue"}, {16, "Alarm"}, {32, "Motion"}, {33, "M+C"}, {48, "A+M"},
+    {16, "Alarm"}, {32, "Motion"}, {48, "A+M"}, {1, "Continue"}, {33, "M+C"},
 };
 } // namespace values
 namespace schedule {
 inline constexpr int base = at(Section::Schedule);
-inline constexpr FieldInfo count = FieldInfo::u32("count", base);
-inline constexpr FieldInfo day
-    = FieldInfo::u32("day", base + 4).repeat(40, 24).named(values::scheduleDay);
-inline constexpr FieldInfo startHour = FieldInfo::u16("start-hour", base + 8).repeat(40, 24);
-inline constexpr FieldInfo startMinute = FieldInfo::u16("start-minute", base + 10).repeat(40, 24);
-inline constexpr FieldInfo endHour = FieldInfo::u16("end-hour", base + 12).repeat(40, 24);
-inline constexpr FieldInfo endMinute = FieldInfo::u16("end-minute", base + 14).repeat(40, 24);
-inline constexpr FieldInfo mode
-    = FieldInfo::u32("mode", base + 16).repeat(40, 24).named(values::scheduleMode);
-inline constexpr FieldInfo channels = FieldInfo::u32("channels", base + 20).repeat(40, 24).hex();
+inline constexpr int capacity = 40;
+inline constexpr FieldInfo count = FieldInfo::u32("count", base).range(0, capacity);
+inline constexpr FieldInfo day = FieldInfo::u32("day", base + 4)
+                                     .repeat(capacity, 24)
+                                     .named(values::scheduleDay)
+                                     .labelled("Day");
+inline constexpr FieldInfo startHour
+    = FieldInfo::u16("start-hour", base + 8).repeat(capacity, 24).range(0, 23);
+inline constexpr FieldInfo startMinute
+    = FieldInfo::u16("start-minute", base + 10).repeat(capacity, 24).range(0, 59);
+inline constexpr FieldInfo endHour
+    = FieldInfo::u16("end-hour", base + 12).repeat(capacity, 24).range(0, 23);
+inline constexpr FieldInfo endMinute
+    = FieldInfo::u16("end-minute", base + 14).repeat(capacity, 24).range(0, 59);
+inline constexpr FieldInfo mode = FieldInfo::u32("mode", base + 16)
+                                      .repeat(capacity, 24)
+                                      .named(values::scheduleMode)
+                                      .labelled("Mode");
+inline constexpr FieldInfo channels = FieldInfo::u32("channels", base + 20)
+                                          .repeat(capacity, 24)
+                                          .hex()
+                                          .bits(values::channelBits)
+                                          .labelled("Channel");
 inline constexpr FieldInfo all[]
     = {count, day, startHour, startMinute, endHour, endMinute, mode, channels};
+// An entry as the page edits it: the fields above (so not listed in `all`).
+inline constexpr FieldInfo entry
+    = FieldInfo::bytes("entry", base + 4, 20).repeat(capacity, 24).labelled("No.");
 } // namespace schedule
 
 namespace values {

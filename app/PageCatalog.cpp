@@ -2,6 +2,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/record/CRemoteRecordHolidayDlg.h"
 #include "pages/record/CRemoteRecordScheduleDlg.h"
 #include "pages/record/CRemoteRecordSetupDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
@@ -57,7 +58,8 @@ const std::array<PageCatalog::Entry, 26> Entries {{
      create<CRemoteRecordSetupDlg>},
     {Record, RS_TEXT("Schedule"), RS_TEXT("%s - Remote Setup / Record / Schedule"), 0x800D,
      create<CRemoteRecordScheduleDlg>},
-    {Record, RS_TEXT("Holiday"), RS_TEXT("%s - Remote Setup / Record / Holiday"), 0x800E, nullptr},
+    {Record, RS_TEXT("Holiday"), RS_TEXT("%s - Remote Setup / Record / Holiday"), 0x800E,
+     create<CRemoteRecordHolidayDlg>},
     {Device, RS_TEXT("RS-232C"), RS_TEXT("%s - Remote Setup / Device / RS-232C"), 0x801A, nullptr},
     {Device, RS_TEXT("Keyboard Control"), RS_TEXT("%s - Remote Setup / Device / Keyboard Control"),
      0x8010, nullptr},

@@ -531,7 +531,8 @@ inline constexpr ValueName holidayKind[] = {{0, "None"}, {1, "Fixed Date"}, {2, 
 } // namespace values
 namespace holiday {
 inline constexpr int base = at(Section::Holiday);
-inline constexpr FieldInfo enabled = FieldInfo::u8("enabled", base).named(values::offOn);
+inline constexpr FieldInfo enabled
+    = FieldInfo::u8("enabled", base).named(values::offOn).labelled("Use Holidays");
 inline constexpr FieldInfo count = FieldInfo::u8("count", base + 2);
 inline constexpr FieldInfo kind
     = FieldInfo::u32("kind", base + 4).repeat(220, 8).named(values::holidayKind);
@@ -540,6 +541,10 @@ inline constexpr FieldInfo day = FieldInfo::u8("day", base + 9).repeat(220, 8);
 inline constexpr FieldInfo weekday
     = FieldInfo::u8("weekday", base + 10).repeat(220, 8).named(values::weekdays);
 inline constexpr FieldInfo all[] = {enabled, count, kind, month, day, weekday};
+// The list as the page edits it, count and entries: the fields above (so
+// not listed in `all`).
+inline constexpr FieldInfo entries
+    = FieldInfo::bytes("entries", base + 2, 1762).labelled("Holiday");
 } // namespace holiday
 
 // ---- DEVICE ----------------------------------------------------------------

@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QSpinBox>
 #include <QToolButton>
@@ -58,13 +59,28 @@ quint32 shownOr(const QSpinBox *box, quint32 stored)
                                                                                          : shown;
 }
 
+// Hours and minutes with two digits, as a clock shows them.
+class TimeBox : public QSpinBox
+{
+public:
+    using QSpinBox::QSpinBox;
+
+protected:
+    QString textFromValue(int value) const override
+    {
+        return QStringLiteral("%1").arg(value, 2, 10, QLatin1Char('0'));
+    }
+};
+
 } // namespace
 
 ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
     : FieldEditor(fields::entry, index, 0, parent)
     , m_number(new QLabel(QString::number(index + 1), parent))
     , m_day(listOf(fields::day, parent))
+    , m_colons {new QLabel(u":"_s, parent), new QLabel(u":"_s, parent)}
     , m_mode(listOf(fields::mode, parent))
+    , m_channelText(new QLineEdit(parent))
     , m_channelButton(new QToolButton(parent))
 {
     const QString line = u' ' + QString::number(index + 1);
@@ -83,7 +99,7 @@ ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
         nelib::tr("End Time") + line + u' ' + nelib::tr("Minute"),
     };
     for (int t = 0; t < 4; ++t) {
-        auto *box = new QSpinBox(parent);
+        auto *box = new TimeBox(parent);
         box->setRange(int(timeFields[t].lowest()), int(timeFields[t].highest()));
         box->setWrapping(true);
         box->setAlignment(Qt::AlignRight);
@@ -94,16 +110,17 @@ ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
 
     // The channels drop down from the field as a panel of boxes that stays
     // open while the operator ticks them.
-    m_channelButton->setAccessibleName(nelib::tr(fields::channels.label) + line);
+    m_channelText->setReadOnly(true);
+    m_channelText->setAccessibleName(nelib::tr(fields::channels.label) + line);
+    m_channelButton->setAccessibleName(m_channelText->accessibleName() + u" ..."_s);
+    m_channelButton->setText(u"..."_s);
     m_channelButton->setPopupMode(QToolButton::InstantPopup);
-    m_channelButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    m_channelButton->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     auto *menu = new QMenu(m_channelButton);
     auto *panel = new QWidget(menu);
     auto *grid = new QGridLayout(panel);
     for (int c = 0; c < 16; ++c) {
         auto *box = new QCheckBox(nelib::tr(fields::channels.bitNames[c].name), panel);
-        box->setAccessibleName(m_channelButton->accessibleName() + u' ' + box->text());
+        box->setAccessibleName(m_channelText->accessibleName() + u' ' + box->text());
         grid->addWidget(box, c / 4, c % 4);
         connect(box, &QCheckBox::toggled, this, &ScheduleEntryEditor::showChannels);
         connect(box, &QCheckBox::clicked, this, &FieldEditor::edited);
@@ -118,9 +135,10 @@ ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
 
 ScheduleEntryEditor::~ScheduleEntryEditor() = default;
 
-QList<QWidget *> ScheduleEntryEditor::controls() const
+QList<QWidget *> ScheduleEntryEditor::rowWidgets() const
 {
-    return {m_day, m_times[0], m_times[1], m_times[2], m_times[3], m_mode, m_channelButton};
+    return {m_number,    m_day,      m_times[0], m_colons[0],   m_times[1],     m_times[2],
+            m_colons[1], m_times[3], m_mode,     m_channelText, m_channelButton};
 }
 
 ScheduleEntryEditor::Entry ScheduleEntryEditor::entry() const
@@ -176,7 +194,9 @@ void ScheduleEntryEditor::showChannels()
             text += nelib::tr("%d,").replace(u"%d"_s, QString::number(c + 1));
     }
     text.chop(1);
-    m_channelButton->setText(text);
+    m_channelText->setText(text);
+    m_channelText->setCursorPosition(0);
+    m_channelText->setToolTip(text);
 }
 
 QWidget *ScheduleEntryEditor::widget() const

@@ -8,6 +8,7 @@ QT_BEGIN_NAMESPACE
 class QCheckBox;
 class QComboBox;
 class QLabel;
+class QLineEdit;
 class QSpinBox;
 class QToolButton;
 QT_END_NAMESPACE
@@ -58,10 +59,11 @@ public:
     QSpinBox *endHour() const { return m_times[2]; }
     QSpinBox *endMinute() const { return m_times[3]; }
     QComboBox *modeList() const { return m_mode; }
+    // The channels as "1,2,5"; the button beside it drops down their boxes.
+    QLineEdit *channelText() const { return m_channelText; }
     QToolButton *channelButton() const { return m_channelButton; }
-    QCheckBox *channelBox(int channel) const { return m_channelBoxes[channel]; }
-    // The row's controls in tab order.
-    QList<QWidget *> controls() const;
+    // The row from the line number on, one widget a column, in tab order.
+    QList<QWidget *> rowWidgets() const;
 
     // The day list: the editor's main control.
     QWidget *widget() const override;
@@ -77,7 +79,9 @@ private:
     QLabel *m_number;
     QComboBox *m_day;
     std::array<QSpinBox *, 4> m_times;
+    std::array<QLabel *, 2> m_colons;
     QComboBox *m_mode;
+    QLineEdit *m_channelText;
     QToolButton *m_channelButton;
     std::array<QCheckBox *, 16> m_channelBoxes;
 };

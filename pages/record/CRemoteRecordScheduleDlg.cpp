@@ -13,9 +13,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QSpinBox>
 #include <QStackedWidget>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -55,6 +53,7 @@ void CRemoteRecordScheduleDlg::buildControls()
         = {nelib::tr("No."),      nelib::tr(fields::day.label),  nelib::tr("Start Time"),
            nelib::tr("End Time"), nelib::tr(fields::mode.label), nelib::tr(fields::channels.label)};
     const int headingColumns[] = {0, 2, 3, 6, 9, 10};
+    const int headingSpans[] = {2, 1, 3, 3, 1, 2};
     for (int screen = 0; screen < Capacity / RowsPerScreen; ++screen) {
         auto *page = new QWidget(m_screens);
         auto *grid = new QGridLayout(page);
@@ -62,7 +61,7 @@ void CRemoteRecordScheduleDlg::buildControls()
         grid->setVerticalSpacing(4);
         for (int h = 0; h < 6; ++h)
             grid->addWidget(new CTransparentStatic(headings[h], page), 0, headingColumns[h], 1,
-                            h == 2 || h == 3 ? 3 : (h == 0 ? 2 : 1));
+                            headingSpans[h]);
         for (int row = 0; row < RowsPerScreen; ++row) {
             const int slot = screen * RowsPerScreen + row;
             auto *entry = new ScheduleEntryEditor(slot, page);
@@ -71,16 +70,9 @@ void CRemoteRecordScheduleDlg::buildControls()
             connect(mark, &QCheckBox::clicked, this, &CRemoteRecordScheduleDlg::entryBoxClicked);
             const int y = row + 1;
             grid->addWidget(mark, y, 0);
-            grid->addWidget(entry->numberLabel(), y, 1);
-            grid->addWidget(entry->dayList(), y, 2);
-            grid->addWidget(entry->startHour(), y, 3);
-            grid->addWidget(new QLabel(u":"_s, page), y, 4);
-            grid->addWidget(entry->startMinute(), y, 5);
-            grid->addWidget(entry->endHour(), y, 6);
-            grid->addWidget(new QLabel(u":"_s, page), y, 7);
-            grid->addWidget(entry->endMinute(), y, 8);
-            grid->addWidget(entry->modeList(), y, 9);
-            grid->addWidget(entry->channelButton(), y, 10);
+            int column = 1;
+            for (QWidget *w : entry->rowWidgets())
+                grid->addWidget(w, y, column++);
             binder().add(entry);
             m_entries[slot] = entry;
             m_marks[slot] = mark;
@@ -209,9 +201,8 @@ void CRemoteRecordScheduleDlg::showScreen(int screen)
     for (int slot = 0; slot < Capacity; ++slot) {
         const bool shown = slot < m_count;
         m_marks[slot]->setVisible(shown);
-        m_entries[slot]->numberLabel()->setVisible(shown);
-        for (QWidget *control : m_entries[slot]->controls())
-            control->setVisible(shown);
+        for (QWidget *w : m_entries[slot]->rowWidgets())
+            w->setVisible(shown);
     }
 }
 

@@ -150,6 +150,11 @@ QGridLayout *CRemoteRecordSetupDlg::modeGrid(QWidget *parent, int mode)
         connect(binder().widget<QCheckBox>(fields::preEvent, mode, row), &QCheckBox::toggled, this,
                 &CRemoteRecordSetupDlg::updatePreEventRows);
     }
+    // The header box stands alone above its column, under the "Ch." heading.
+    if (QLayout *heading = grid->itemAtPosition(0, 1)->layout()) {
+        if (QWidget *label = heading->itemAt(1)->widget())
+            label->hide();
+    }
     return grid;
 }
 
@@ -191,6 +196,7 @@ void CRemoteRecordSetupDlg::buildControls()
                 header->setCurrentIndex(0);
             });
         }
+        grid->setHorizontalSpacing(8);
         grid->setColumnStretch(columns.size() + 1, 1);
         auto *layout = new QVBoxLayout(gridPage);
         layout->setContentsMargins(0, 0, 0, 0);

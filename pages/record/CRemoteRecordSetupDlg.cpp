@@ -122,7 +122,10 @@ void CRemoteRecordSetupDlg::load(const QByteArray &mirror, int channelCount)
 
 void CRemoteRecordSetupDlg::setVideoStandard(int standard)
 {
-    m_pal = standard != 0;
+    const bool pal = standard != 0;
+    if (pal == m_pal)
+        return;
+    m_pal = pal;
     if (m_mode)
         applyVideoStandard();
 }
@@ -147,8 +150,13 @@ QGridLayout *CRemoteRecordSetupDlg::modeGrid(QWidget *parent, int mode)
                     {fields::dwell, Kind::List, -1, false, mode},
                 });
     for (int row = 0; row < MaxChannels; ++row) {
-        connect(binder().widget<QCheckBox>(fields::preEvent, mode, row), &QCheckBox::toggled, this,
-                &CRemoteRecordSetupDlg::updatePreEventRows);
+        QCheckBox *box = binder().widget<QCheckBox>(fields::preEvent, mode, row);
+        for (const FieldInfo &field : columnsOf(mode)) {
+            if (field.offset != fields::preEvent.offset)
+                m_preEventLists[row].append(binder().editor(field, mode, row)->widget());
+        }
+        m_preEventBoxes[row] = box;
+        connect(box, &QCheckBox::toggled, this, [this, row] { updatePreEventRow(row); });
     }
     // The header box stands alone above its column, under the "Ch." heading.
     if (QLayout *heading = grid->itemAtPosition(0, 1)->layout()) {
@@ -261,20 +269,16 @@ void CRemoteRecordSetupDlg::showMode()
     m_grids->setCurrentIndex(mode);
     for (QComboBox *header : std::as_const(m_headers[mode]))
         header->setCurrentIndex(0);
-    updatePreEventRows();
+    for (int row = 0; row < MaxChannels; ++row)
+        updatePreEventRow(row);
 }
 
 // A channel's Pre-Event profile counts only while the channel records before
 // events, so its lists are enabled only then.
-void CRemoteRecordSetupDlg::updatePreEventRows()
+void CRemoteRecordSetupDlg::updatePreEventRow(int row)
 {
-    for (int row = 0; row < MaxChannels; ++row) {
-        const bool on = binder().widget<QCheckBox>(fields::preEvent, PreEvent, row)->isChecked();
-        for (const FieldInfo &field : columnsOf(PreEvent)) {
-            if (field.offset != fields::preEvent.offset)
-                binder().editor(field, PreEvent, row)->widget()->setEnabled(on);
-        }
-    }
+    for (QWidget *list : std::as_const(m_preEventLists[row]))
+        list->setEnabled(m_preEventBoxes[row]->isChecked());
     if (ColumnCheckBox *header = binder().headerBox(fields::preEvent))
         header->update();
 }

@@ -5,6 +5,7 @@
 #include <array>
 
 QT_BEGIN_NAMESPACE
+class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QStackedWidget;
@@ -45,13 +46,16 @@ private:
     QGridLayout *modeGrid(QWidget *parent, int mode);
     void showMode();
     void applyHeader(int mode, const setup::FieldInfo &field, int item);
-    void updatePreEventRows();
+    void updatePreEventRow(int row);
     void applyVideoStandard();
     void copySettings();
 
     QComboBox *m_mode = nullptr;
     QStackedWidget *m_grids = nullptr;
     std::array<QList<QComboBox *>, ModeCount> m_headers;
+    std::array<QCheckBox *, MaxChannels> m_preEventBoxes {};
+    // The lists of a Pre-Event row, enabled while its box is checked.
+    std::array<QList<QWidget *>, MaxChannels> m_preEventLists;
     CRemoteRecordCopySettingDlg *m_copyDialog = nullptr;
     bool m_pal = false;
 };

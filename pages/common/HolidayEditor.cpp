@@ -124,7 +124,6 @@ void HolidayEditor::fill(QByteArrayView section, int base)
     m_holidays = start >= 0 && start <= section.size()
                      ? HolidayList::fromSection(section.sliced(start), m_year)
                      : HolidayList {};
-    m_filled = m_holidays;
     showMonth();
     showList();
 }
@@ -132,9 +131,12 @@ void HolidayEditor::fill(QByteArrayView section, int base)
 void HolidayEditor::gather(QByteArray &section, int base) const
 {
     const qsizetype start = setup::fields::holiday::base - base;
-    if (m_holidays == m_filled || start < 0 || start > section.size())
+    if (start < 0 || start > section.size())
         return;
     QByteArray list = section.sliced(start);
+    // A list that reads as the one shown is kept in the form it has.
+    if (HolidayList::fromSection(list, m_year) == m_holidays)
+        return;
     m_holidays.toSection(list, m_year);
     section.replace(start, list.size(), list);
 }

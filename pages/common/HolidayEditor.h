@@ -14,9 +14,9 @@ QT_END_NAMESPACE
 // The holiday list of a holiday section: a month calendar of the page's year
 // whose day buttons toggle fixed-date holidays, and a list of every holiday
 // set. Weekday holidays come in through setHolidays() (the page's weekday
-// calendar). Gather writes the list only when it differs from what was
-// filled, so entries that the calendar cannot show come back unchanged until
-// the operator changes the holidays.
+// calendar). Gather writes the list only when it differs from the one the
+// section holds, so entries that the calendar cannot show come back
+// unchanged until the operator changes the holidays.
 class HolidayEditor : public FieldEditor
 {
     Q_OBJECT
@@ -48,7 +48,6 @@ private:
 
     int m_year;
     setup::HolidayList m_holidays;
-    setup::HolidayList m_filled;
     QWidget *m_panel;
     QComboBox *m_month;
     std::array<QToolButton *, setup::HolidayList::WeekRows * 7> m_cells {};

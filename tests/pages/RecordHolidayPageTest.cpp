@@ -104,3 +104,23 @@ TEST(HolidayPage, HolidaysPickedOnTheCalendarsAreStoredAndReadBack)
     EXPECT_TRUE(page.isModified());
     window.worker.reset();
 }
+
+TEST(HolidayPage, DefaultShowsTheFactoryHolidaysAndSaveWritesThem)
+{
+    CRemoteRecordHolidayDlg page;
+    QByteArray written;
+    page.setSectionWriter([&written](setup::Section, const QByteArray &bytes) {
+        written = bytes;
+        return 1;
+    });
+    page.setDefaultSource([] { return setup::FactoryDefaults::record(); });
+    QByteArray record = setup::FactoryDefaults::record();
+    record[SectionOffset + 2] = 0;
+    page.load(record, 16);
+    EXPECT_EQ(named<QListWidget>(&page, u"Holiday"_s)->count(), 0);
+
+    pagetest::button(&page, u"Default"_s)->click();
+    EXPECT_EQ(named<QListWidget>(&page, u"Holiday"_s)->count(), 2);
+    page.save();
+    EXPECT_EQ(written, holidaySlice(setup::FactoryDefaults::record()));
+}

@@ -16,6 +16,8 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include <span>
+
 using namespace Qt::StringLiterals;
 namespace fields = setup::fields::schedule;
 using setup::FieldTable;
@@ -46,15 +48,16 @@ CRemoteRecordScheduleDlg::CRemoteRecordScheduleDlg(QWidget *parent)
 
 CRemoteRecordScheduleDlg::~CRemoteRecordScheduleDlg() = default;
 
-void CRemoteRecordScheduleDlg::buildControls()
+// Screen pages are built as entries reach them: most recorders use one.
+void CRemoteRecordScheduleDlg::buildScreens(int screens)
 {
-    m_screens = new QStackedWidget(contentArea());
     const QString headings[]
         = {nelib::tr("No."),      nelib::tr(fields::day.label),  nelib::tr("Start Time"),
            nelib::tr("End Time"), nelib::tr(fields::mode.label), nelib::tr(fields::channels.label)};
     const int headingColumns[] = {0, 2, 3, 6, 9, 10};
     const int headingSpans[] = {2, 1, 3, 3, 1, 2};
-    for (int screen = 0; screen < Capacity / RowsPerScreen; ++screen) {
+    while (m_screens->count() < screens) {
+        const int screen = m_screens->count();
         auto *page = new QWidget(m_screens);
         auto *grid = new QGridLayout(page);
         grid->setContentsMargins(0, 0, 0, 0);
@@ -65,6 +68,7 @@ void CRemoteRecordScheduleDlg::buildControls()
         for (int row = 0; row < RowsPerScreen; ++row) {
             const int slot = screen * RowsPerScreen + row;
             auto *entry = new ScheduleEntryEditor(slot, page);
+            entry->setChannelCount(channelCount());
             auto *mark = new QCheckBox(page);
             mark->setAccessibleName(nelib::tr("Delete") + u' ' + QString::number(slot + 1));
             connect(mark, &QCheckBox::clicked, this, &CRemoteRecordScheduleDlg::entryBoxClicked);
@@ -81,6 +85,17 @@ void CRemoteRecordScheduleDlg::buildControls()
         grid->setRowStretch(RowsPerScreen + 1, 1);
         m_screens->addWidget(page);
     }
+}
+
+int CRemoteRecordScheduleDlg::builtSlots() const
+{
+    return m_screens->count() * RowsPerScreen;
+}
+
+void CRemoteRecordScheduleDlg::buildControls()
+{
+    m_screens = new QStackedWidget(contentArea());
+    buildScreens(1);
     // The first entry's day stays as the recorder has it.
     m_entries[0]->numberLabel()->setEnabled(false);
     m_entries[0]->dayList()->setEnabled(false);
@@ -111,8 +126,9 @@ void CRemoteRecordScheduleDlg::buildControls()
 void CRemoteRecordScheduleDlg::fillControls(QByteArrayView section, Source source)
 {
     m_count = storedCount(section, binder().base());
+    buildScreens(screenOf(m_count));
     // Slots past the count start afresh, with an emptied slot's values.
-    for (int slot = 0; slot < Capacity; ++slot) {
+    for (int slot = 0; slot < builtSlots(); ++slot) {
         m_entries[slot]->setInUse(slot < m_count);
         if (slot >= m_count)
             m_entries[slot]->setEntry(ScheduleEntryEditor::Entry {});
@@ -134,8 +150,8 @@ void CRemoteRecordScheduleDlg::gatherControls(QByteArray &section)
 
 void CRemoteRecordScheduleDlg::afterFill()
 {
-    for (ScheduleEntryEditor *entry : m_entries)
-        entry->setChannelCount(channelCount());
+    for (int slot = 0; slot < builtSlots(); ++slot)
+        m_entries[slot]->setChannelCount(channelCount());
     showScreen(1);
 }
 
@@ -154,6 +170,7 @@ void CRemoteRecordScheduleDlg::addEntry()
 {
     if (m_count == Capacity)
         return;
+    buildScreens(screenOf(m_count + 1));
     m_entries[m_count]->setInUse(true);
     ++m_count;
     showScreenOf(m_count);
@@ -162,7 +179,8 @@ void CRemoteRecordScheduleDlg::addEntry()
 
 void CRemoteRecordScheduleDlg::deleteCheckedEntries()
 {
-    const auto marked = std::count_if(m_marks.begin(), m_marks.end(),
+    const auto marks = std::span(m_marks).first(builtSlots());
+    const auto marked = std::count_if(marks.begin(), marks.end(),
                                       [](const QCheckBox *mark) { return mark->isChecked(); });
     if (marked == 0) {
         MessageSink::show(nelib::tr("You can delete only the entry that is checked."));
@@ -170,7 +188,7 @@ void CRemoteRecordScheduleDlg::deleteCheckedEntries()
     }
     // The unticked entries move up in their order; the ticked ones are dropped.
     int kept = 0;
-    for (int slot = 0; slot < Capacity; ++slot) {
+    for (int slot = 0; slot < builtSlots(); ++slot) {
         if (m_marks[slot]->isChecked())
             continue;
         if (kept != slot)
@@ -178,7 +196,7 @@ void CRemoteRecordScheduleDlg::deleteCheckedEntries()
         ++kept;
     }
     m_count -= int(marked);
-    for (int slot = 0; slot < Capacity; ++slot) {
+    for (int slot = 0; slot < builtSlots(); ++slot) {
         m_marks[slot]->setChecked(false);
         if (slot >= m_count) {
             m_entries[slot]->setEntry(ScheduleEntryEditor::Entry {});
@@ -198,7 +216,7 @@ void CRemoteRecordScheduleDlg::showScreen(int screen)
 {
     m_screen = std::clamp(screen, 1, screenOf(m_count));
     m_screens->setCurrentIndex(m_screen - 1);
-    for (int slot = 0; slot < Capacity; ++slot) {
+    for (int slot = 0; slot < builtSlots(); ++slot) {
         const bool shown = slot < m_count;
         m_marks[slot]->setVisible(shown);
         for (QWidget *w : m_entries[slot]->rowWidgets())
@@ -216,7 +234,8 @@ void CRemoteRecordScheduleDlg::selectAllClicked(bool checked)
 
 void CRemoteRecordScheduleDlg::entryBoxClicked()
 {
-    if (std::all_of(m_marks.begin(), m_marks.end(),
-                    [](const QCheckBox *mark) { return mark->isChecked(); }))
+    if (builtSlots() == Capacity
+        && std::all_of(m_marks.begin(), m_marks.end(),
+                       [](const QCheckBox *mark) { return mark->isChecked(); }))
         m_selectAll->setChecked(true);
 }

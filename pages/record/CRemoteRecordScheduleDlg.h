@@ -39,6 +39,8 @@ protected:
     void afterFill() override;
 
 private:
+    void buildScreens(int screens);
+    int builtSlots() const;
     void addEntry();
     void deleteCheckedEntries();
     void showScreen(int screen);

@@ -70,6 +70,8 @@ QStringList headerItems(const FieldInfo &field, bool pal)
         return textsOf(resolutions(pal));
     if (field.offset == fields::frameRates.offset)
         return textsOf(frameRates(pal));
+    if (field.offset == fields::qualities.offset)
+        return textsOf(values::quality);
     if (field.offset == fields::dwell.offset) {
         QStringList texts;
         for (int seconds = 1; seconds <= HeaderDwellSeconds; ++seconds)

@@ -118,6 +118,7 @@ TEST_F(RecordSetupPage, HeaderQualityOfOneModeReachesTheRecorderWithEverythingEl
         ASSERT_TRUE(work.writeSection(setup::Section::Schedule, schedule));
 
         setMode(Mode::Event);
+        ASSERT_EQ(header(u"Quality"_s)->itemText(2), u"High"_s);
         choose(header(u"Quality"_s), 2);
         EXPECT_EQ(header(u"Quality"_s)->currentIndex(), 0);
         EXPECT_TRUE(page.isModified());
@@ -197,8 +198,10 @@ TEST_F(RecordSetupPage, PreEventRowsFollowTheirCheckBoxAndDwellHeaderPastFiveEmp
     setMode(Mode::PreEvent);
     EXPECT_TRUE(preEvent(2)->isChecked()) << "a mode switch lost the page's values";
 
+    ASSERT_EQ(header(u"Dwell Time"_s)->itemText(7), u"7 Sec"_s);
     choose(header(u"Dwell Time"_s), 7);
     EXPECT_EQ(list(record::dwell, Mode::PreEvent, 1)->currentIndex(), -1);
+    ASSERT_EQ(header(u"Type"_s)->itemText(1), u"M"_s);
     choose(header(u"Type"_s), 1);
     page.save();
     QByteArray expected = block(initial);

@@ -74,21 +74,16 @@ protected:
 
 } // namespace
 
+// The controls are created in row order, which is also their tab order.
 ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
     : FieldEditor(fields::entry, index, 0, parent)
     , m_number(new QLabel(QString::number(index + 1), parent))
     , m_day(listOf(fields::day, parent))
-    , m_colons {new QLabel(u":"_s, parent), new QLabel(u":"_s, parent)}
-    , m_mode(listOf(fields::mode, parent))
-    , m_channelText(new QLineEdit(parent))
-    , m_channelButton(new QToolButton(parent))
 {
     const QString line = u' ' + QString::number(index + 1);
     m_number->setAlignment(Qt::AlignCenter);
     m_day->setAccessibleName(nelib::tr(fields::day.label) + line);
-    m_mode->setAccessibleName(nelib::tr(fields::mode.label) + line);
     connect(m_day, &QComboBox::activated, this, &FieldEditor::edited);
-    connect(m_mode, &QComboBox::activated, this, &FieldEditor::edited);
 
     const FieldInfo timeFields[]
         = {fields::startHour, fields::startMinute, fields::endHour, fields::endMinute};
@@ -106,10 +101,18 @@ ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
         box->setAccessibleName(timeNames[t]);
         connect(box, &QSpinBox::valueChanged, this, &FieldEditor::edited);
         m_times[t] = box;
+        if (t % 2 == 0)
+            m_colons[t / 2] = new QLabel(u":"_s, parent);
     }
+
+    m_mode = listOf(fields::mode, parent);
+    m_mode->setAccessibleName(nelib::tr(fields::mode.label) + line);
+    connect(m_mode, &QComboBox::activated, this, &FieldEditor::edited);
 
     // The channels drop down from the field as a panel of boxes that stays
     // open while the operator ticks them.
+    m_channelText = new QLineEdit(parent);
+    m_channelButton = new QToolButton(parent);
     m_channelText->setReadOnly(true);
     m_channelText->setAccessibleName(nelib::tr(fields::channels.label) + line);
     m_channelButton->setAccessibleName(m_channelText->accessibleName() + u" ..."_s);

@@ -78,10 +78,10 @@ private:
     bool m_inUse = false;
     QLabel *m_number;
     QComboBox *m_day;
-    std::array<QSpinBox *, 4> m_times;
-    std::array<QLabel *, 2> m_colons;
-    QComboBox *m_mode;
-    QLineEdit *m_channelText;
-    QToolButton *m_channelButton;
-    std::array<QCheckBox *, 16> m_channelBoxes;
+    std::array<QSpinBox *, 4> m_times {};
+    std::array<QLabel *, 2> m_colons {};
+    QComboBox *m_mode = nullptr;
+    QLineEdit *m_channelText = nullptr;
+    QToolButton *m_channelButton = nullptr;
+    std::array<QCheckBox *, 16> m_channelBoxes {};
 };

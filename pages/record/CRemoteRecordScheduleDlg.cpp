@@ -67,9 +67,9 @@ void CRemoteRecordScheduleDlg::buildScreens(int screens)
                             headingSpans[h]);
         for (int row = 0; row < RowsPerScreen; ++row) {
             const int slot = screen * RowsPerScreen + row;
+            auto *mark = new QCheckBox(page);
             auto *entry = new ScheduleEntryEditor(slot, page);
             entry->setChannelCount(channelCount());
-            auto *mark = new QCheckBox(page);
             mark->setAccessibleName(nelib::tr("Delete") + u' ' + QString::number(slot + 1));
             connect(mark, &QCheckBox::clicked, this, &CRemoteRecordScheduleDlg::entryBoxClicked);
             const int y = row + 1;

@@ -49,9 +49,9 @@ void PageHost::buildPages()
                 CWork *work = CWork::instance();
                 return work ? work->writeSection(section, bytes) : 0;
             });
-            page->setMirrorSource([] {
+            page->setRecordSource([] {
                 const CWork *work = CWork::instance();
-                return work ? work->mirror() : QByteArray();
+                return work && work->state() == CWork::Ready ? work->mirror() : QByteArray();
             });
             page->setDefaultSource([] {
                 return setup::SetupFiles::readDefaultFile(CSetupPage::defaultSetupPath()).bytes;

@@ -10,6 +10,8 @@
 #include <QTabBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using setup::SetupRecordMap;
 
@@ -44,20 +46,27 @@ void CSetupPage::setSection(setup::Section section)
     m_binder->setBase(info.offset);
 }
 
-void CSetupPage::setNestedSections(std::initializer_list<setup::Section> sections)
-{
-    m_nested.assign(sections);
-}
-
+// The sections nested in the page's own that none of its controls edits.
 void CSetupPage::takeNestedSections()
 {
-    const QByteArray mirror = m_mirror ? m_mirror() : QByteArray();
-    if (m_nested.empty() || mirror.size() != SetupRecordMap::RecordSize)
+    const QByteArray record = m_records ? m_records() : QByteArray();
+    if (record.size() != SetupRecordMap::RecordSize)
         return;
-    const int own = SetupRecordMap::section(*m_section).offset;
-    for (setup::Section nested : m_nested) {
-        const setup::SectionInfo &info = SetupRecordMap::section(nested);
-        m_buffer.replace(info.offset - own, info.length, mirror.sliced(info.offset, info.length));
+    const setup::SectionInfo &own = SetupRecordMap::section(*m_section);
+    const auto edited = [this](const setup::SectionInfo &nested) {
+        return std::any_of(m_binder->bindings().begin(), m_binder->bindings().end(),
+                           [&nested](const SectionBinder::Binding &b) {
+                               const setup::FieldInfo &f = b.editor->field();
+                               const int at
+                                   = f.elementOffset(b.editor->index(), b.editor->index2());
+                               return at < nested.end() && at + f.width > nested.offset;
+                           });
+    };
+    for (const setup::SectionInfo &nested : SetupRecordMap::Sections) {
+        if (nested.id != own.id && nested.offset >= own.offset && nested.end() <= own.end()
+            && !edited(nested))
+            m_buffer.replace(nested.offset - own.offset, nested.length,
+                             record.sliced(nested.offset, nested.length));
     }
 }
 

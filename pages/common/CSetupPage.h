@@ -10,7 +10,6 @@
 
 #include <functional>
 #include <optional>
-#include <vector>
 
 QT_BEGIN_NAMESPACE
 class QHBoxLayout;
@@ -50,8 +49,8 @@ public:
     using SectionWriter = std::function<int(setup::Section, const QByteArray &section)>;
     // The whole default setup record (zeros where the file has no bytes).
     using DefaultSource = std::function<QByteArray()>;
-    // The whole setup record as the session holds it now; empty without one.
-    using MirrorSource = std::function<QByteArray()>;
+    // The setup record as the session holds it now.
+    using RecordSource = std::function<QByteArray()>;
 
     explicit CSetupPage(QWidget *parent = nullptr);
     ~CSetupPage() override;
@@ -62,7 +61,10 @@ public:
 
     void setSectionWriter(SectionWriter writer) { m_writer = std::move(writer); }
     void setDefaultSource(DefaultSource source) { m_defaults = std::move(source); }
-    void setMirrorSource(MirrorSource source) { m_mirror = std::move(source); }
+    // A page that writes a whole block takes the sections of other pages
+    // inside it from here when it saves, so that it never sends back older
+    // bytes over what those pages saved since it was filled.
+    void setRecordSource(RecordSource source) { m_records = std::move(source); }
 
     // Builds the controls on first use (hidden, so that up to sixteen rows
     // appear at once), then takes the page's slice of `mirror` and fills.
@@ -102,11 +104,6 @@ Q_SIGNALS:
 
 protected:
     void setSection(setup::Section section);
-    // Sections inside the page's own that other pages write (a page that
-    // writes a whole block). A save resends their bytes as the session holds
-    // them at that moment, so it never takes back what those pages saved
-    // after this page was filled.
-    void setNestedSections(std::initializer_list<setup::Section> sections);
 
     // Creates the page's controls into contentArea() (or the tabs' pages),
     // binding them through binder().
@@ -168,8 +165,7 @@ private:
     SectionBinder *m_binder;
     SectionWriter m_writer;
     DefaultSource m_defaults;
-    MirrorSource m_mirror;
-    std::vector<setup::Section> m_nested;
+    RecordSource m_records;
     QByteArray m_buffer;
     QByteArray m_saved; // what the recorder holds as far as the page knows
     int m_channelCount = MaxChannels;

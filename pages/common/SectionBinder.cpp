@@ -70,10 +70,10 @@ QGridLayout *SectionBinder::channelGrid(QWidget *parent, std::initializer_list<C
         for (int row = 0; row < MaxChannels; ++row) {
             const int i = column.fixed >= 0 ? column.fixed : row;
             const int j = column.fixed >= 0 ? row : 0;
-            FieldEditor *e
-                = add(column.make ? column.make(column.field, i, j, parent)
-                                  : FieldEditor::create(column.kind, column.field, i, j, parent),
-                      row, column.copyProperty, column.fixed >= 0);
+            FieldEditor *made = column.make
+                                    ? column.make(column.field, i, j, parent)
+                                    : FieldEditor::create(column.kind, column.field, i, j, parent);
+            FieldEditor *e = add(made, row, column.copyProperty, column.fixed >= 0);
             e->widget()->setAccessibleName(label + u' ' + channelNumber(row));
             grid->addWidget(e->widget(), row + 1, c);
             if (auto *box = qobject_cast<QCheckBox *>(e->widget()))

@@ -31,7 +31,7 @@ class SectionBinder : public QObject
 public:
     static constexpr int MaxChannels = 16;
     using Kind = FieldEditor::Kind;
-    // Builds the editor of element [i][j] for a column of a page's own kind.
+    // Builds an editor of a page's own kind for element [i][j] of a field.
     using Factory = std::function<FieldEditor *(const setup::FieldInfo &field, int i, int j,
                                                 QWidget *parent)>;
 
@@ -46,8 +46,8 @@ public:
         // A check box above a check column that sets the whole column.
         bool headerBox = false;
         int fixed = -1;
-        // Set for a column of a page's own editors; `kind` is then unused.
-        Factory make = nullptr;
+        // Builds the column's editors instead of `kind`, when set.
+        Factory make = {};
     };
 
     // A labelled row of a form: element [i][j] of the field.

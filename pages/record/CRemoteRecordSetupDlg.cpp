@@ -105,7 +105,6 @@ CRemoteRecordSetupDlg::CRemoteRecordSetupDlg(QWidget *parent)
     : CSetupPage(parent)
 {
     setSection(setup::Section::RecordSetup);
-    setNestedSections({setup::Section::Schedule, setup::Section::Holiday});
 }
 
 CRemoteRecordSetupDlg::~CRemoteRecordSetupDlg() = default;

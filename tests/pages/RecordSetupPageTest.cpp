@@ -108,7 +108,7 @@ TEST_F(RecordSetupPage, HeaderQualityOfOneModeReachesTheRecorderWithEverythingEl
         page.setSectionWriter([&work](setup::Section section, const QByteArray &bytes) {
             return work.writeSection(section, bytes);
         });
-        page.setMirrorSource([&work] { return work.mirror(); });
+        page.setRecordSource([&work] { return work.mirror(); });
         page.load(work.mirror(), channels);
         EXPECT_FALSE(list(record::qualities, Mode::Normal, channels + 1)->isVisibleTo(&page));
 

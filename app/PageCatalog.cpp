@@ -19,6 +19,9 @@
 #include "pages/network/CRemoteNetworkEventDlg.h"
 #include "pages/network/CRemoteNetworkNotificationDlg.h"
 #include "pages/network/CRemoteNetworkStreamDlg.h"
+#include "pages/record/CRemoteRecordHolidayDlg.h"
+#include "pages/record/CRemoteRecordScheduleDlg.h"
+#include "pages/record/CRemoteRecordSetupDlg.h"
 #include "pages/system/CRemoteSystemAudioDlg.h"
 #include "pages/system/CRemoteSystemBuzzerDlg.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
@@ -76,10 +79,12 @@ const std::array<PageCatalog::Entry, 26> Entries {{
      create<CRemoteCameraMotionDlg>},
     {Camera, RS_TEXT("Video Loss"), RS_TEXT("%s - Remote Setup / Camera / Video Loss"), 0x801E,
      create<CRemoteCameraVideoLoss>},
-    {Record, RS_TEXT("Setup"), RS_TEXT("%s - Remote Setup / Record / Setup"), 0x800C, nullptr},
+    {Record, RS_TEXT("Setup"), RS_TEXT("%s - Remote Setup / Record / Setup"), 0x800C,
+     create<CRemoteRecordSetupDlg>},
     {Record, RS_TEXT("Schedule"), RS_TEXT("%s - Remote Setup / Record / Schedule"), 0x800D,
-     nullptr},
-    {Record, RS_TEXT("Holiday"), RS_TEXT("%s - Remote Setup / Record / Holiday"), 0x800E, nullptr},
+     create<CRemoteRecordScheduleDlg>},
+    {Record, RS_TEXT("Holiday"), RS_TEXT("%s - Remote Setup / Record / Holiday"), 0x800E,
+     create<CRemoteRecordHolidayDlg>},
     {Device, RS_TEXT("RS-232C"), RS_TEXT("%s - Remote Setup / Device / RS-232C"), 0x801A,
      create<CRemoteDeviceRS232CDlg>},
     {Device, RS_TEXT("Keyboard Control"), RS_TEXT("%s - Remote Setup / Device / Keyboard Control"),

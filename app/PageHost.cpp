@@ -59,6 +59,10 @@ void PageHost::buildPages()
                 }
                 return sent;
             });
+            page->setRecordSource([] {
+                const CWork *work = CWork::instance();
+                return work && work->state() == CWork::Ready ? work->mirror() : QByteArray();
+            });
             page->setDefaultSource([] {
                 return setup::SetupFiles::readDefaultFile(CSetupPage::defaultSetupPath()).bytes;
             });

@@ -551,12 +551,28 @@ inline constexpr ValueName quality[] = {
     {0xFF02, "Normal"},
     {0xFF03, "Low"},
 };
-inline constexpr ValueName preEventType[] = {{1, "Alarm"}, {2, "Motion"}, {3, "Motion+Alarm"}};
+// In the order of the page's list: M motion, A alarm, M+A both.
+inline constexpr ValueName preEventType[] = {{2, "M"}, {1, "A"}, {3, "M+A"}};
+inline constexpr ValueName preEventDwell[] = {
+    {1, "1 Sec"}, {2, "2 Sec"}, {3, "3 Sec"}, {4, "4 Sec"}, {5, "5 Sec"},
+};
+// The lists of the two video standards, by resolution index (width code
+// 1 full or 2 half, then height code 0 full or 1 half) and frame-rate index.
+inline constexpr ValueName resolutionNtsc[]
+    = {{0, "704*480"}, {1, "704*240"}, {2, "352*480"}, {3, "352*240"}};
+inline constexpr ValueName resolutionPal[]
+    = {{0, "704*576"}, {1, "704*288"}, {2, "352*576"}, {3, "352*288"}};
+inline constexpr ValueName frameRateNtsc[]
+    = {{0, "1"}, {1, "2"}, {2, "5"}, {3, "10"}, {4, "15"}, {5, "30"}};
+inline constexpr ValueName frameRatePal[]
+    = {{0, "1"}, {1, "2"}, {2, "4"}, {3, "8"}, {4, "12"}, {5, "25"}};
 } // namespace values
 namespace record {
 inline constexpr int base = at(Section::RecordSetup);
-inline constexpr FieldInfo preEvent
-    = FieldInfo::u32("pre-event", base).grid(4, 640, 16, 40).named(values::offOn);
+inline constexpr FieldInfo preEvent = FieldInfo::u32("pre-event", base)
+                                          .grid(4, 640, 16, 40)
+                                          .named(values::offOn)
+                                          .labelled("Pre-Event");
 inline constexpr FieldInfo widthCode
     = FieldInfo::u32("width-code", base + 4).grid(4, 640, 16, 40).named(values::widthCode);
 inline constexpr FieldInfo heightCode
@@ -568,36 +584,67 @@ inline constexpr FieldInfo quality
     = FieldInfo::u16("quality", base + 20).grid(4, 640, 16, 40).hex().named(values::quality);
 inline constexpr FieldInfo qualityCopy
     = FieldInfo::u16("quality-copy", base + 22).grid(4, 640, 16, 40).hex().named(values::quality);
-inline constexpr FieldInfo eventType
-    = FieldInfo::u32("event-type", base + 32).grid(4, 640, 16, 40).named(values::preEventType);
-inline constexpr FieldInfo dwell = FieldInfo::u32("dwell", base + 36).grid(4, 640, 16, 40);
+inline constexpr FieldInfo eventType = FieldInfo::u32("event-type", base + 32)
+                                           .grid(4, 640, 16, 40)
+                                           .named(values::preEventType)
+                                           .labelled("Type");
+inline constexpr FieldInfo dwell = FieldInfo::u32("dwell", base + 36)
+                                       .grid(4, 640, 16, 40)
+                                       .named(values::preEventDwell)
+                                       .labelled("Dwell Time");
 inline constexpr FieldInfo all[] = {preEvent, widthCode,   heightCode, frameRate, frameRateCopy,
                                     quality,  qualityCopy, eventType,  dwell};
+// What the page edits as one value, each spanning the fields above that
+// hold it (so not listed in `all`): the two resolution codes, a frame rate
+// and its copy, a quality and its copy.
+inline constexpr FieldInfo resolution
+    = FieldInfo::bytes("resolution", base + 4, 8).grid(4, 640, 16, 40).labelled("Resolution");
+inline constexpr FieldInfo frameRates
+    = FieldInfo::bytes("frame-rates", base + 12, 8).grid(4, 640, 16, 40).labelled("FPS");
+inline constexpr FieldInfo qualities
+    = FieldInfo::bytes("qualities", base + 20, 4).grid(4, 640, 16, 40).labelled("Quality");
 } // namespace record
 
 namespace values {
+// In the order of the schedule page's lists.
 inline constexpr ValueName scheduleDay[] = {
     {1, "SUN"},  {2, "MON"},  {4, "TUE"},   {8, "WED"},   {16, "THU"},
-    {32, "FRI"}, {64, "SAT"}, {127, "ALL"}, {128, "HOL"},
+    {32, "FRI"}, {64, "SAT"}, {128, "HOL"}, {127, "ALL"},
 };
 inline constexpr ValueName scheduleMode[] = {
-    {1, "Continue"}, {16, "Alarm"}, {32, "Motion"}, {33, "M+C"}, {48, "A+M"},
+    {16, "Alarm"}, {32, "Motion"}, {48, "A+M"}, {1, "Continue"}, {33, "M+C"},
 };
 } // namespace values
 namespace schedule {
 inline constexpr int base = at(Section::Schedule);
-inline constexpr FieldInfo count = FieldInfo::u32("count", base);
-inline constexpr FieldInfo day
-    = FieldInfo::u32("day", base + 4).repeat(40, 24).named(values::scheduleDay);
-inline constexpr FieldInfo startHour = FieldInfo::u16("start-hour", base + 8).repeat(40, 24);
-inline constexpr FieldInfo startMinute = FieldInfo::u16("start-minute", base + 10).repeat(40, 24);
-inline constexpr FieldInfo endHour = FieldInfo::u16("end-hour", base + 12).repeat(40, 24);
-inline constexpr FieldInfo endMinute = FieldInfo::u16("end-minute", base + 14).repeat(40, 24);
-inline constexpr FieldInfo mode
-    = FieldInfo::u32("mode", base + 16).repeat(40, 24).named(values::scheduleMode);
-inline constexpr FieldInfo channels = FieldInfo::u32("channels", base + 20).repeat(40, 24).hex();
+inline constexpr int capacity = 40;
+inline constexpr FieldInfo count = FieldInfo::u32("count", base).range(0, capacity);
+inline constexpr FieldInfo day = FieldInfo::u32("day", base + 4)
+                                     .repeat(capacity, 24)
+                                     .named(values::scheduleDay)
+                                     .labelled("Day");
+inline constexpr FieldInfo startHour
+    = FieldInfo::u16("start-hour", base + 8).repeat(capacity, 24).range(0, 23);
+inline constexpr FieldInfo startMinute
+    = FieldInfo::u16("start-minute", base + 10).repeat(capacity, 24).range(0, 59);
+inline constexpr FieldInfo endHour
+    = FieldInfo::u16("end-hour", base + 12).repeat(capacity, 24).range(0, 23);
+inline constexpr FieldInfo endMinute
+    = FieldInfo::u16("end-minute", base + 14).repeat(capacity, 24).range(0, 59);
+inline constexpr FieldInfo mode = FieldInfo::u32("mode", base + 16)
+                                      .repeat(capacity, 24)
+                                      .named(values::scheduleMode)
+                                      .labelled("Mode");
+inline constexpr FieldInfo channels = FieldInfo::u32("channels", base + 20)
+                                          .repeat(capacity, 24)
+                                          .hex()
+                                          .bits(values::channelBits)
+                                          .labelled("Channel");
 inline constexpr FieldInfo all[]
     = {count, day, startHour, startMinute, endHour, endMinute, mode, channels};
+// An entry as the page edits it: the fields above (so not listed in `all`).
+inline constexpr FieldInfo entry
+    = FieldInfo::bytes("entry", base + 4, 20).repeat(capacity, 24).labelled("No.");
 } // namespace schedule
 
 namespace values {
@@ -605,7 +652,8 @@ inline constexpr ValueName holidayKind[] = {{0, "None"}, {1, "Fixed Date"}, {2, 
 } // namespace values
 namespace holiday {
 inline constexpr int base = at(Section::Holiday);
-inline constexpr FieldInfo enabled = FieldInfo::u8("enabled", base).named(values::offOn);
+inline constexpr FieldInfo enabled
+    = FieldInfo::u8("enabled", base).named(values::offOn).labelled("Use Holidays");
 inline constexpr FieldInfo count = FieldInfo::u8("count", base + 2);
 inline constexpr FieldInfo kind
     = FieldInfo::u32("kind", base + 4).repeat(220, 8).named(values::holidayKind);
@@ -614,6 +662,10 @@ inline constexpr FieldInfo day = FieldInfo::u8("day", base + 9).repeat(220, 8);
 inline constexpr FieldInfo weekday
     = FieldInfo::u8("weekday", base + 10).repeat(220, 8).named(values::weekdays);
 inline constexpr FieldInfo all[] = {enabled, count, kind, month, day, weekday};
+// The list as the page edits it, count and entries: the fields above (so
+// not listed in `all`).
+inline constexpr FieldInfo entries
+    = FieldInfo::bytes("entries", base + 2, 1762).labelled("Holiday");
 } // namespace holiday
 
 // ---- DEVICE ----------------------------------------------------------------

@@ -149,6 +149,9 @@ protected:
     // flag was clear. While the controls are filled the flag is held set,
     // so the notifications that filling raises change nothing.
     void markModified();
+    // Sets or clears the flag and Save's state directly (a page whose view
+    // switch counts as a fresh start).
+    void setModified(bool modified);
 
     // The tab strip: one "Setup" tab, or one tab per group of settings.
     // Each returns the content widget of its tab.
@@ -189,7 +192,6 @@ protected:
 
 private:
     void ensureBuilt();
-    void setModified(bool modified);
     void createFrame();
     void takeNestedSections();
 

@@ -1,0 +1,43 @@
+#include "pages/common/MirroredListEditor.h"
+
+#include "i18n/Translator.h"
+
+using setup::FieldInfo;
+
+namespace {
+
+QStringList textsOf(std::span<const setup::ValueName> items)
+{
+    QStringList texts;
+    for (const setup::ValueName &item : items)
+        texts.append(nelib::tr(item.name));
+    return texts;
+}
+
+} // namespace
+
+MirroredListEditor::MirroredListEditor(const FieldInfo &view, const FieldInfo &value,
+                                       const FieldInfo &copy,
+                                       std::span<const setup::ValueName> items, int i, int j,
+                                       QWidget *parent)
+    : CodedListEditor(view, i, j, textsOf(items), parent)
+    , m_value(value)
+    , m_copy(copy)
+    , m_items(items)
+{ }
+
+int MirroredListEditor::itemOf(QByteArrayView section, int base) const
+{
+    const quint32 stored = part(section, base, m_value);
+    for (std::size_t k = 0; k < m_items.size(); ++k) {
+        if (m_items[k].value == stored)
+            return int(k);
+    }
+    return -1;
+}
+
+void MirroredListEditor::store(QByteArray &section, int base, int item) const
+{
+    setPart(section, base, m_value, m_items[item].value);
+    setPart(section, base, m_copy, m_items[item].value);
+}

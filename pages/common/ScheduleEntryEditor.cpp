@@ -1,0 +1,245 @@
+#include "pages/common/ScheduleEntryEditor.h"
+
+#include "i18n/Translator.h"
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSpinBox>
+#include <QToolButton>
+#include <QWidgetAction>
+
+using namespace Qt::StringLiterals;
+using setup::FieldInfo;
+using setup::FieldTable;
+namespace fields = setup::fields::schedule;
+
+namespace {
+
+constexpr quint32 ChannelBits = 0xFFFF;
+
+FieldInfo shifted(FieldInfo field, int base)
+{
+    field.offset -= base;
+    return field;
+}
+
+int itemOf(const FieldInfo &field, quint32 value)
+{
+    for (std::size_t k = 0; k < field.valueNames.size(); ++k) {
+        if (field.valueNames[k].value == value)
+            return int(k);
+    }
+    return -1;
+}
+
+QComboBox *listOf(const FieldInfo &field, QWidget *parent)
+{
+    auto *list = new QComboBox(parent);
+    for (const setup::ValueName &name : field.valueNames)
+        list->addItem(nelib::tr(name.name), name.value);
+    return list;
+}
+
+// The shown value, or the stored one while the control shows that value.
+quint32 shownOr(const QComboBox *list, quint32 stored)
+{
+    return list->currentIndex() >= 0 ? list->currentData().toUInt() : stored;
+}
+
+quint32 shownOr(const QSpinBox *box, quint32 stored)
+{
+    const quint32 shown = quint32(box->value());
+    return shown == std::clamp(stored, quint32(box->minimum()), quint32(box->maximum())) ? stored
+                                                                                         : shown;
+}
+
+// Hours and minutes with two digits, as a clock shows them.
+class TimeBox : public QSpinBox
+{
+public:
+    using QSpinBox::QSpinBox;
+
+protected:
+    QString textFromValue(int value) const override
+    {
+        return QStringLiteral("%1").arg(value, 2, 10, QLatin1Char('0'));
+    }
+};
+
+} // namespace
+
+// The controls are created in row order, which is also their tab order.
+ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
+    : FieldEditor(fields::entry, index, 0, parent)
+    , m_number(new QLabel(QString::number(index + 1), parent))
+    , m_day(listOf(fields::day, parent))
+{
+    const QString line = u' ' + QString::number(index + 1);
+    m_number->setAlignment(Qt::AlignCenter);
+    m_day->setAccessibleName(nelib::tr(fields::day.label) + line);
+    connect(m_day, &QComboBox::activated, this, &FieldEditor::edited);
+
+    const FieldInfo timeFields[]
+        = {fields::startHour, fields::startMinute, fields::endHour, fields::endMinute};
+    const QString timeNames[] = {
+        nelib::tr("Start Time") + line + u' ' + nelib::tr("Hour"),
+        nelib::tr("Start Time") + line + u' ' + nelib::tr("Minute"),
+        nelib::tr("End Time") + line + u' ' + nelib::tr("Hour"),
+        nelib::tr("End Time") + line + u' ' + nelib::tr("Minute"),
+    };
+    for (int t = 0; t < 4; ++t) {
+        auto *box = new TimeBox(parent);
+        box->setRange(int(timeFields[t].lowest()), int(timeFields[t].highest()));
+        box->setWrapping(true);
+        box->setAlignment(Qt::AlignRight);
+        box->setAccessibleName(timeNames[t]);
+        connect(box, &QSpinBox::valueChanged, this, &FieldEditor::edited);
+        m_times[t] = box;
+        if (t % 2 == 0)
+            m_colons[t / 2] = new QLabel(u":"_s, parent);
+    }
+
+    m_mode = listOf(fields::mode, parent);
+    m_mode->setAccessibleName(nelib::tr(fields::mode.label) + line);
+    connect(m_mode, &QComboBox::activated, this, &FieldEditor::edited);
+
+    // The channels drop down from the field as a panel of boxes that stays
+    // open while the operator ticks them.
+    m_channelText = new QLineEdit(parent);
+    m_channelButton = new QToolButton(parent);
+    m_channelText->setReadOnly(true);
+    m_channelText->setAccessibleName(nelib::tr(fields::channels.label) + line);
+    m_channelButton->setAccessibleName(m_channelText->accessibleName() + u" ..."_s);
+    m_channelButton->setText(u"..."_s);
+    m_channelButton->setPopupMode(QToolButton::InstantPopup);
+    auto *menu = new QMenu(m_channelButton);
+    auto *panel = new QWidget(menu);
+    auto *grid = new QGridLayout(panel);
+    for (int c = 0; c < 16; ++c) {
+        auto *box = new QCheckBox(nelib::tr(fields::channels.bitNames[c].name), panel);
+        box->setAccessibleName(m_channelText->accessibleName() + u' ' + box->text());
+        grid->addWidget(box, c / 4, c % 4);
+        connect(box, &QCheckBox::toggled, this, &ScheduleEntryEditor::showChannels);
+        connect(box, &QCheckBox::clicked, this, &FieldEditor::edited);
+        m_channelBoxes[c] = box;
+    }
+    auto *action = new QWidgetAction(menu);
+    action->setDefaultWidget(panel);
+    menu->addAction(action);
+    m_channelButton->setMenu(menu);
+    setEntry(Entry {});
+}
+
+ScheduleEntryEditor::~ScheduleEntryEditor() = default;
+
+QList<QWidget *> ScheduleEntryEditor::rowWidgets() const
+{
+    return {m_number,    m_day,      m_times[0], m_colons[0],   m_times[1],     m_times[2],
+            m_colons[1], m_times[3], m_mode,     m_channelText, m_channelButton};
+}
+
+ScheduleEntryEditor::Entry ScheduleEntryEditor::entry() const
+{
+    Entry e;
+    e.day = shownOr(m_day, m_stored.day);
+    e.startHour = shownOr(m_times[0], m_stored.startHour);
+    e.startMinute = shownOr(m_times[1], m_stored.startMinute);
+    e.endHour = shownOr(m_times[2], m_stored.endHour);
+    e.endMinute = shownOr(m_times[3], m_stored.endMinute);
+    e.mode = shownOr(m_mode, m_stored.mode);
+    e.channels = m_stored.channels & ~ChannelBits;
+    for (int c = 0; c < 16; ++c) {
+        if (m_channelBoxes[c]->isChecked())
+            e.channels |= 1u << c;
+    }
+    return e;
+}
+
+void ScheduleEntryEditor::setEntry(const Entry &entry)
+{
+    m_stored = entry;
+    m_day->setCurrentIndex(itemOf(fields::day, entry.day));
+    m_mode->setCurrentIndex(itemOf(fields::mode, entry.mode));
+    const quint32 times[] = {entry.startHour, entry.startMinute, entry.endHour, entry.endMinute};
+    for (int t = 0; t < 4; ++t) {
+        const QSignalBlocker quiet(m_times[t]);
+        m_times[t]->setValue(int(std::min(times[t], quint32(m_times[t]->maximum()))));
+    }
+    for (int c = 0; c < 16; ++c)
+        m_channelBoxes[c]->setChecked(entry.channels & (1u << c));
+    showChannels();
+}
+
+void ScheduleEntryEditor::setChannelCount(int count)
+{
+    for (int c = 0; c < 16; ++c)
+        m_channelBoxes[c]->setVisible(c < count);
+}
+
+bool ScheduleEntryEditor::startsBeforeEnd() const
+{
+    const Entry e = entry();
+    return e.startHour < e.endHour || (e.startHour == e.endHour && e.startMinute < e.endMinute);
+}
+
+// The channels of the mask as "1,2,5".
+void ScheduleEntryEditor::showChannels()
+{
+    QString text;
+    for (int c = 0; c < 16; ++c) {
+        if (m_channelBoxes[c]->isChecked())
+            text += nelib::tr("%d,").replace(u"%d"_s, QString::number(c + 1));
+    }
+    text.chop(1);
+    m_channelText->setText(text);
+    m_channelText->setCursorPosition(0);
+    m_channelText->setToolTip(text);
+}
+
+QWidget *ScheduleEntryEditor::widget() const
+{
+    return m_day;
+}
+
+void ScheduleEntryEditor::fill(QByteArrayView section, int base)
+{
+    if (!m_inUse)
+        return;
+    const int i = index();
+    auto read = [&](const FieldInfo &field) {
+        return FieldTable::number(section, shifted(field, base), i);
+    };
+    setEntry({read(fields::day), read(fields::startHour), read(fields::startMinute),
+              read(fields::endHour), read(fields::endMinute), read(fields::mode),
+              read(fields::channels)});
+}
+
+void ScheduleEntryEditor::gather(QByteArray &section, int base) const
+{
+    if (!m_inUse)
+        return;
+    const int i = index();
+    const Entry e = entry();
+    const std::pair<FieldInfo, quint32> values[] = {
+        {fields::day, e.day},
+        {fields::startHour, e.startHour},
+        {fields::startMinute, e.startMinute},
+        {fields::endHour, e.endHour},
+        {fields::endMinute, e.endMinute},
+        {fields::mode, e.mode},
+        {fields::channels, e.channels},
+    };
+    for (const auto &[field, value] : values)
+        FieldTable::setNumber(section, shifted(field, base), value, i);
+}
+
+void ScheduleEntryEditor::copyFrom(const FieldEditor &other)
+{
+    setEntry(static_cast<const ScheduleEntryEditor &>(other).entry());
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QMessageBox>
+
+// Asks before "Delete All" clears every holiday of the Holiday page; the page
+// clears them when the operator confirms with OK.
+class CRemoteRecordDelAllHolidayDlg : public QMessageBox
+{
+    Q_OBJECT
+
+public:
+    explicit CRemoteRecordDelAllHolidayDlg(QWidget *parent = nullptr);
+};

@@ -5,6 +5,7 @@
 #include "i18n/CodePage.h"
 #include "session/ConnectingWait.h"
 #include "session/SessionMessage.h"
+#include "session/SessionNotice.h"
 
 #include <QDateTime>
 #include <QEventLoop>
@@ -57,6 +58,10 @@ void CliSession::showMessage(const QString &text)
 
 bool CliSession::event(QEvent *event)
 {
+    if (event->type() == QEvent::Type(SessionMessage::Notice)) {
+        showMessage(SessionNotice::fromMessage(*static_cast<SessionMessage *>(event)).text());
+        return true;
+    }
     if (event->type() != QEvent::Type(SessionMessage::SessionEnded))
         return QObject::event(event);
     m_sessionEnded = true;
@@ -106,6 +111,8 @@ int CliSession::failure(Outcome outcome)
 {
     if (isLoginRefusal(m_worker->lastLoginCode()))
         return Refused; // the recorder's own message is already printed
+    if (m_worker->connectFailed())
+        return m_context.fail(NoSession, u"cannot connect to %1"_s.arg(where()));
     if (outcome == Outcome::TimedOut)
         return m_context.fail(NoSession, u"no setup record from %1 within %2 s"_s.arg(where()).arg(
                                              m_context.options().timeoutSeconds));

@@ -42,12 +42,18 @@ int transfer(const CommandContext &context, CliSession &session,
         return Refused;
     case SetupTransfer::Result::SendFailed:
         return context.fail(NoSession, u"the session ended before the whole setup was sent"_s);
+    case SetupTransfer::Result::NoRecord:
+        return context.fail(NoSession, u"no whole setup record was received"_s);
+    case SetupTransfer::Result::Busy:
+        return context.fail(Refused, u"another whole-setup transfer is running"_s);
     }
     if (const int code = session.waitUntil([&] { return refused || !(work.*pending)(); },
                                            u"acknowledgement of the whole setup"_s))
         return code;
     if (refused)
         return context.fail(Refused, u"the recorder refused a part of the setup"_s);
+    if (work.lastTransferOutcome() != CWork::TransferOutcome::Succeeded)
+        return context.fail(NoSession, u"the session ended before the whole setup was sent"_s);
     return Success;
 }
 

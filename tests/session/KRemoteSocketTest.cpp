@@ -15,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <thread>
 
@@ -144,6 +145,15 @@ protected:
         EXPECT_TRUE(QTest::qWaitFor([&] { return server.hasPendingConnections(); }, WaitMs));
         peer.socket.reset(server.nextPendingConnection());
         EXPECT_TRUE(peer.socket);
+        // Sends are taken once the connection is reported.
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                return std::any_of(
+                    receiver.received.begin(), receiver.received.end(), [&](const Notification &n) {
+                        return n.handle == handle && n.kind == REMOTESOCKET_NOTIFY::Connected;
+                    });
+            },
+            WaitMs));
         return handle;
     }
 

@@ -189,6 +189,7 @@ TEST_F(FirmwareUploaderTest, SendsEveryComponentInNumberedFlaggedChunks)
     EXPECT_EQ(harness.messages, QStringList {SentText});
     EXPECT_EQ(harness.exitCode, 0);
     EXPECT_EQ(uploadMessages(), 2);
+    EXPECT_FALSE(upload->start()) << "an uploader runs once";
 }
 
 TEST_F(FirmwareUploaderTest, OlderRecorderGetsOnlyTheNewerComponents)

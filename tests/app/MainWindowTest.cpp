@@ -412,6 +412,15 @@ TEST_F(MainWindowTest, AShortImportFileIsSentOnlyWhenTheOperatorSaysYes)
     }
     EXPECT_TRUE(testsupport::waitFor([&] { return !messages.isEmpty(); }, SessionTimeoutMs));
     EXPECT_EQ(messages, QStringList {u"Import Success"_s});
+
+    // A whole file goes without a question.
+    testsupport::writeFile(path, file);
+    named<QPushButton>(page, u"Import"_s)->click();
+    page->openFileDialog()->selectFile(path);
+    QMetaObject::invokeMethod(page->openFileDialog(), "accept");
+    EXPECT_EQ(page->openQuestion(), nullptr);
+    EXPECT_TRUE(testsupport::waitFor([&] { return messages.size() == 2; }, SessionTimeoutMs));
+    EXPECT_EQ(messages.last(), u"Import Success"_s);
 }
 
 TEST_F(MainWindowTest, PageMessagesActOnTheWindowButtons)

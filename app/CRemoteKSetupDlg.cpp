@@ -14,6 +14,7 @@
 #include "session/MessageSink.h"
 #include "session/ProgramExit.h"
 #include "session/SessionMessage.h"
+#include "session/SessionNotice.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QCloseEvent>
@@ -132,7 +133,7 @@ void CRemoteKSetupDlg::translateButtons()
 void CRemoteKSetupDlg::updatePageButtons()
 {
     const CSetupPage *page = m_host->currentPage();
-    const bool enabled = !m_pageButtonsDisabled && page && page->hasSaveAction();
+    const bool enabled = !m_pageButtonsDisabled && page && page->hasSaveAction() && sessionReady();
     for (QPushButton *button : {m_save, m_cancel, m_default})
         button->setEnabled(enabled);
 }
@@ -161,14 +162,13 @@ void CRemoteKSetupDlg::onConnect()
     // A refused attempt leaves the worker failed, which the wait notices.
     m_worker->connectSession(m_record.get());
 
-    m_wait
-        = std::make_unique<ConnectingWait>(this, m_worker->status(),
-                                           ConnectingWait::Hooks {
-                                               forThisSession(&CRemoteKSetupDlg::lockPanel),
-                                               forThisSession(&CRemoteKSetupDlg::onSetupArrived),
-                                               forThisSession(&CRemoteKSetupDlg::onSessionFailed),
-                                               forThisSession(&CRemoteKSetupDlg::endSession),
-                                           });
+    m_wait = std::make_unique<ConnectingWait>(this, m_worker->status(),
+                                              ConnectingWait::Hooks {
+                                                  forThisSession(&CRemoteKSetupDlg::lockPanel),
+                                                  forThisSession(&CRemoteKSetupDlg::onSetupArrived),
+                                                  forThisSession(&CRemoteKSetupDlg::endProgram),
+                                                  forThisSession(&CRemoteKSetupDlg::endSession),
+                                              });
     // Hearing of the record at once saves up to one polling period.
     connect(m_worker.get(), &CWork::setupArrived, this, [this] {
         if (m_wait)
@@ -209,9 +209,12 @@ void CRemoteKSetupDlg::onSetupArrived()
     QCoreApplication::sendEvent(this, &ready);
 }
 
-void CRemoteKSetupDlg::onSessionFailed()
+void CRemoteKSetupDlg::endProgram()
 {
-    ProgramExit::exitProgram(0);
+    if (m_noticesOpen > 0)
+        m_exitPending = true;
+    else
+        ProgramExit::exitProgram(0);
 }
 
 void CRemoteKSetupDlg::endSession()
@@ -225,12 +228,21 @@ bool CRemoteKSetupDlg::event(QEvent *event)
     if (!SessionMessage::isSessionMessage(event))
         return QMainWindow::event(event);
     const auto *message = static_cast<const SessionMessage *>(event);
+    if (isStale(*message))
+        return true;
     switch (message->kind()) {
     case SessionMessage::SetupReady:
         setupReady();
         break;
     case SessionMessage::SessionEnded:
+        // The worker itself ending a session that is still connecting is a
+        // failed connect, which ends the program like the wait's verdict.
+        if (message->source() && m_wait)
+            endProgram();
         sessionEnded();
+        break;
+    case SessionMessage::Notice:
+        showNotice(*message);
         break;
     case SessionMessage::SetupRestored:
         setupRestored();
@@ -263,23 +275,39 @@ void CRemoteKSetupDlg::setupReady()
         QByteArrayView(mirror).sliced(SetupRecordMap::SoftwareVersionOffset, 4));
     updateStatus();
     translateButtons();
+    setPagesEditable(true);
     // A session opens on the accounts: replacing the factory password comes first.
     const int authority = PageCatalog::indexOf("Authority");
     selectPage(m_host->page(authority) ? authority : m_host->firstPage());
 }
 
+bool CRemoteKSetupDlg::isStale(const SessionMessage &message) const
+{
+    return message.source() && (!m_worker || message.source() != m_worker->serial());
+}
+
+void CRemoteKSetupDlg::showNotice(const SessionMessage &message)
+{
+    const SessionNotice notice = SessionNotice::fromMessage(message);
+    // The box is modal; the session may end while it is open, which is why
+    // nothing here touches the worker after it.
+    ++m_noticesOpen;
+    MessageSink::show(notice.text());
+    --m_noticesOpen;
+    if (notice.endsProgram() || (m_exitPending && m_noticesOpen == 0)) {
+        m_exitPending = false;
+        ProgramExit::exitProgram(0);
+    }
+}
+
 void CRemoteKSetupDlg::sessionEnded()
 {
-    if (m_wait)
-        m_wait->stop();
-    if (m_worker && m_worker->state() != CWork::Idle) {
-        // The worker posts 2026 again once it is idle; that one destroys it.
-        m_worker->disconnectSession();
-        if (m_worker->state() == CWork::Idle)
-            return;
-    }
+    if (!m_worker)
+        return;
     releaseSession();
     m_panel->showDisconnectedLook();
+    setPagesEditable(false);
+    updatePageButtons();
 }
 
 void CRemoteKSetupDlg::releaseSession()
@@ -287,9 +315,30 @@ void CRemoteKSetupDlg::releaseSession()
     ++m_session;
     m_statusPoll.stop();
     m_wait.reset();
-    if (m_worker) {
-        m_worker->setMainWindow(nullptr);
-        m_worker.reset();
+    if (!m_worker)
+        return;
+    if (m_worker->upload()) {
+        m_worker->stopUpload();
+        m_menus->setUploadRunning(false);
+    }
+    // Whatever the worker still posts belongs to an ended session.
+    m_worker->setMainWindow(nullptr);
+    m_worker->disconnectSession();
+    m_worker.reset();
+}
+
+bool CRemoteKSetupDlg::sessionReady() const
+{
+    return m_worker && m_worker->state() == CWork::Ready;
+}
+
+void CRemoteKSetupDlg::setPagesEditable(bool editable)
+{
+    if (!m_host->pagesBuilt())
+        return;
+    for (int i = 0; i < PageCatalog::count(); ++i) {
+        if (CSetupPage *page = m_host->page(i))
+            page->setEnabled(editable);
     }
 }
 

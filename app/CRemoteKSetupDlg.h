@@ -19,12 +19,16 @@ class ConnectionPanel;
 class PageHost;
 class PageMenuBar;
 struct ConnectionRecord;
+class SessionMessage;
 
 // The program's one window: the connection panel, the navigation menus, the
 // page host and the Save, Cancel and Default buttons that act on the page on
 // display. It owns the session worker for the length of a session and the
 // pages for its own life, and it obeys the session messages (SessionMessage)
-// that the worker, the connecting wait and the pages send it.
+// that the worker, the connecting wait and the pages send it. Everything the
+// worker reports arrives as a posted message, so the window shows messages
+// and ends sessions from its own event handling, never inside the worker's
+// call stack; messages of an ended session are dropped.
 class CRemoteKSetupDlg : public QMainWindow
 {
     Q_OBJECT
@@ -59,7 +63,11 @@ private:
     std::function<void()> forThisSession(void (CRemoteKSetupDlg::*reaction)());
     void lockPanel();
     void onSetupArrived();
-    void onSessionFailed();
+    // The worker failed or went idle while connecting: the program ends,
+    // once every message box on screen has been closed.
+    void endProgram();
+    void showNotice(const SessionMessage &message);
+    bool isStale(const SessionMessage &message) const;
 
     // Shows catalog entry `index`, when its page exists.
     void selectPage(int index);
@@ -68,7 +76,10 @@ private:
     void setupReady();
     void sessionEnded();
     void setupRestored();
+    // Stops the worker's upload, then ends and destroys the worker.
     void releaseSession();
+    bool sessionReady() const;
+    void setPagesEditable(bool editable);
 
     void translateButtons();
     void updatePageButtons();
@@ -93,6 +104,8 @@ private:
     int m_channelCount = 0;
     int m_currentPageId = 0;
     bool m_pageButtonsDisabled = false;
+    int m_noticesOpen = 0;
+    bool m_exitPending = false;
     // The worker reports its progress only through the record's status byte.
     QTimer m_statusPoll;
 };

@@ -3,7 +3,7 @@
 #include "session/MessageSink.h"
 
 // Shows the session's messages as modal message boxes with OK only, titled
-// with the program's name.
+// with the program's name. On the user-interface thread only.
 class MessageBoxSink : public MessageSink
 {
 public:

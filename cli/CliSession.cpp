@@ -9,6 +9,7 @@
 #include "session/SessionMessage.h"
 #include "session/SocketNotifyEvent.h"
 #include "setup/SetupRecordMap.h"
+#include "session/SessionNotice.h"
 
 #include <QDateTime>
 #include <QEventLoop>
@@ -78,6 +79,10 @@ void CliSession::showMessage(const QString &text)
 
 bool CliSession::event(QEvent *event)
 {
+    if (event->type() == QEvent::Type(SessionMessage::Notice)) {
+        showMessage(SessionNotice::fromMessage(*static_cast<SessionMessage *>(event)).text());
+        return true;
+    }
     if (event->type() != QEvent::Type(SessionMessage::SessionEnded))
         return QObject::event(event);
     m_sessionEnded = true;
@@ -155,6 +160,8 @@ int CliSession::failure(Outcome outcome)
         return Refused; // the recorder's own message is already printed
     if (m_setupAnswerSize && *m_setupAnswerSize != SetupRecordMap::RecordSize)
         return noWholeRecord();
+    if (m_worker->connectFailed())
+        return m_context.fail(NoSession, u"cannot connect to %1"_s.arg(where()));
     if (outcome == Outcome::TimedOut)
         return m_context.fail(NoSession, u"no setup record from %1 within %2 s"_s.arg(where()).arg(
                                              m_context.options().timeoutSeconds));

@@ -41,13 +41,21 @@ int transfer(const CommandContext &context, CliSession &session,
         return Refused;
     case SetupTransfer::Result::SendFailed:
         return context.fail(NoSession, u"the session ended before the whole setup was sent"_s);
+    case SetupTransfer::Result::NoRecord:
+        return context.fail(NoSession, u"no whole setup record was received"_s);
+    case SetupTransfer::Result::Busy:
+        return context.fail(Refused, u"another whole-setup transfer is running"_s);
     }
     const int code
         = session.waitUntil([&] { return session.refusedAcknowledgement() || !(work.*pending)(); },
                             u"acknowledgement of the whole setup"_s);
     const int refused = session.refusedAcknowledgement();
-    if (refused == 0)
+    if (refused == 0) {
+        if (code == Success && work.lastTransferOutcome() != CWork::TransferOutcome::Succeeded)
+            return context.fail(NoSession,
+                                u"the session ended before the whole setup was sent"_s);
         return code;
+    }
     const auto &blocks = SetupRecordMap::Blocks;
     const QString what = refused <= int(blocks.size())
                              ? u"block %1 of %2 (%3)"_s.arg(refused)

@@ -79,6 +79,8 @@ int UploadCommand::run(const CommandContext &context, const QStringList &argumen
     progress.setPercentage(0);
     uploader.start();
     loop.exec();
+    if (const QString text = FirmwareUploader::message(*uploader.outcome()); !text.isEmpty())
+        progress.showMessage(text);
     MessageSink::install(&session);
     return exitCodeOf(context, *uploader.outcome());
 }

@@ -6,9 +6,7 @@
 #include "i18n/Translator.h"
 #include "session/CWork.h"
 #include "session/Frame.h"
-#include "session/MessageSink.h"
 #include "session/PacketParam.h"
-#include "session/ProgramExit.h"
 #include "session/SessionMessage.h"
 
 #include <QCoreApplication>
@@ -110,14 +108,15 @@ FirmwareUploader::Outcome FirmwareUploader::transfer()
     if (const auto failed = send(header, m_package.header()))
         return *failed;
 
-    const std::array<quint32, 8> reply = m_work.firmwareReplyWords();
+    const CWork::FirmwareReply answer = m_work.firmwareReply();
+    const std::array<quint32, 8> &reply = answer.words;
     if (reply[0] != W::HeaderReply)
         return Outcome::Declined;
     if (reply[1] == W::Busy)
         return Outcome::Busy;
     if (reply[1] != W::GoOn || reply[2] != W::VersionDataFollows)
         return Outcome::Declined;
-    const auto versions = RecorderVersions::fromBytes(m_work.firmwareReplyData());
+    const auto versions = RecorderVersions::fromBytes(answer.data);
     // Every chunk has to fit in one frame; a size of 0 would never finish.
     const quint32 chunkSize = reply[4];
     if (!versions || chunkSize == 0 || chunkSize > session::Frame::MaxPayloadSize)
@@ -200,7 +199,7 @@ std::optional<FirmwareUploader::Outcome> FirmwareUploader::sendData(const PACKET
 {
     if (const auto failed = send(param, data))
         return failed;
-    const std::array<quint32, 8> reply = m_work.firmwareReplyWords();
+    const std::array<quint32, 8> reply = m_work.firmwareReply().words;
     if (reply[0] == W::DataReply && reply[1] != W::Accepted)
         return stopAfterError(Outcome::Refused);
     return std::nullopt;
@@ -228,13 +227,7 @@ void FirmwareUploader::finish(Outcome outcome)
     m_outcome = outcome;
     m_running.store(false);
     tellMainWindow(1);
-    if (endsProgram(outcome) && outcome != Outcome::Completed)
-        m_work.startKeepAliveTimer();
-    if (const QString text = message(outcome); !text.isEmpty())
-        MessageSink::show(text);
     Q_EMIT finished(outcome);
-    if (endsProgram(outcome))
-        ProgramExit::exitProgram(0);
 }
 
 void FirmwareUploader::tellMainWindow(int running)

@@ -25,15 +25,16 @@ struct UpdatePlan;
 // chunk size it takes; the plan of the components to send; their chunks,
 // each acknowledged before the next; the end of the package. The recorder
 // installs the package at its next start, and the session is of no further
-// use, so the completed transfer ends the program after its message, and so
-// does every failure. A busy recorder, a recorder that declines, and a
-// cancel leave the program running.
+// use, so the owner ends the program after the message of a completed
+// transfer, and of every failure (endsProgram()). A busy recorder, a
+// recorder that declines, and a cancel leave the program running.
 //
 // The object belongs to the worker's thread (the user-interface thread),
 // whose event loop must keep running: the worker's reply handler runs there,
-// and so does the end of every upload (main window message, text, finished(),
-// program end). Destroy it before the worker; destroying it mid-transfer
-// stops the transfer and tells the recorder so.
+// and so does the end of every upload (main window message 3027 and
+// finished(), which reports the outcome and shows nothing). The session
+// owns it (CWork::adoptUpload) and destroys it before its handle goes;
+// destroying it mid-transfer stops the transfer and tells the recorder so.
 class FirmwareUploader : public QObject
 {
     Q_OBJECT
@@ -83,8 +84,7 @@ public:
 Q_SIGNALS:
     // From the transfer thread, whenever the percentage changes.
     void percentageChanged(int percent);
-    // On the worker's thread after the upload's message, before the program
-    // end where the outcome calls for one.
+    // On the worker's thread once the transfer thread has ended.
     void finished(firmware::FirmwareUploader::Outcome outcome);
 
 private:

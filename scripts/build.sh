@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
-# Configures and builds one build tree: scripts/build.sh release|test [targets...]
+# Configures and builds one build tree: scripts/build.sh release|test|tsan [targets...]
 #   release: optimised, into build/release
 #   test:    debug with AddressSanitizer and UndefinedBehaviorSanitizer, into build/test
+#   tsan:    debug with ThreadSanitizer, into build/tsan; by default only the
+#            tests of the threaded code (session, firmware, simulator)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 kind=${1:-release}
@@ -9,7 +11,11 @@ shift || true
 case "$kind" in
     release) flags=(-DCMAKE_BUILD_TYPE=Release -DRS_BUILD_TESTS=OFF) ;;
     test) flags=(-DCMAKE_BUILD_TYPE=Debug -DRS_SANITIZE=ON) ;;
-    *) echo "usage: scripts/build.sh release|test [targets...]" >&2; exit 2 ;;
+    tsan)
+        flags=(-DCMAKE_BUILD_TYPE=Debug -DRS_TSAN=ON -DRS_BUILD_BENCH=OFF)
+        [ $# -gt 0 ] || set -- session_tests worker_tests firmware_tests sim_tests
+        ;;
+    *) echo "usage: scripts/build.sh release|test|tsan [targets...]" >&2; exit 2 ;;
 esac
 scripts/setup.sh
 # Rebuilds of other checkouts of the same sources come from the cache.

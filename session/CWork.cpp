@@ -6,14 +6,13 @@
 #include "session/MessageSink.h"
 #include "session/PacketParam.h"
 #include "session/PacketString.h"
-#include "session/ProgramExit.h"
 #include "session/RemoteCommand.h"
 #include "session/SessionMessage.h"
+#include "session/SocketChannel.h"
 #include "session/SocketNotifyEvent.h"
 #include "setup/LittleEndian.h"
 
 #include <QCoreApplication>
-#include <QThread>
 
 #include <utility>
 
@@ -23,6 +22,7 @@ using setup::SetupRecordMap;
 namespace {
 
 std::atomic<CWork *> s_instance {nullptr};
+std::atomic<quint64> s_lastSerial {0};
 
 using session::Frame;
 constexpr qsizetype PacketHeadSize = Frame::HeadSize;
@@ -54,20 +54,24 @@ QByteArrayView packetPayload(const QByteArray &packet)
 
 CWork::CWork(QObject *parent)
     : QObject(parent)
+    , m_serial(++s_lastSerial)
     , m_status(std::make_shared<SessionStatus>())
     , m_mirror(SetupRecordMap::RecordSize, '\0')
     , m_referenceCopy(SetupRecordMap::RecordSize, '\0')
-    , m_firmwareBuffer(FirmwareBufferSize, '\0')
 {
     s_instance.store(this);
     m_keepAliveTimer.setInterval(KeepAliveIntervalMs);
     m_clockTimer.setInterval(ClockIntervalMs);
+    m_blockTimer.setInterval(WholeRecordPauseMs);
+    m_blockTimer.setSingleShot(true);
     connect(&m_keepAliveTimer, &QTimer::timeout, this, [this] { onTimer(KeepAliveTimer); });
     connect(&m_clockTimer, &QTimer::timeout, this, [this] { onTimer(ClockTimer); });
+    connect(&m_blockTimer, &QTimer::timeout, this, &CWork::sendNextBlock);
 }
 
 CWork::~CWork()
 {
+    stopUpload();
     releaseHandle();
     m_status->workerAlive.store(false);
     CWork *self = this;
@@ -93,12 +97,25 @@ void CWork::setState(int state, bool updateStatus)
 
 int CWork::connectSession(ConnectionRecord *record)
 {
+    releaseHandle();
+    endTransfer(TransferOutcome::None);
     m_record = record;
     m_record->clearedAtConnect = 0;
     m_address = record->address;
     m_port = record->port;
+    m_connectFailed = false;
+    m_wholeRecordReceived = false;
+    m_status->setupReceived.store(0);
 
-    m_handle = KRSMGAPI_Create(this, nullptr, nullptr);
+    {
+        const std::lock_guard lock(m_handleMutex);
+        m_handle = KRSMGAPI_Create(this, nullptr, nullptr);
+    }
+    if (m_handle) {
+        m_channel = m_handle->serial();
+        if (!m_firstChannel)
+            m_firstChannel = m_channel;
+    }
     setState(Idle, false);
 
     REMOTESOCKET_CONNECT_INFO info;
@@ -113,10 +130,25 @@ int CWork::connectSession(ConnectionRecord *record)
 void CWork::disconnectSession()
 {
     m_keepAliveTimer.stop();
+    endTransfer(TransferOutcome::None);
     if (releaseHandle())
         setState(Idle, false);
+    post(SessionMessage::SessionEnded);
+}
+
+void CWork::post(int kind, qintptr wParam, qintptr lParam)
+{
     if (m_mainWindow)
-        QCoreApplication::postEvent(m_mainWindow, new SessionMessage(SessionMessage::SessionEnded));
+        QCoreApplication::postEvent(
+            m_mainWindow, new SessionMessage(SessionMessage::Kind(kind), wParam, lParam, m_serial));
+}
+
+void CWork::report(SessionNotice::Kind kind, int loginCode)
+{
+    if (m_mainWindow)
+        post(SessionMessage::Notice, kind, loginCode);
+    else
+        MessageSink::show(SessionNotice {kind, loginCode}.text());
 }
 
 int CWork::dateTimeCommand(int mode, const RecorderTime &time)
@@ -133,27 +165,40 @@ bool CWork::event(QEvent *event)
     if (event->type() != session::SocketNotifyEvent::NotifyType)
         return QObject::event(event);
     const auto *notify = static_cast<session::SocketNotifyEvent *>(event);
-    handleNotification(notify->record(), notify->packet());
+    const quint64 channel = notify->channel();
+    if (isLive(notify->record(), channel)) {
+        handleNotification(notify->record(), notify->packet());
+    } else if (notify->record().kind == REMOTESOCKET_NOTIFY::Connected
+               && !(m_firstChannel && channel >= m_firstChannel && channel <= m_channel)) {
+        // Not one of this worker's handles at all.
+        setState(Failed, true);
+    }
+    // Anything else belongs to a handle this worker has already let go.
     if (state() == Failed)
         disconnectSession();
     return true;
 }
 
+bool CWork::isLive(const REMOTESOCKET_NOTIFY &record, quint64 channel) const
+{
+    return m_handle && record.handle == m_handle && channel == m_channel;
+}
+
 void CWork::handleNotification(const REMOTESOCKET_NOTIFY &record, const QByteArray &packet)
 {
     switch (record.kind) {
+    case REMOTESOCKET_NOTIFY::ConnectFailed:
+        m_connectFailed = true;
+        setState(Failed, true);
+        return;
     case REMOTESOCKET_NOTIFY::Connected:
-        if (record.handle != m_handle) {
-            setState(Failed, true);
-            return;
-        }
         setState(Connected, true);
         if (state() != Connected) {
             setState(Failed, false);
             return;
         }
         if (!KRSMGAPI_SendInitPacketData(m_handle)) {
-            MessageSink::show(nelib::tr("Connect Fail"));
+            report(SessionNotice::ConnectFail);
             setState(Failed, false);
             disconnectSession();
         }
@@ -202,10 +247,12 @@ void CWork::handlePacket(const QByteArray &packet)
     case RemoteCommand::FirmwareReply:
         handleFirmwareReply(packet);
         break;
-    case RemoteCommand::SetupWriteAck:
-        handleAcknowledgement();
-        Q_EMIT writeAcknowledged(packetParam(packet).words[0] != 0);
+    case RemoteCommand::SetupWriteAck: {
+        const bool applied = packetParam(packet).words[0] == 1;
+        handleAcknowledgement(applied);
+        Q_EMIT writeAcknowledged(applied);
         break;
+    }
     default:
         break;
     }
@@ -217,16 +264,6 @@ void CWork::handleLoginAnswer(const QByteArray &packet)
         = QByteArrayView(packet).sliced(PacketParamOffset, PACKET_PARAM::Size);
     const qint32 code = LittleEndian::i32(param, 0);
     m_lastLoginCode = code;
-    static const char *const refusals[] = {
-        RS_TEXT("Login failed"),
-        nullptr,
-        RS_TEXT("Login failed by password error"),
-        RS_TEXT("Login failed"),
-        RS_TEXT("Login failed by exceeding maximum user"),
-        RS_TEXT("Login failed by authority error"),
-        RS_TEXT("Login failed by former user"),
-        RS_TEXT("Login failed by menu operation"),
-    };
     if (code == LoginOk) {
         setState(Ready, true);
         m_videoStandard = LittleEndian::u8(param, 6);
@@ -236,8 +273,8 @@ void CWork::handleLoginAnswer(const QByteArray &packet)
             m_record->videoStandard = quint8(m_videoStandard);
         }
         requestSetup();
-    } else if (code >= 0 && code < qint32(std::size(refusals))) {
-        MessageSink::show(nelib::tr(refusals[code]));
+    } else if (code >= 0 && code <= 7) {
+        report(SessionNotice::LoginRefused, code);
         setState(Failed, true);
     }
     m_keepAliveTimer.start();
@@ -282,6 +319,8 @@ void CWork::handleSetupAnswer(const QByteArray &packet)
         m_setupAnswerValues[i] = LittleEndian::u16(param, 12 + 2 * i);
     const QByteArrayView payload = packetPayload(packet);
     if (LittleEndian::u32(param, 8) == 0) {
+        if (payload.size() == SetupRecordMap::RecordSize)
+            m_wholeRecordReceived = true;
         setupArrival(payload, !payload.isEmpty());
         m_status->setupReceived.store(1);
         Q_EMIT setupArrived();
@@ -293,7 +332,7 @@ void CWork::handleSetupAnswer(const QByteArray &packet)
 void CWork::setupArrival(QByteArrayView payload, bool present)
 {
     if (!present) {
-        MessageSink::show(nelib::tr("No Setup Data"));
+        report(SessionNotice::NoSetupData);
         return;
     }
     if (payload.size() == SetupRecordMap::RecordSize)
@@ -301,30 +340,52 @@ void CWork::setupArrival(QByteArrayView payload, bool present)
     dateTimeCommand(1, RecorderTime {});
 }
 
-void CWork::handleAcknowledgement()
+void CWork::handleAcknowledgement(bool applied)
 {
-    const int importPending = m_importPending;
-    const int defaultPending = m_defaultPending;
-    if (!importPending && !defaultPending) {
+    if (!m_transfer) {
         if (m_silentNextAck)
             m_silentNextAck = 0;
-        else
-            MessageSink::show(nelib::tr("Complete Save   \t"));
+        else if (applied)
+            report(SessionNotice::Saved);
         return;
     }
-    if (importPending && defaultPending)
+    if (!applied) {
+        endTransfer(TransferOutcome::Refused);
         return;
-    ++m_ackCounter;
-    if (m_ackCounter == 6)
+    }
+    const int blocks = int(SetupRecordMap::Blocks.size());
+    // More acknowledgements than writes sent cannot belong to this transfer.
+    const int sent = m_transfer->nextBlock + (m_transfer->acknowledgements >= blocks ? 1 : 0);
+    if (++m_transfer->acknowledgements > sent) {
+        endTransfer(TransferOutcome::Refused);
+        return;
+    }
+    if (m_transfer->acknowledgements == blocks)
         commit();
-    if (m_ackCounter != 7)
+    else if (m_transfer->acknowledgements == blocks + 1)
+        endTransfer(TransferOutcome::Succeeded);
+}
+
+void CWork::endTransfer(TransferOutcome outcome)
+{
+    m_blockTimer.stop();
+    if (!m_transfer)
         return;
-    MessageSink::show(importPending ? nelib::tr("Import Success")
-                                    : nelib::tr("Default Setup Success"));
-    (importPending ? m_importPending : m_defaultPending) = 0;
-    if (m_mainWindow) {
-        SessionMessage restored(SessionMessage::SetupRestored);
-        QCoreApplication::sendEvent(m_mainWindow, &restored);
+    const Transfer transfer = *std::exchange(m_transfer, std::nullopt);
+    m_lastTransfer = outcome;
+    const bool import = transfer.kind == WholeRecord::Import;
+    switch (outcome) {
+    case TransferOutcome::Succeeded:
+        m_mirror = transfer.record;
+        report(import ? SessionNotice::ImportSucceeded : SessionNotice::DefaultSucceeded);
+        post(SessionMessage::SetupRestored);
+        break;
+    case TransferOutcome::Refused:
+    case TransferOutcome::SendFailed:
+        report(import ? SessionNotice::ImportFailed : SessionNotice::DefaultFailed);
+        break;
+    case TransferOutcome::None:
+        break;
     }
 }
 
@@ -334,27 +395,17 @@ void CWork::handleFirmwareReply(const QByteArray &packet)
     const QByteArrayView payload = packetPayload(packet);
     {
         const std::lock_guard lock(m_firmwareMutex);
-        const qsizetype fill = std::min<qsizetype>(payload.size(), FirmwareBufferSize);
-        std::copy_n(payload.data(), fill, m_firmwareBuffer.data());
-        m_firmwareFill.store(int(fill));
-        for (int i = 0; i < PACKET_PARAM::WordCount; ++i)
-            m_firmwareWords[i].store(param.words[i]);
+        m_firmwareReply.words = param.words;
+        m_firmwareReply.data
+            = payload.first(std::min<qsizetype>(payload.size(), FirmwareBufferSize)).toByteArray();
     }
-    m_firmwareReply.set();
+    m_firmwareReplied.set();
 }
 
-std::array<quint32, 8> CWork::firmwareReplyWords() const
-{
-    std::array<quint32, 8> words {};
-    for (int i = 0; i < PACKET_PARAM::WordCount; ++i)
-        words[i] = m_firmwareWords[i].load();
-    return words;
-}
-
-QByteArray CWork::firmwareReplyData() const
+CWork::FirmwareReply CWork::firmwareReply() const
 {
     const std::lock_guard lock(m_firmwareMutex);
-    return m_firmwareBuffer.first(m_firmwareFill.load());
+    return m_firmwareReply;
 }
 
 bool CWork::releaseHandle()
@@ -384,8 +435,19 @@ int CWork::sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data)
 void CWork::clearFirmwareBuffer()
 {
     const std::lock_guard lock(m_firmwareMutex);
-    m_firmwareBuffer.fill('\0');
-    m_firmwareFill.store(0);
+    m_firmwareReply = {};
+}
+
+void CWork::adoptUpload(QObject *upload)
+{
+    stopUpload();
+    upload->setParent(nullptr);
+    m_upload = upload;
+}
+
+void CWork::stopUpload()
+{
+    delete m_upload.data();
 }
 
 void CWork::onTimer(quint32 timer)
@@ -412,10 +474,8 @@ void CWork::keepAlive()
     if (KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::KeepAlive, &probe))
         return;
     setState(Failed, false);
+    report(SessionNotice::ConnectionLost);
     disconnectSession();
-    MessageSink::show(nelib::tr("DVR has been disconnected.\nThe Remote Setup is terminated.\n"
-                                "Please try to reconnect."));
-    ProgramExit::exitProgram(0);
 }
 
 int CWork::writeSection(setup::Section section, QByteArrayView data)
@@ -441,25 +501,47 @@ int CWork::readSection(setup::Section section, QByteArray *destination) const
     return 1;
 }
 
-int CWork::writeWholeRecord(QByteArrayView record)
+int CWork::writeWholeRecord(WholeRecord kind, QByteArrayView record)
 {
-    if (state() != Ready || record.size() != SetupRecordMap::RecordSize)
+    if (state() != Ready || record.size() != SetupRecordMap::RecordSize || !m_wholeRecordReceived
+        || m_transfer)
         return 0;
-    int result = 0;
-    for (const setup::BlockInfo &block : SetupRecordMap::Blocks) {
-        PACKET_PARAM param;
-        param.words[0] = SetupRecordMap::WholeBlockCategory;
-        param.words[1] = quint32(block.length);
-        param.words[2] = quint32(block.offset);
-        result = KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::SetupWrite, &param,
-                                           record.data() + block.offset, quint32(block.length));
-        if (!result)
-            return 0;
-        if (block.id != SetupRecordMap::Blocks.back().id)
-            QThread::msleep(WholeRecordPauseMs);
+    m_transfer = Transfer {kind, record.toByteArray()};
+    if (!sendBlock()) {
+        // The caller reports a transfer that never started.
+        m_transfer.reset();
+        return 0;
     }
-    m_mirror = record.toByteArray();
-    return result;
+    m_blockTimer.start();
+    return 1;
+}
+
+bool CWork::sendBlock()
+{
+    const setup::BlockInfo &block = SetupRecordMap::Blocks[m_transfer->nextBlock];
+    PACKET_PARAM param;
+    param.words[0] = SetupRecordMap::WholeBlockCategory;
+    param.words[1] = quint32(block.length);
+    param.words[2] = quint32(block.offset);
+    if (state() != Ready
+        || !KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::SetupWrite, &param,
+                                      m_transfer->record.constData() + block.offset,
+                                      quint32(block.length)))
+        return false;
+    ++m_transfer->nextBlock;
+    return true;
+}
+
+void CWork::sendNextBlock()
+{
+    if (!m_transfer || m_transfer->nextBlock >= int(SetupRecordMap::Blocks.size()))
+        return;
+    if (!sendBlock()) {
+        endTransfer(TransferOutcome::SendFailed);
+        return;
+    }
+    if (m_transfer->nextBlock < int(SetupRecordMap::Blocks.size()))
+        m_blockTimer.start();
 }
 
 void CWork::commit()
@@ -469,16 +551,4 @@ void CWork::commit()
     PACKET_PARAM param;
     param.words[0] = SetupRecordMap::CommitCategory;
     KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::SetupWrite, &param);
-}
-
-void CWork::beginImport()
-{
-    m_ackCounter = 0;
-    m_importPending = 1;
-}
-
-void CWork::beginDefault()
-{
-    m_ackCounter = 0;
-    m_defaultPending = 1;
 }

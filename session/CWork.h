@@ -3,11 +3,13 @@
 #include "session/ConnectionRecord.h"
 #include "session/Event.h"
 #include "session/RecorderClock.h"
+#include "session/SessionNotice.h"
 #include "session/SessionStatus.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QByteArray>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <array>
@@ -23,7 +25,10 @@
 // handle, the session state, the mirror of the recorder's setup record and
 // its running clock. The library posts its notifications to this object,
 // so all of its code runs on the thread it lives on (the user-interface
-// thread). There is one at a time; pages reach it through instance().
+// thread), which it never blocks: connecting and the whole-record write
+// run on events and timers. It shows nothing itself: what the operator has
+// to hear goes to the main window as a SessionNotice. There is one at a
+// time; pages reach it through instance().
 class CWork : public QObject
 {
     Q_OBJECT
@@ -51,18 +56,29 @@ public:
     static constexpr int WholeRecordPauseMs = 100;
     static constexpr int FirmwareBufferSize = 524288;
 
+    // The two whole-record writes and how the last one ended.
+    enum class WholeRecord { Import, Default };
+    enum class TransferOutcome { None, Succeeded, Refused, SendFailed };
+
     explicit CWork(QObject *parent = nullptr);
+    // Stops an adopted upload first, then ends the session.
     ~CWork() override;
 
     static CWork *instance();
+    // A number no other worker of the process has had; the source of the
+    // worker's session messages.
+    quint64 serial() const { return m_serial; }
 
     // The object that receives the session messages (2026, 3029).
     void setMainWindow(QObject *mainWindow);
     QObject *mainWindow() const { return m_mainWindow; }
 
     // Starts a session with the recorder named in `record`, which must
-    // outlive it. Returns nonzero when the attempt was started.
+    // outlive it, ending any earlier one first. Returns nonzero when the
+    // attempt was started; the outcome follows as state changes.
     int connectSession(ConnectionRecord *record);
+    // Whether the last attempt failed before a connection was established.
+    bool connectFailed() const { return m_connectFailed; }
     // Ends the session whatever its state and tells the main window (2026).
     void disconnectSession();
     // Sends command 4177: mode 1 reads the recorder's clock, 2 sets it.
@@ -88,37 +104,51 @@ public:
     // Copies one of the readable sections out of the mirror. Returns 1, or
     // 0 when the session is not ready or `destination` is null.
     int readSection(setup::Section section, QByteArray *destination) const;
-    // Sends a whole record as the six blocks, 100 ms apart; on success the
-    // mirror becomes `record`. Returns the last send's result, or 0.
-    int writeWholeRecord(QByteArrayView record);
+    // Starts writing a whole record as the six blocks, 100 ms apart on a
+    // timer. Refused (0, nothing sent) unless the session is ready, `record`
+    // is whole, a whole record was received in this session, and no other
+    // whole-record write runs. The recorder's acknowledgements finish it: the
+    // sixth sends the commit, the seventh makes `record` the mirror and
+    // reports success; a refused block or a failed send ends it at once,
+    // with nothing further sent. Returns the first send's result.
+    int writeWholeRecord(WholeRecord kind, QByteArrayView record);
+    bool wholeRecordReceived() const { return m_wholeRecordReceived; }
+    bool transferRunning() const { return m_transfer.has_value(); }
+    bool importPending() const { return m_transfer && m_transfer->kind == WholeRecord::Import; }
+    bool defaultPending() const { return m_transfer && m_transfer->kind == WholeRecord::Default; }
+    TransferOutcome lastTransferOutcome() const { return m_lastTransfer; }
     // Stores the staged block writes on the recorder.
     void commit();
 
     // Completion bookkeeping of the acknowledgements (command 4609).
     void setSilentNextAcknowledgement() { m_silentNextAck = 1; }
-    void beginImport();
-    void beginDefault();
-    bool importPending() const { return m_importPending; }
-    bool defaultPending() const { return m_defaultPending; }
-    int acknowledgementCount() const { return m_ackCounter; }
 
-    // Firmware upload: the last answer (command 4228), read by the upload thread.
-    nelib::Event &firmwareReplyEvent() { return m_firmwareReply; }
-    std::array<quint32, 8> firmwareReplyWords() const;
-    QByteArray firmwareReplyData() const;
+    void setKeepAliveInterval(int ms) { m_keepAliveTimer.setInterval(ms); }
+
+    // Firmware upload: the last answer (command 4228), read by the upload
+    // thread: its words and data as one reply.
+    struct FirmwareReply
+    {
+        std::array<quint32, 8> words {};
+        QByteArray data;
+    };
+    nelib::Event &firmwareReplyEvent() { return m_firmwareReplied; }
+    FirmwareReply firmwareReply() const;
     // Sends one firmware packet (command 4227) from any thread.
     int sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data);
     void clearFirmwareBuffer();
-    // (Re)starts the keep-alive timer, so the session stays up while a failed
-    // upload's message is on screen. On the worker's thread only.
-    void startKeepAliveTimer() { m_keepAliveTimer.start(); }
+    // The upload running in this session: the worker owns it from here and
+    // stops it (destroys it) before the session's handle goes.
+    void adoptUpload(QObject *upload);
+    QObject *upload() const { return m_upload; }
+    void stopUpload();
 
 Q_SIGNALS:
     // For callers that wait on the recorder without a window: the command
     // line and the tests.
     void setupArrived();
     void timeAnswerReceived();
-    // After the acknowledgement's own handling; `applied` is its word 0.
+    // After the acknowledgement's own handling; `applied` when its word 0 is 1.
     void writeAcknowledged(bool applied);
 
 protected:
@@ -130,8 +160,14 @@ private:
     void handleLoginAnswer(const QByteArray &packet);
     void handleSetupAnswer(const QByteArray &packet);
     void handleTimeAnswer(const QByteArray &packet);
-    void handleAcknowledgement();
+    void handleAcknowledgement(bool applied);
     void handleFirmwareReply(const QByteArray &packet);
+    bool isLive(const REMOTESOCKET_NOTIFY &record, quint64 channel) const;
+    bool sendBlock();
+    void sendNextBlock();
+    void endTransfer(TransferOutcome outcome);
+    void report(SessionNotice::Kind kind, int loginCode = 0);
+    void post(int kind, qintptr wParam = 0, qintptr lParam = 0);
     void setupArrival(QByteArrayView payload, bool present);
     void onTimer(quint32 timer);
     void keepAlive();
@@ -141,6 +177,15 @@ private:
     bool releaseHandle();
     void login();
 
+    struct Transfer
+    {
+        WholeRecord kind;
+        QByteArray record;
+        int nextBlock = 0;
+        int acknowledgements = 0;
+    };
+
+    const quint64 m_serial;
     ConnectionRecord *m_record = nullptr;
     std::shared_ptr<SessionStatus> m_status;
     QByteArray m_mirror;
@@ -148,21 +193,26 @@ private:
     int m_videoStandard = 0;
     std::optional<int> m_lastLoginCode;
 
-    std::array<std::atomic<quint32>, 8> m_firmwareWords {};
     mutable std::mutex m_firmwareMutex; // the upload thread reads what the reply handler wrote
-    QByteArray m_firmwareBuffer;
-    std::atomic<int> m_firmwareFill {0};
-    nelib::Event m_firmwareReply;
+    FirmwareReply m_firmwareReply;
+    nelib::Event m_firmwareReplied;
+    QPointer<QObject> m_upload;
 
     bool m_clockValid = false;
+    bool m_connectFailed = false;
+    bool m_wholeRecordReceived = false;
     int m_silentNextAck = 0;
-    int m_importPending = 0;
-    int m_defaultPending = 0;
-    int m_ackCounter = 0;
+    std::optional<Transfer> m_transfer;
+    TransferOutcome m_lastTransfer = TransferOutcome::None;
+    QTimer m_blockTimer;
     // Written on this object's thread only; the upload thread's sends read
     // it under the mutex, so the handle is never destroyed under a send.
     std::mutex m_handleMutex;
     KRSMGAPI_HANDLE m_handle = nullptr;
+    // The serial numbers of this worker's handles: the first and the current
+    // (or last) one. Events of the earlier ones are stale.
+    quint64 m_firstChannel = 0;
+    quint64 m_channel = 0;
     QObject *m_mainWindow = nullptr;
     QByteArray m_address;
     quint32 m_port = 0;

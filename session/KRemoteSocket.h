@@ -40,15 +40,13 @@ KRSMGAPI_HANDLE KRSMGAPI_Create(QObject *notify, KRSMGAPI_CALLBACK callback, voi
 // stack up on demand); always 1.
 int KRSMGAPI_Initialize();
 
-// Resolves the address (host name or dotted IPv4) and connects, returning
-// only when the TCP connection is established (nonzero) or has failed (0:
-// refused, unresolvable, invalid address or port, or not established within
-// 10 s). Waiting for the outcome lets the session treat a 0 as a failed
-// session at once, so an operator who mistyped the port hears about it
-// immediately instead of after the whole connecting wait.
-// After success an event of kind REMOTESOCKET_NOTIFY::Connected is posted
-// before anything received on the connection. One connection per handle: a
-// second Connect returns 0.
+// Starts connecting and returns at once: nonzero when the attempt was
+// started, 0 for an invalid address or port or a second Connect on the
+// handle (one connection per handle). The outcome arrives as an event: kind
+// REMOTESOCKET_NOTIFY::Connected once the TCP connection is established
+// (before anything received on it), or kind ConnectFailed when the attempt
+// was refused or could not be made. An attempt that hangs reports nothing
+// until Disconnect ends it; the caller's own wait bounds it.
 int KRSMGAPI_Connect(KRSMGAPI_HANDLE handle, const REMOTESOCKET_CONNECT_INFO *info);
 
 // Sends the opening frame (word 0 = protocol version, word 1 = the connection

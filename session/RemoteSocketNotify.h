@@ -11,6 +11,9 @@ struct REMOTESOCKET_NOTIFY
     static constexpr quint32 InitAcknowledged = 0x1000;
     // A frame arrived; the event carries it.
     static constexpr quint32 PacketReceived = 0x1001;
+    // The connection attempt failed (refused, unresolvable, unreachable).
+    // Our transport's own addition: a hanging attempt reports nothing.
+    static constexpr quint32 ConnectFailed = 0x1002;
 
     KRSMGAPI_HANDLE handle = nullptr;
     quint32 kind = Connected;

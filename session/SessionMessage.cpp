@@ -1,13 +1,10 @@
 #include "session/SessionMessage.h"
 
-static_assert(SessionMessage::SetupReady >= QEvent::User
-                  && SessionMessage::SaveButtons <= QEvent::MaxUser,
-              "session messages must be user events");
-
-SessionMessage::SessionMessage(Kind kind, qintptr wParam, qintptr lParam)
+SessionMessage::SessionMessage(Kind kind, qintptr wParam, qintptr lParam, quint64 source)
     : QEvent(QEvent::Type(kind))
     , m_wParam(wParam)
     , m_lParam(lParam)
+    , m_source(source)
 { }
 
 bool SessionMessage::isSessionMessage(const QEvent *event)
@@ -19,6 +16,7 @@ bool SessionMessage::isSessionMessage(const QEvent *event)
     case UploadRunning:
     case SetupRestored:
     case SaveButtons:
+    case Notice:
         return true;
     default:
         return false;

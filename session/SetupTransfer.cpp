@@ -32,19 +32,41 @@ SetupTransfer::Result SetupTransfer::importFile(CWork &work, const QString &path
     return importData(work, file.bytes);
 }
 
+namespace {
+
+// Why a whole-record write cannot start, or Sent when it can.
+SetupTransfer::Result precondition(const CWork &work)
+{
+    if (!work.wholeRecordReceived())
+        return SetupTransfer::Result::NoRecord;
+    if (work.transferRunning())
+        return SetupTransfer::Result::Busy;
+    return SetupTransfer::Result::Sent;
+}
+
+SetupTransfer::Result start(CWork &work, CWork::WholeRecord kind, const QByteArray &record,
+                            SetupTransfer::Result ready)
+{
+    if (ready == SetupTransfer::Result::Sent && !work.writeWholeRecord(kind, record))
+        ready = SetupTransfer::Result::SendFailed;
+    if (ready != SetupTransfer::Result::Sent)
+        MessageSink::show(kind == CWork::WholeRecord::Import ? nelib::tr("Import Error!")
+                                                             : nelib::tr("Default Setup Error!"));
+    return ready;
+}
+
+} // namespace
+
 SetupTransfer::Result SetupTransfer::importData(CWork &work, QByteArrayView file)
 {
-    if (SetupFiles::importFaults(file, work.mirror())) {
+    // A record never received is no model to check the file against.
+    const Result ready = precondition(work);
+    if (ready == Result::Sent && SetupFiles::importFaults(file, work.mirror())) {
         MessageSink::show(nelib::tr("This file can not be imported."));
         return Result::FileRefused;
     }
-    const QByteArray record = SetupFiles::importedRecord(file, work.mirror());
-    work.beginImport();
-    if (!work.writeWholeRecord(record)) {
-        MessageSink::show(nelib::tr("Import Error!"));
-        return Result::SendFailed;
-    }
-    return Result::Sent;
+    return start(work, CWork::WholeRecord::Import, SetupFiles::importedRecord(file, work.mirror()),
+                 ready);
 }
 
 SetupTransfer::Result SetupTransfer::factoryDefault(CWork &work, const QString &defaultFile)
@@ -55,11 +77,6 @@ SetupTransfer::Result SetupTransfer::factoryDefault(CWork &work, const QString &
 
 SetupTransfer::Result SetupTransfer::restoreDefaults(CWork &work, QByteArrayView image)
 {
-    const QByteArray record = SetupFiles::defaultRecord(image, work.mirror());
-    work.beginDefault();
-    if (!work.writeWholeRecord(record)) {
-        MessageSink::show(nelib::tr("Default Setup Error!"));
-        return Result::SendFailed;
-    }
-    return Result::Sent;
+    return start(work, CWork::WholeRecord::Default, SetupFiles::defaultRecord(image, work.mirror()),
+                 precondition(work));
 }

@@ -8,9 +8,9 @@ class CWork;
 // Whole setups through a session: the Configuration page's Export, Import
 // and Factory Default, one call per button, and the same for the command
 // line. Each call shows its own messages through the MessageSink. Import and
-// factory default only start the transfer: the recorder's seventh
-// acknowledgement finishes it in the worker, which then shows "Import
-// Success" or "Default Setup Success" and tells the main window (3029).
+// factory default only start the transfer: the recorder's acknowledgements
+// finish it in the worker, which then reports success or failure to the
+// main window (SessionNotice) and, on success, tells it to reload (3029).
 class SetupTransfer
 {
 public:
@@ -19,6 +19,10 @@ public:
         FileMissing, // "File does not exist"; nothing changed
         FileRefused, // "This file can not be imported."; nothing changed
         SendFailed, // "Import Error!" or "Default Setup Error!"
+        // The next two also show "Import Error!" or "Default Setup Error!"
+        // and send nothing.
+        NoRecord, // no whole record was received from the recorder
+        Busy, // another whole-record write is still running
     };
 
     // Writes the export file of the worker's record to `path`. Returns

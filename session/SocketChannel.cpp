@@ -4,12 +4,15 @@
 #include "session/RemoteCommand.h"
 #include "session/SocketIo.h"
 
-#include <future>
-
 namespace session {
 
+namespace {
+std::atomic<quint64> s_lastSerial {0};
+}
+
 SocketChannel::SocketChannel(QObject *notify)
-    : m_io(new SocketIo(this, notify))
+    : m_serial(++s_lastSerial)
+    , m_io(new SocketIo(this, m_serial, notify))
 {
     m_thread.setObjectName(QStringLiteral("KRemoteSocket I/O"));
     m_io->moveToThread(&m_thread);
@@ -36,16 +39,10 @@ bool SocketChannel::connectTo(const REMOTESOCKET_CONNECT_INFO &info)
         || info.port == 0 || info.port > 65535)
         return false;
     m_flags = info.flags;
-
-    std::promise<bool> outcome;
-    std::future<bool> result = outcome.get_future();
     const QString host = QString::fromLatin1(address);
     const quint16 port = quint16(info.port);
-    QMetaObject::invokeMethod(m_io, [this, host, port, &outcome] {
-        m_io->open(host, port, [&outcome](bool connected) { outcome.set_value(connected); });
-    });
-    // The I/O thread always answers: its connect timer bounds the wait.
-    return result.get();
+    QMetaObject::invokeMethod(m_io, [io = m_io, host, port] { io->open(host, port); });
+    return true;
 }
 
 bool SocketChannel::sendOpen()

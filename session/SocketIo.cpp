@@ -8,7 +8,6 @@
 #include <QCoreApplication>
 #include <QMutexLocker>
 #include <QTcpSocket>
-#include <QTimer>
 
 #include <utility>
 
@@ -16,8 +15,9 @@ using nelib::LittleEndian;
 
 namespace session {
 
-SocketIo::SocketIo(KRSMGAPI_HANDLE handle, QObject *notify)
+SocketIo::SocketIo(KRSMGAPI_HANDLE handle, quint64 channel, QObject *notify)
     : m_handle(handle)
+    , m_channel(channel)
     , m_notify(notify)
 { }
 
@@ -39,31 +39,22 @@ bool SocketIo::send(qint32 command, const PACKET_PARAM &param, QByteArrayView pa
     return true;
 }
 
-void SocketIo::open(const QString &host, quint16 port, std::function<void(bool)> done)
+void SocketIo::open(const QString &host, quint16 port)
 {
-    m_connectDone = std::move(done);
+    if (m_shutDown)
+        return;
     m_socket = new QTcpSocket(this);
     connect(m_socket, &QTcpSocket::connected, this, &SocketIo::onConnected);
     connect(m_socket, &QTcpSocket::errorOccurred, this, &SocketIo::onSocketError);
     connect(m_socket, &QTcpSocket::disconnected, this, &SocketIo::lose);
     connect(m_socket, &QTcpSocket::readyRead, this, &SocketIo::receive);
-    QTimer::singleShot(ConnectTimeoutMs, m_socket, [this] {
-        if (m_connectDone) {
-            m_socket->abort();
-            finishConnect(false);
-        }
-    });
+    m_connecting = true;
     m_socket->connectToHost(host, port);
-}
-
-void SocketIo::finishConnect(bool connected)
-{
-    if (m_connectDone)
-        std::exchange(m_connectDone, {})(connected);
 }
 
 void SocketIo::onConnected()
 {
+    m_connecting = false;
     // Small request/answer frames must not wait for Nagle's algorithm.
     m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     m_connected = true;
@@ -72,14 +63,14 @@ void SocketIo::onConnected()
         m_accepting = true;
     }
     post(REMOTESOCKET_NOTIFY::Connected);
-    finishConnect(true);
 }
 
 void SocketIo::onSocketError()
 {
-    if (m_connectDone) {
+    if (m_connecting) {
+        m_connecting = false;
         m_socket->abort();
-        finishConnect(false);
+        post(REMOTESOCKET_NOTIFY::ConnectFailed);
     } else {
         lose();
     }
@@ -111,7 +102,9 @@ void SocketIo::deliver(const QByteArray &packet)
 
 void SocketIo::post(quint32 kind, const QByteArray &packet)
 {
-    QCoreApplication::postEvent(m_notify, new SocketNotifyEvent({m_handle, kind}, packet));
+    if (!m_shutDown)
+        QCoreApplication::postEvent(m_notify,
+                                    new SocketNotifyEvent({m_handle, kind}, packet, m_channel));
 }
 
 void SocketIo::writeQueued()
@@ -136,6 +129,11 @@ void SocketIo::shutDown()
     {
         QMutexLocker lock(&m_mutex);
         m_accepting = false;
+    }
+    m_shutDown = true;
+    if (m_connecting) {
+        m_connecting = false;
+        m_socket->abort();
     }
     if (!m_connected)
         return;

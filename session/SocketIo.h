@@ -9,7 +9,6 @@
 #include <QString>
 
 #include <deque>
-#include <functional>
 
 QT_BEGIN_NAMESPACE
 class QTcpSocket;
@@ -26,22 +25,20 @@ class SocketIo : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int ConnectTimeoutMs = 10000;
-
-    SocketIo(KRSMGAPI_HANDLE handle, QObject *notify);
+    SocketIo(KRSMGAPI_HANDLE handle, quint64 channel, QObject *notify);
 
     // Any thread. Queues one frame, numbered in queueing order; false when
     // the connection is not open or the payload is too large.
     bool send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload);
 
-    // Starts connecting; `done` is called once, with the outcome, on the I/O
-    // thread. The Connected event is posted before `done(true)`.
-    void open(const QString &host, quint16 port, std::function<void(bool)> done);
-    // Refuses further sends, writes the frames already queued and closes.
+    // Starts connecting; the outcome is posted as a Connected or a
+    // ConnectFailed event.
+    void open(const QString &host, quint16 port);
+    // Refuses further sends, writes the frames already queued and closes;
+    // an attempt still connecting is abandoned. Nothing is posted after it.
     void shutDown();
 
 private:
-    void finishConnect(bool connected);
     void onConnected();
     void onSocketError();
     void receive();
@@ -58,11 +55,13 @@ private:
 
     // I/O thread only.
     const KRSMGAPI_HANDLE m_handle;
+    const quint64 m_channel;
     QObject *const m_notify;
     QTcpSocket *m_socket = nullptr;
+    bool m_connecting = false;
     bool m_connected = false;
+    bool m_shutDown = false;
     FrameReader m_reader;
-    std::function<void(bool)> m_connectDone;
 };
 
 } // namespace session

@@ -25,14 +25,20 @@ public:
     // with on Windows; the number also lies in Qt's user event range.
     static constexpr QEvent::Type NotifyType = QEvent::Type(0x8000);
 
-    SocketNotifyEvent(const REMOTESOCKET_NOTIFY &record, const QByteArray &packet);
+    // `channel` is the serial number of the handle that posted the event
+    // (SocketChannel::serial()): unlike the handle's address, it is never
+    // reused, so an event of a destroyed handle is told from a new one's.
+    SocketNotifyEvent(const REMOTESOCKET_NOTIFY &record, const QByteArray &packet,
+                      quint64 channel = 0);
 
     const REMOTESOCKET_NOTIFY &record() const { return m_record; }
     const QByteArray &packet() const { return m_packet; }
+    quint64 channel() const { return m_channel; }
 
 private:
     REMOTESOCKET_NOTIFY m_record;
     QByteArray m_packet;
+    quint64 m_channel;
 };
 
 } // namespace session

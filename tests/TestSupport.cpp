@@ -10,7 +10,40 @@
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 namespace testsupport {
+
+HangingListener::HangingListener()
+{
+    m_listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    if (m_listener < 0 || ::bind(m_listener, reinterpret_cast<sockaddr *>(&address), length) != 0
+        || ::listen(m_listener, 0) != 0
+        || ::getsockname(m_listener, reinterpret_cast<sockaddr *>(&address), &length) != 0)
+        return;
+    m_port = ntohs(address.sin_port);
+    // A backlog of 0 holds one connection; two more are sure to fill it.
+    for (int i = 0; i < 2; ++i) {
+        const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
+        ::connect(fd, reinterpret_cast<sockaddr *>(&address), length);
+        m_queued.push_back(fd);
+    }
+}
+
+HangingListener::~HangingListener()
+{
+    for (const int fd : m_queued)
+        ::close(fd);
+    if (m_listener >= 0)
+        ::close(m_listener);
+}
 
 QString dataDir()
 {

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <vector>
 
 namespace testsupport {
 
@@ -38,6 +39,25 @@ CliRun runCli(const QStringList &arguments);
 // Runs the event loop until `done` holds or `timeoutMs` passed; returns `done()`.
 bool waitFor(const std::function<bool()> &done, int timeoutMs = 10000);
 void writeFile(const QString &path, const QByteArray &bytes);
+
+// A loopback listener whose queue of connections waiting to be accepted is
+// full, so that a further connection attempt hangs: the kernel drops its
+// handshake instead of refusing it.
+class HangingListener
+{
+public:
+    HangingListener();
+    ~HangingListener();
+    HangingListener(const HangingListener &) = delete;
+    HangingListener &operator=(const HangingListener &) = delete;
+
+    quint16 port() const { return m_port; }
+
+private:
+    int m_listener = -1;
+    std::vector<int> m_queued;
+    quint16 m_port = 0;
+};
 
 // Collects the warnings Qt's message handler receives while it lives.
 class WarningCapture

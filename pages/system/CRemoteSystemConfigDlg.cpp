@@ -5,7 +5,9 @@
 #include "pages/common/FileDialogFilter.h"
 #include "session/CWork.h"
 #include "session/SetupTransfer.h"
+#include "setup/ExportFile.h"
 #include "setup/LittleEndian.h"
+#include "setup/SetupFiles.h"
 
 #include <QDir>
 #include <QFormLayout>
@@ -13,6 +15,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -244,8 +247,36 @@ void CRemoteSystemConfigDlg::importFrom(const QString &path)
     if (path.isEmpty())
         return;
     m_fileName->setText(QDir::toNativeSeparators(path));
-    if (CWork *work = CWork::instance())
+    CWork *work = CWork::instance();
+    if (!work)
+        return;
+    // A cut file would send zeros over what the recorder holds: ask first.
+    const setup::SetupFiles::FileContents file = setup::SetupFiles::readImportFile(path);
+    if (file.status == setup::SetupFiles::FileStatus::Read
+        && file.bytesRead < setup::ExportFile::Size)
+        askAboutShortFile(file.bytes, setup::ExportFile::Size - file.bytesRead);
+    else
         SetupTransfer::importFile(*work, path);
+}
+
+// Window-modal and acted on when answered, like the file dialogs.
+void CRemoteSystemConfigDlg::askAboutShortFile(const QByteArray &file, qsizetype missing)
+{
+    auto *box = new QMessageBox(
+        QMessageBox::Question, nelib::tr("Remote Setup"),
+        nelib::tr("This file is shorter than an export file: %1 bytes are missing. "
+                  "Import it anyway?")
+            .arg(missing),
+        QMessageBox::Yes | QMessageBox::No, this);
+    box->setDefaultButton(QMessageBox::No);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box, &QMessageBox::finished, this, [this, file](int answer) {
+        CWork *work = CWork::instance();
+        if (answer == QMessageBox::Yes && work)
+            SetupTransfer::importData(*work, file);
+    });
+    m_shortFileQuestion = box;
+    box->open();
 }
 
 void CRemoteSystemConfigDlg::exportTo(const QString &path)

@@ -3,6 +3,8 @@
 #include "pages/common/CSetupPage.h"
 
 #include <QFileDialog>
+#include <QMessageBox>
+#include <QPointer>
 #include <QTimer>
 
 QT_BEGIN_NAMESPACE
@@ -32,6 +34,8 @@ public:
 
     // The dialog of an Import or Export under way; null when none is open.
     QFileDialog *openFileDialog() const;
+    // The question before a short import file is sent; null when none is open.
+    QMessageBox *openQuestion() const { return m_shortFileQuestion; }
 
 protected:
     void buildControls() override;
@@ -46,6 +50,7 @@ private:
     void chooseImportFile();
     void chooseExportFile();
     void importFrom(const QString &path);
+    void askAboutShortFile(const QByteArray &file, qsizetype missing);
     void exportTo(const QString &path);
     void restoreFactoryDefault();
     void showIdentity(const QByteArray &mirror);
@@ -55,6 +60,7 @@ private:
     QLineEdit *m_fileName = nullptr;
     QFileDialog *m_importDialog = nullptr;
     QFileDialog *m_exportDialog = nullptr;
+    QPointer<QMessageBox> m_shortFileQuestion;
 
     QLabel *m_model = nullptr;
     QLabel *m_version = nullptr;

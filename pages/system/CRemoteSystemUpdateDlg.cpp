@@ -6,10 +6,9 @@
 #include "pages/common/FileDialogFilter.h"
 #include "session/CWork.h"
 #include "session/MessageSink.h"
-#include "session/SessionMessage.h"
+#include "session/ProgramExit.h"
 #include "setup/SetupRecordMap.h"
 
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -117,8 +116,6 @@ void CRemoteSystemUpdateDlg::load(const QByteArray &mirror, int channelCount)
         mirror.size() == SetupRecordMap::RecordSize
             ? FirmwareVersion::fromBytes(mirror, SetupRecordMap::SoftwareVersionOffset).toString()
             : QString());
-    if (const CWork *work = CWork::instance())
-        watchSessionWindow(work->mainWindow());
     updateButtons();
 }
 
@@ -151,13 +148,20 @@ void CRemoteSystemUpdateDlg::startUpload()
         updateButtons();
         return;
     }
-    m_uploader = new FirmwareUploader(*work, *m_package, this);
+    m_uploader = new FirmwareUploader(*work, *m_package);
+    work->adoptUpload(m_uploader);
     m_canceled = false;
     m_progress->setValue(0);
     connect(m_uploader, &FirmwareUploader::percentageChanged, this,
             &CRemoteSystemUpdateDlg::showProgress);
-    connect(m_uploader, &FirmwareUploader::finished, this, &CRemoteSystemUpdateDlg::uploadEnded);
-    watchSessionWindow(work->mainWindow());
+    // Queued: the message box must not run inside the uploader's own call.
+    connect(
+        m_uploader, &FirmwareUploader::finished, this,
+        [this](FirmwareUploader::Outcome outcome) { uploadEnded(int(outcome)); },
+        Qt::QueuedConnection);
+    // A session that ends stops the upload; Start then follows the session.
+    connect(m_uploader, &QObject::destroyed, this, &CRemoteSystemUpdateDlg::updateButtons,
+            Qt::QueuedConnection);
     updateButtons();
     m_uploader->start();
 }
@@ -180,50 +184,17 @@ void CRemoteSystemUpdateDlg::showProgress(int percent)
         m_progress->setValue(percent);
 }
 
-void CRemoteSystemUpdateDlg::uploadEnded()
+void CRemoteSystemUpdateDlg::uploadEnded(int outcome)
 {
-    // Called from the uploader's own signal.
-    m_uploader->deleteLater();
+    const auto ended = FirmwareUploader::Outcome(outcome);
+    if (m_uploader)
+        m_uploader->deleteLater();
     m_uploader = nullptr;
     updateButtons();
-}
-
-// The window that ends a session destroys its worker; the page hears of it
-// first, as the uploader must not outlive the worker.
-void CRemoteSystemUpdateDlg::watchSessionWindow(QObject *window)
-{
-    if (window == m_sessionWindow)
-        return;
-    if (m_sessionWindow)
-        m_sessionWindow->removeEventFilter(this);
-    m_sessionWindow = window;
-    if (window)
-        window->installEventFilter(this);
-}
-
-bool CRemoteSystemUpdateDlg::eventFilter(QObject *watched, QEvent *event)
-{
-    const bool sessionGoes = event->type() == QEvent::Close
-                             || event->type() == QEvent::Type(SessionMessage::SessionEnded);
-    if (watched == m_sessionWindow && sessionGoes) {
-        if (m_uploader && m_uploader->isRunning())
-            abandonUpload();
-        // Start follows the session once the window has ended it.
-        QMetaObject::invokeMethod(this, &CRemoteSystemUpdateDlg::updateButtons,
-                                  Qt::QueuedConnection);
-    }
-    return CSetupPage::eventFilter(watched, event);
-}
-
-// Destroying the uploader stops the transfer and tells the recorder, but the
-// uploader then reports no end, so the window hears it from here.
-void CRemoteSystemUpdateDlg::abandonUpload()
-{
-    delete m_uploader;
-    m_uploader = nullptr;
-    SessionMessage ended(SessionMessage::UploadRunning, 1);
-    QCoreApplication::sendEvent(m_sessionWindow, &ended);
-    updateButtons();
+    if (const QString text = FirmwareUploader::message(ended); !text.isEmpty())
+        MessageSink::show(text);
+    if (FirmwareUploader::endsProgram(ended))
+        ProgramExit::exitProgram(0);
 }
 
 void CRemoteSystemUpdateDlg::updateButtons()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "firmware/FirmwarePackage.h"
+#include "firmware/FirmwareUploader.h"
 #include "pages/common/CSetupPage.h"
 
 #include <QPointer>
@@ -14,13 +15,11 @@ class QProgressBar;
 class QPushButton;
 QT_END_NAMESPACE
 
-namespace firmware {
-class FirmwareUploader;
-}
-
 // System / Update: sends a firmware package to the recorder. It shows the
 // recorder's software version, takes a package only when its header holds
-// together, and runs the upload with a progress bar. The uploader ends the
+// together, and runs the upload with a progress bar. The upload belongs to
+// the session (CWork::adoptUpload), which stops it when it ends. The page
+// shows the outcome's message once the upload has finished and ends the
 // program where the outcome calls for it; a busy recorder or a cancel leave
 // the page ready for another try. The page edits no section: no Save, no
 // Default.
@@ -47,7 +46,6 @@ protected:
     void buildControls() override;
     void fillControls(QByteArrayView, Source) override { }
     void gatherControls(QByteArray &) override { }
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void openPackage();
@@ -55,16 +53,13 @@ private:
     void startUpload();
     void cancelUpload();
     void showProgress(int percent);
-    void uploadEnded();
-    void abandonUpload();
-    void watchSessionWindow(QObject *window);
+    void uploadEnded(int outcome);
     void updateButtons();
 
     FileChooser m_chooseFile;
     std::optional<firmware::FirmwarePackage> m_package;
-    firmware::FirmwareUploader *m_uploader = nullptr;
-    // The window the session reports to.
-    QPointer<QObject> m_sessionWindow;
+    // Owned by the session, which may end it at any time.
+    QPointer<firmware::FirmwareUploader> m_uploader;
     bool m_canceled = false;
 
     QLineEdit *m_softwareVersion = nullptr;

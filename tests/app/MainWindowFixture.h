@@ -11,7 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 // The real main window with the session's messages recorded and the exit
@@ -26,7 +28,13 @@ protected:
 
     void SetUp() override;
     void TearDown() override;
-    void showMessage(const QString &text) override { messages.append(text); }
+    void showMessage(const QString &text) override
+    {
+        messages.append(text);
+        // What the operator does while the box is open.
+        if (whileShown)
+            std::exchange(whileShown, {})(text);
+    }
 
     // A new window; the translations come from the built language.config.
     void openWindow();
@@ -44,6 +52,7 @@ protected:
 
     std::unique_ptr<CRemoteKSetupDlg> window;
     QStringList messages;
+    std::function<void(const QString &)> whileShown;
     std::vector<int> exitCodes;
 
 private:

@@ -1,15 +1,24 @@
 #include "tests/app/MainWindowFixture.h"
 
 #include "app/ConnectionPanel.h"
+#include "app/PageCatalog.h"
 #include "app/PageHost.h"
 #include "app/PageMenuBar.h"
+#include "firmware/PackageBuilder.h"
 #include "pages/common/CSetupPage.h"
+#include "pages/system/CRemoteSystemConfigDlg.h"
+#include "pages/system/CRemoteSystemUpdateDlg.h"
 #include "session/CWork.h"
 #include "session/SessionMessage.h"
+#include "setup/ExportFile.h"
+#include "setup/SetupRecordMap.h"
 
 #include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -272,12 +281,17 @@ TEST_P(SessionEndTest, ReturnsThePanelToItsDisconnectedLook)
 {
     SimProcess sim;
     ASSERT_TRUE(connectTo(sim));
+    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
+    ASSERT_TRUE(window->saveButton()->isEnabled());
     if (GetParam())
         QTest::mouseClick(panelButton(u"DISCONNECT"_s), Qt::LeftButton);
     else
         send(SessionMessage::SessionEnded);
     EXPECT_TRUE(waitForDisconnectedLook());
     EXPECT_TRUE(exitCodes.empty());
+    // Nothing could be saved any more: the pages say so.
+    EXPECT_FALSE(window->saveButton()->isEnabled());
+    EXPECT_FALSE(window->pageHost()->currentPage()->isEnabled());
 
     // A new session starts from the same window; the pages stay as built.
     CSetupPage *page = window->pageHost()->currentPage();
@@ -301,6 +315,112 @@ TEST_F(MainWindowTest, RefusedLoginShowsItsMessageAndEndsTheSession)
     for (int code : exitCodes)
         EXPECT_EQ(code, 0);
     EXPECT_EQ(window->pageHost()->currentEntry(), -1);
+}
+
+TEST_F(MainWindowTest, ConnectingNeverHoldsTheWindow)
+{
+    // A listener that never completes the handshake, then a recorder that
+    // answers every request three seconds late.
+    testsupport::HangingListener hanging;
+    SimProcess slow({u"--delay-ms"_s, u"3000"_s});
+    for (const quint16 port : {hanging.port(), slow.port()}) {
+        SCOPED_TRACE(port);
+        int ticks = 0;
+        QTimer ticker;
+        QObject::connect(&ticker, &QTimer::timeout, [&] { ++ticks; });
+        ticker.start(10);
+        connectWith(u"127.0.0.1"_s, QString::number(port));
+        ASSERT_TRUE(testsupport::waitFor([&] { return panelButton(u"DISCONNECT"_s)->isEnabled(); },
+                                         SessionTimeoutMs));
+        // The loop kept running through the wait's locking round.
+        EXPECT_GT(ticks, 50);
+        EXPECT_EQ(window->pageHost()->currentEntry(), -1);
+        QTest::mouseClick(panelButton(u"DISCONNECT"_s), Qt::LeftButton);
+        EXPECT_TRUE(waitForDisconnectedLook());
+    }
+    EXPECT_TRUE(exitCodes.empty());
+    EXPECT_TRUE(messages.isEmpty());
+}
+
+TEST_F(MainWindowTest, ASessionEndingWhileItsMessageIsOpenIsSafe)
+{
+    SimProcess sim({u"--refuse-login"_s, u"2"_s});
+    // The operator presses DISCONNECT while the refusal is on screen.
+    whileShown = [this](const QString &) {
+        send(SessionMessage::SessionEnded);
+        QCoreApplication::processEvents();
+    };
+    connectWith(u"127.0.0.1"_s, QString::number(sim.port()));
+    ASSERT_TRUE(testsupport::waitFor([&] { return !messages.isEmpty(); }, SessionTimeoutMs));
+    EXPECT_EQ(messages, QStringList {u"Login failed by password error"_s});
+    EXPECT_TRUE(waitForDisconnectedLook());
+}
+
+TEST_F(MainWindowTest, ClosingTheWindowStopsARunningUploadFirst)
+{
+    // Every answer late, so that the upload is still running.
+    SimProcess sim({u"--delay-ms"_s, u"200"_s});
+    ASSERT_TRUE(connectTo(sim));
+    const int update = PageCatalog::indexOf("Update");
+    auto *page = static_cast<CRemoteSystemUpdateDlg *>(window->pageHost()->page(update));
+    ASSERT_NE(page, nullptr);
+    window->pageMenus()->item(update)->trigger();
+
+    QTemporaryDir dir;
+    const QString path = dir.filePath(u"update.KRP"_s);
+    firmware::PackageBuilder builder(firmware::FirmwareVersion {{9, 0, 0, 0}});
+    builder.addGeneratedComponent(2, firmware::FirmwareVersion {{9, 0, 0, 0}}, 1 << 20);
+    ASSERT_TRUE(builder.write(path, nullptr));
+    page->setFileChooser([&](QWidget *, const QString &) { return path; });
+    named<QPushButton>(page, u"Open"_s)->click();
+    named<QPushButton>(page, u"Start"_s)->click();
+    ASSERT_TRUE(testsupport::waitFor([&] { return page->isUploading(); }, SessionTimeoutMs));
+    window.reset();
+    EXPECT_EQ(CWork::instance(), nullptr);
+}
+
+TEST_F(MainWindowTest, AShortImportFileIsSentOnlyWhenTheOperatorSaysYes)
+{
+    SimProcess sim;
+    ASSERT_TRUE(connectTo(sim));
+    const QByteArray before = sim.storedRecord();
+    QTemporaryDir dir;
+    const QString path = dir.filePath(u"half.dat"_s);
+    const QByteArray file = setup::ExportFile::build(before);
+    testsupport::writeFile(path, file.first(file.size() / 2));
+
+    const int index = PageCatalog::indexOf("Configuration");
+    auto *page = static_cast<CRemoteSystemConfigDlg *>(window->pageHost()->page(index));
+    ASSERT_NE(page, nullptr);
+    window->pageMenus()->item(index)->trigger();
+    for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+        SCOPED_TRACE(answer);
+        named<QPushButton>(page, u"Import"_s)->click();
+        QFileDialog *dialog = page->openFileDialog();
+        ASSERT_NE(dialog, nullptr);
+        dialog->selectFile(path);
+        QMetaObject::invokeMethod(dialog, "accept");
+        QMessageBox *question = page->openQuestion();
+        ASSERT_NE(question, nullptr);
+        EXPECT_TRUE(question->text().contains(QString::number(file.size() - file.size() / 2)));
+        question->button(answer)->click();
+        if (answer == QMessageBox::No) {
+            QTest::qWait(3 * CWork::WholeRecordPauseMs);
+            EXPECT_TRUE(messages.isEmpty());
+            EXPECT_EQ(sim.storedRecord(), before);
+        }
+    }
+    EXPECT_TRUE(testsupport::waitFor([&] { return !messages.isEmpty(); }, SessionTimeoutMs));
+    EXPECT_EQ(messages, QStringList {u"Import Success"_s});
+
+    // A whole file goes without a question.
+    testsupport::writeFile(path, file);
+    named<QPushButton>(page, u"Import"_s)->click();
+    page->openFileDialog()->selectFile(path);
+    QMetaObject::invokeMethod(page->openFileDialog(), "accept");
+    EXPECT_EQ(page->openQuestion(), nullptr);
+    EXPECT_TRUE(testsupport::waitFor([&] { return messages.size() == 2; }, SessionTimeoutMs));
+    EXPECT_EQ(messages.last(), u"Import Success"_s);
 }
 
 TEST_F(MainWindowTest, PageMessagesActOnTheWindowButtons)

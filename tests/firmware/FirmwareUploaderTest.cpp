@@ -8,6 +8,7 @@
 #include "tests/session/SessionHarness.h"
 
 #include <QFile>
+#include <QPointer>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -101,14 +102,19 @@ protected:
         return uploader;
     }
 
-    // Runs an upload to its end, then makes sure that everything the client
-    // sent has reached the recorder: frames keep their order, so once a
-    // clock request sent afterwards has arrived, so has any stop packet.
+    // Runs an upload to its end and reacts to its outcome as its owner does,
+    // then makes sure that everything the client sent has reached the
+    // recorder: frames keep their order, so once a clock request sent
+    // afterwards has arrived, so has any stop packet.
     bool run(FirmwareUploader &uploader)
     {
         if (!uploader.start()
             || !testsupport::waitFor([&] { return bool(uploader.outcome()); }, 60000))
             return false;
+        if (const QString text = FirmwareUploader::message(*uploader.outcome()); !text.isEmpty())
+            harness.messages.append(text);
+        if (FirmwareUploader::endsProgram(*uploader.outcome()))
+            harness.exitCode = 0;
         const std::size_t requests = recorder.receivedWith(RemoteCommand::DateTime).size();
         harness.worker->dateTimeCommand(1, RecorderTime {});
         return testsupport::waitFor(
@@ -183,6 +189,7 @@ TEST_F(FirmwareUploaderTest, SendsEveryComponentInNumberedFlaggedChunks)
     EXPECT_EQ(harness.messages, QStringList {SentText});
     EXPECT_EQ(harness.exitCode, 0);
     EXPECT_EQ(uploadMessages(), 2);
+    EXPECT_FALSE(upload->start()) << "an uploader runs once";
 }
 
 TEST_F(FirmwareUploaderTest, OlderRecorderGetsOnlyTheNewerComponents)
@@ -358,6 +365,18 @@ TEST_F(FirmwareUploaderTest, CancelEndsAfterTheChunkOnItsWay)
     EXPECT_TRUE(harness.messages.isEmpty());
     EXPECT_FALSE(harness.exitCode);
     EXPECT_EQ(uploadMessages(), 2);
+}
+
+TEST_F(FirmwareUploaderTest, TheSessionStopsItsUploadBeforeItsHandleGoes)
+{
+    PackageBuilder builder(v(2, 0, 0, 0));
+    builder.addGeneratedComponent(2, v(2, 0, 0, 0), 100000);
+    QPointer<FirmwareUploader> upload = uploader(write(builder)).release();
+    harness.worker->adoptUpload(upload);
+    ASSERT_TRUE(upload->start());
+    ASSERT_TRUE(testsupport::waitFor([&] { return packets().size() >= 3; }));
+    harness.worker.reset();
+    EXPECT_TRUE(upload.isNull());
 }
 
 TEST_F(FirmwareUploaderTest, PackageFileFaultsStopTheTransferAndEndTheProgram)

@@ -106,7 +106,7 @@ TEST(CWork, UnknownLoginCodeLeavesTheSessionWaiting)
     EXPECT_TRUE(harness.sessionMessages.empty());
 }
 
-TEST(CWork, ConnectFailureIsImmediateAndLeavesStateFailed)
+TEST(CWork, ConnectReturnsAtOnceAndARefusedAttemptFailsTheSession)
 {
     quint16 closedPort;
     {
@@ -115,8 +115,69 @@ TEST(CWork, ConnectFailureIsImmediateAndLeavesStateFailed)
     }
     SessionHarness harness;
     CWork &work = harness.connect(closedPort);
-    EXPECT_EQ(work.state(), CWork::Failed);
+    EXPECT_EQ(work.state(), CWork::Connecting);
+    ASSERT_TRUE(waitFor([&] { return !harness.sessionMessages.empty(); }));
+    EXPECT_TRUE(work.connectFailed());
     EXPECT_EQ(harness.record.status.load(), CWork::Failed);
+    EXPECT_EQ(work.state(), CWork::Idle);
+    EXPECT_TRUE(harness.messages.isEmpty());
+}
+
+TEST(CWork, AHangingAttemptWaitsUntilTheSessionIsEnded)
+{
+    testsupport::HangingListener listener;
+    SessionHarness harness;
+    CWork &work = harness.connect(listener.port());
+    waitFor([] { return false; }, 300);
+    EXPECT_EQ(work.state(), CWork::Connecting);
+    work.disconnectSession();
+    EXPECT_EQ(work.state(), CWork::Idle);
+    EXPECT_FALSE(work.connectFailed());
+}
+
+TEST(CWork, ASecondConnectEndsTheFirstConnection)
+{
+    ScriptedRecorder first;
+    ScriptedRecorder second;
+    SessionHarness harness;
+    CWork &work = harness.connect(first.port());
+    ASSERT_TRUE(harness.waitForReady());
+    harness.record.port = second.port();
+    work.connectSession(&harness.record);
+    ASSERT_TRUE(harness.waitForReady());
+    EXPECT_TRUE(waitFor([&] { return !first.clientConnected(); }));
+}
+
+TEST(CWork, EventsOfAnEndedSessionAreDropped)
+{
+    ScriptedRecorder recorder;
+    SessionHarness harness;
+    CWork &work = harness.connect(recorder.port());
+    ASSERT_TRUE(harness.waitForReady());
+
+    // Holds the recorder's acknowledgement back, as if it were still queued
+    // when the operator pressed DISCONNECT.
+    struct Holder : QObject
+    {
+        std::unique_ptr<session::SocketNotifyEvent> held;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            if (event->type() != session::SocketNotifyEvent::NotifyType)
+                return false;
+            const auto *notify = static_cast<session::SocketNotifyEvent *>(event);
+            held = std::make_unique<session::SocketNotifyEvent>(notify->record(), notify->packet(),
+                                                                notify->channel());
+            return true;
+        }
+    } holder;
+    work.installEventFilter(&holder);
+    ASSERT_NE(work.writeSection(Section::Camera, QByteArray(768, 'C')), 0);
+    ASSERT_TRUE(waitFor([&] { return holder.held != nullptr; }));
+    work.removeEventFilter(&holder);
+
+    work.disconnectSession();
+    QCoreApplication::sendEvent(&work, holder.held.get());
+    QCoreApplication::processEvents();
     EXPECT_TRUE(harness.messages.isEmpty());
 }
 
@@ -208,75 +269,47 @@ TEST(CWork, NothingIsSentOrMirroredBeforeTheSessionIsReady)
     CWork work;
     const QByteArray camera(768, 'C');
     EXPECT_EQ(work.writeSection(Section::Camera, camera), 0);
-    EXPECT_EQ(work.writeWholeRecord(numberedRecord()), 0);
+    EXPECT_EQ(work.writeWholeRecord(CWork::WholeRecord::Import, numberedRecord()), 0);
     QByteArray audio;
     EXPECT_EQ(work.readSection(Section::Audio, &audio), 0);
     EXPECT_EQ(work.mirror(), QByteArray(SetupRecordMap::RecordSize, '\0'));
 }
 
-TEST(CWork, WholeRecordWriteIsSixBlocksThenCommitThenOneSuccessMessage)
+TEST(CWork, AWriteAcknowledgementCountsAsAppliedOnlyWithCodeOne)
 {
-    for (const bool import : {true, false}) {
-        SCOPED_TRACE(import ? "import" : "default");
+    for (const quint32 code : {0u, 1u, 2u}) {
+        SCOPED_TRACE(code);
         ScriptedRecorder recorder;
+        recorder.onFrame = [&](const Frame &frame) {
+            if (frame.command != RemoteCommand::SetupWrite)
+                return recorder.answerAsRecorder(frame);
+            recorder.send(RemoteCommand::SetupWriteAck, PACKET_PARAM {{code}});
+        };
         SessionHarness harness;
         CWork &work = harness.connect(recorder.port());
         ASSERT_TRUE(harness.waitForReady());
-
-        import ? work.beginImport() : work.beginDefault();
-        const QByteArray record = numberedRecord();
-        ASSERT_NE(work.writeWholeRecord(record), 0);
-        EXPECT_EQ(work.mirror(), record);
-        ASSERT_TRUE(waitFor([&] { return !harness.messages.isEmpty(); }));
-
-        const auto writes = recorder.receivedWith(RemoteCommand::SetupWrite);
-        ASSERT_EQ(writes.size(), 7u);
-        for (std::size_t i = 0; i < 6; ++i) {
-            const setup::BlockInfo &block = SetupRecordMap::Blocks[i];
-            EXPECT_EQ(writes[i].param, (PACKET_PARAM {{8, quint32(block.length),
-                                                       quint32(block.offset), 0, 0, 0, 0, 0}}));
-            EXPECT_EQ(writes[i].payload, record.sliced(block.offset, block.length));
-        }
-        EXPECT_EQ(writes[6].param, (PACKET_PARAM {{9, 0, 0, 0, 0, 0, 0, 0}}));
-        EXPECT_TRUE(writes[6].payload.isEmpty());
+        std::optional<bool> applied;
+        QObject::connect(&work, &CWork::writeAcknowledged, &harness, [&](bool a) { applied = a; });
+        ASSERT_NE(work.writeSection(Section::Camera, QByteArray(768, 'C')), 0);
+        ASSERT_TRUE(waitFor([&] { return applied.has_value(); }));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(*applied, code == 1);
         EXPECT_EQ(harness.messages,
-                  QStringList {import ? u"Import Success"_s : u"Default Setup Success"_s});
-        EXPECT_EQ(harness.sessionMessages, std::vector<int> {SessionMessage::SetupRestored});
-        EXPECT_FALSE(work.importPending() || work.defaultPending());
+                  code == 1 ? QStringList {u"Complete Save   \t"_s} : QStringList {});
     }
 }
 
-TEST(CWork, AcknowledgementWithBothPendingFlagsChangesNothing)
-{
-    ScriptedRecorder recorder;
-    SessionHarness harness;
-    CWork &work = harness.connect(recorder.port());
-    ASSERT_TRUE(harness.waitForReady());
-    work.beginImport();
-    work.beginDefault();
-    ASSERT_NE(work.writeSection(Section::Camera, QByteArray(768, 'C')), 0);
-    PACKET_PARAM ack;
-    recorder.send(RemoteCommand::SetupWriteAck, ack);
-    ASSERT_TRUE(
-        waitFor([&] { return recorder.receivedWith(RemoteCommand::SetupWrite).size() == 1; }));
-    // Give both acknowledgements time to arrive.
-    waitFor([] { return false; }, 200);
-    EXPECT_EQ(work.acknowledgementCount(), 0);
-    EXPECT_TRUE(harness.messages.isEmpty());
-}
-
-TEST(CWork, LostConnectionIsNoticedByTheKeepAliveWhichEndsTheProgram)
+TEST(CWork, LostConnectionIsNoticedByTheKeepAlive)
 {
     ScriptedRecorder recorder;
     SessionHarness harness;
     CWork &work = harness.connect(recorder.port());
     ASSERT_TRUE(harness.waitForReady());
     recorder.closeClient();
-    ASSERT_TRUE(
-        waitFor([&] { return harness.exitCode.has_value(); }, 3 * CWork::KeepAliveIntervalMs));
-    EXPECT_EQ(harness.exitCode, 0);
+    ASSERT_TRUE(waitFor([&] { return !harness.sessionMessages.empty(); }));
     EXPECT_EQ(harness.messages,
               QStringList {u"DVR has been disconnected.\nThe Remote Setup is terminated.\n"
                            "Please try to reconnect."_s});
+    EXPECT_EQ(harness.sessionMessages, std::vector<int> {SessionMessage::SessionEnded});
     EXPECT_EQ(work.state(), CWork::Idle);
 }

@@ -15,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <thread>
 
@@ -144,6 +145,15 @@ protected:
         EXPECT_TRUE(QTest::qWaitFor([&] { return server.hasPendingConnections(); }, WaitMs));
         peer.socket.reset(server.nextPendingConnection());
         EXPECT_TRUE(peer.socket);
+        // Sends are taken once the connection is reported.
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                return std::any_of(
+                    receiver.received.begin(), receiver.received.end(), [&](const Notification &n) {
+                        return n.handle == handle && n.kind == REMOTESOCKET_NOTIFY::Connected;
+                    });
+            },
+            WaitMs));
         return handle;
     }
 
@@ -160,7 +170,7 @@ protected:
 
 } // namespace
 
-TEST_F(KRemoteSocketTest, ConnectReturnsZeroAtOnceWhenNoConnectionCanBeMade)
+TEST_F(KRemoteSocketTest, ConnectRefusesBadEntriesAtOnceAndReportsFailedAttemptsLater)
 {
     QTcpServer closed;
     ASSERT_TRUE(closed.listen(QHostAddress::LocalHost, 0));
@@ -172,33 +182,53 @@ TEST_F(KRemoteSocketTest, ConnectReturnsZeroAtOnceWhenNoConnectionCanBeMade)
         const char *name;
         QByteArray address;
         quint32 port;
+        bool started; // else refused at once, with nothing posted
     };
     const Case cases[] = {
-        {"refused", "127.0.0.1", closedPort},
-        {"unresolvable", "no-such-recorder.invalid", server.serverPort()},
-        {"empty address", "", server.serverPort()},
-        {"address filling its field", QByteArray(260, 'a'), server.serverPort()},
-        {"port 0", "127.0.0.1", 0},
-        {"port beyond 16 bits", "127.0.0.1", 65536u + server.serverPort()},
+        {"refused", "127.0.0.1", closedPort, true},
+        {"unresolvable", "no-such-recorder.invalid", server.serverPort(), true},
+        {"empty address", "", server.serverPort(), false},
+        {"address filling its field", QByteArray(260, 'a'), server.serverPort(), false},
+        {"port 0", "127.0.0.1", 0, false},
+        {"port beyond 16 bits", "127.0.0.1", 65536u + server.serverPort(), false},
     };
     for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        receiver.received.clear();
         REMOTESOCKET_CONNECT_INFO target;
         target.address = c.address;
         target.port = c.port;
         KRSMGAPI_HANDLE handle = create();
         ASSERT_NE(handle, nullptr);
-        EXPECT_EQ(KRSMGAPI_Connect(handle, &target), 0) << c.name;
-        EXPECT_EQ(sendKeepAlive(handle), 0) << c.name;
-        EXPECT_EQ(KRSMGAPI_SendInitPacketData(handle), 0) << c.name;
+        EXPECT_EQ(KRSMGAPI_Connect(handle, &target) != 0, c.started);
+        if (c.started) {
+            ASSERT_TRUE(waitReceived(1));
+            EXPECT_EQ(receiver.received[0].handle, handle);
+            EXPECT_EQ(receiver.received[0].kind, REMOTESOCKET_NOTIFY::ConnectFailed);
+        }
+        QCoreApplication::processEvents();
+        EXPECT_EQ(receiver.received.size(), c.started ? 1 : 0);
+        EXPECT_EQ(sendKeepAlive(handle), 0);
+        EXPECT_EQ(KRSMGAPI_SendInitPacketData(handle), 0);
     }
     const REMOTESOCKET_CONNECT_INFO target = info();
     EXPECT_EQ(KRSMGAPI_Connect(create(), nullptr), 0);
     EXPECT_EQ(KRSMGAPI_Connect(nullptr, &target), 0);
     EXPECT_EQ(KRSMGAPI_Create(nullptr, nullptr, nullptr), nullptr);
     EXPECT_EQ(KRSMGAPI_Initialize(), 1);
+}
 
-    // Anything a failed attempt posted would already be queued.
-    QCoreApplication::processEvents();
+TEST_F(KRemoteSocketTest, AHangingAttemptEndsSilentlyWithDisconnect)
+{
+    testsupport::HangingListener listener;
+    REMOTESOCKET_CONNECT_INFO target;
+    target.address = "127.0.0.1";
+    target.port = listener.port();
+    KRSMGAPI_HANDLE handle = create();
+    ASSERT_NE(KRSMGAPI_Connect(handle, &target), 0);
+    QTest::qWait(200);
+    EXPECT_EQ(KRSMGAPI_Disconnect(handle), 1);
+    QTest::qWait(50);
     EXPECT_TRUE(receiver.received.isEmpty());
 }
 

@@ -24,6 +24,10 @@ public:
 
     quint16 port() const { return m_server.serverPort(); }
     bool hasClient() const { return m_client != nullptr; }
+    bool clientConnected() const
+    {
+        return m_client && m_client->state() == QAbstractSocket::ConnectedState;
+    }
 
     void send(qint32 command, const PACKET_PARAM &param = {}, QByteArrayView payload = {});
     void sendRaw(const QByteArray &bytes);

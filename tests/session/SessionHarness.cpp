@@ -1,5 +1,6 @@
 #include "tests/session/SessionHarness.h"
 
+#include "session/SessionNotice.h"
 #include "tests/TestSupport.h"
 
 SessionHarness::SessionHarness()
@@ -18,6 +19,7 @@ CWork &SessionHarness::connect(quint16 port, const QByteArray &user, const QByte
 {
     worker = std::make_unique<CWork>();
     worker->setMainWindow(this);
+    worker->setKeepAliveInterval(keepAliveMs);
     record.address = "127.0.0.1";
     record.port = port;
     record.memberId = user;
@@ -41,6 +43,10 @@ bool SessionHarness::event(QEvent *event)
 {
     if (!SessionMessage::isSessionMessage(event))
         return QObject::event(event);
-    sessionMessages.push_back(int(event->type()));
+    const auto *message = static_cast<const SessionMessage *>(event);
+    if (message->kind() == SessionMessage::Notice)
+        messages.append(SessionNotice::fromMessage(*message).text());
+    else
+        sessionMessages.push_back(int(event->type()));
     return true;
 }

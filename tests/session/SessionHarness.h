@@ -12,8 +12,8 @@
 #include <optional>
 #include <vector>
 
-// Stands in for the main window: records the session messages, the message
-// boxes and the program ends that a session produces.
+// Stands in for the main window: records the session messages, the texts of
+// the notices and message boxes, and the program ends that a session produces.
 class SessionHarness
     : public QObject
     , public MessageSink
@@ -35,6 +35,8 @@ public:
     QStringList messages;
     std::vector<int> sessionMessages;
     std::optional<int> exitCode;
+    // Short, so that a lost connection is noticed within the test.
+    int keepAliveMs = 100;
 
 protected:
     bool event(QEvent *event) override;

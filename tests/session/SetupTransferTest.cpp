@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using session::Frame;
@@ -50,80 +51,137 @@ bool flush(CWork &work, const ScriptedRecorder &recorder)
 
 } // namespace
 
-TEST(SetupTransfer, ImportAndFactoryDefaultEndWithOneSuccessAfterSevenAcknowledgements)
+// One table for every way a whole-record write ends, against a recorder
+// that acknowledges each write with `code`, refuses block `refusedBlock`
+// (1-based) with `refusal`, or drops the connection after block `dropAfter`.
+TEST(SetupTransfer, AWholeRecordWriteEndsInSuccessOnlyWhenEveryWriteWasApplied)
 {
     QTemporaryDir dir;
     const QByteArray file = ExportFile::build(patterned(2));
     const QString importPath = dir.filePath(u"import.dat"_s);
     testsupport::writeFile(importPath, file);
     const QByteArray image = patterned(3);
-    const QString defaultPath = dir.filePath(u"DEFDVRSETUP.DAT"_s);
-    testsupport::writeFile(defaultPath, image);
 
-    for (const bool import : {true, false}) {
-        SCOPED_TRACE(import ? "import" : "factory default");
-        SimProcess sim({}, patterned(1));
-        ASSERT_TRUE(sim.isRunning());
-        const QByteArray before = sim.storedRecord();
+    using Outcome = CWork::TransferOutcome;
+    struct Case
+    {
+        const char *what;
+        bool import;
+        int refusedBlock;
+        quint32 refusal;
+        int dropAfter;
+        qsizetype recordSize;
+        Result result;
+        std::size_t writes; // blocks and commit that reached the recorder
+        QString message;
+        Outcome outcome;
+    };
+    const qsizetype whole = SetupRecordMap::RecordSize;
+    const Case cases[] = {
+        {"import", true, 0, 0, 0, whole, Result::Sent, 7, u"Import Success"_s, Outcome::Succeeded},
+        {"factory default", false, 0, 0, 0, whole, Result::Sent, 7, u"Default Setup Success"_s,
+         Outcome::Succeeded},
+        {"block 2 refused", true, 2, 0, 0, whole, Result::Sent, 2, u"Import Error!"_s,
+         Outcome::Refused},
+        {"block 3 answered 2", false, 3, 2, 0, whole, Result::Sent, 3, u"Default Setup Error!"_s,
+         Outcome::Refused},
+        {"connection lost after block 2", true, 0, 0, 2, whole, Result::Sent, 2, u"Import Error!"_s,
+         Outcome::SendFailed},
+        {"no whole record received", false, 0, 0, 0, whole - 1, Result::NoRecord, 0,
+         u"Default Setup Error!"_s, Outcome::None},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        ScriptedRecorder recorder;
+        recorder.record = patterned(1).first(c.recordSize);
+        int blocks = 0;
+        recorder.onFrame = [&](const Frame &frame) {
+            if (frame.command != RemoteCommand::SetupWrite)
+                return recorder.answerAsRecorder(frame);
+            ++blocks;
+            if (blocks == c.dropAfter)
+                return recorder.closeClient();
+            recorder.send(RemoteCommand::SetupWriteAck,
+                          PACKET_PARAM {{blocks == c.refusedBlock ? c.refusal : 1u}});
+        };
         SessionHarness harness;
-        CWork &work = harness.connect(sim.port());
+        // The keep-alive must not notice a dropped connection first.
+        harness.keepAliveMs = CWork::KeepAliveIntervalMs;
+        CWork &work = harness.connect(recorder.port());
         ASSERT_TRUE(harness.waitForReady());
+        const QByteArray before = work.mirror();
 
-        int acknowledgements = 0;
-        QObject::connect(&work, &CWork::writeAcknowledged, &harness, [&](bool applied) {
-            ++acknowledgements;
-            EXPECT_TRUE(applied);
-            // The commit goes out with the sixth; before it nothing is stored.
-            if (acknowledgements < 6) {
-                EXPECT_EQ(sim.storedRecord(), before) << acknowledgements;
-            }
-            if (acknowledgements < 7) {
-                EXPECT_TRUE(harness.messages.isEmpty()) << acknowledgements;
-            }
-        });
-        const Result result = import ? SetupTransfer::importFile(work, importPath)
-                                     : SetupTransfer::factoryDefault(work, defaultPath);
-        ASSERT_EQ(result, Result::Sent);
-        ASSERT_TRUE(waitFor([&] { return acknowledgements == 7; }));
-
-        EXPECT_EQ(harness.messages,
-                  QStringList {import ? u"Import Success"_s : u"Default Setup Success"_s});
-        EXPECT_EQ(std::count(harness.sessionMessages.begin(), harness.sessionMessages.end(),
-                             int(SessionMessage::SetupRestored)),
-                  1);
-        EXPECT_FALSE(work.importPending());
-        EXPECT_FALSE(work.defaultPending());
-        const QByteArray expected = import ? SetupFiles::importedRecord(file, before)
-                                           : SetupFiles::defaultRecord(image, before);
-        EXPECT_EQ(sim.storedRecord(), expected);
-        EXPECT_EQ(work.mirror(), expected);
+        const Result result = c.import ? SetupTransfer::importFile(work, importPath)
+                                       : SetupTransfer::restoreDefaults(work, image);
+        ASSERT_EQ(result, c.result);
+        ASSERT_TRUE(
+            waitFor([&] { return !harness.messages.isEmpty() && !work.transferRunning(); }));
+        // Nothing follows the end: no further block, no commit.
+        waitFor([] { return false; }, 3 * CWork::WholeRecordPauseMs);
+        EXPECT_EQ(harness.messages.first(), c.message);
+        EXPECT_EQ(work.lastTransferOutcome(), c.outcome);
+        const auto writes = recorder.receivedWith(RemoteCommand::SetupWrite);
+        ASSERT_EQ(writes.size(), c.writes);
+        const bool succeeded = c.outcome == Outcome::Succeeded;
+        const QByteArray expected = c.import ? SetupFiles::importedRecord(file, before)
+                                             : SetupFiles::defaultRecord(image, before);
+        for (std::size_t i = 0; i < std::min<std::size_t>(writes.size(), 6); ++i) {
+            const setup::BlockInfo &block = SetupRecordMap::Blocks[i];
+            EXPECT_EQ(writes[i].param, (PACKET_PARAM {{8, quint32(block.length),
+                                                       quint32(block.offset), 0, 0, 0, 0, 0}}));
+            EXPECT_EQ(writes[i].payload, expected.sliced(block.offset, block.length));
+        }
+        if (succeeded) {
+            EXPECT_EQ(writes.back().param, (PACKET_PARAM {{9, 0, 0, 0, 0, 0, 0, 0}}));
+        }
+        EXPECT_EQ(work.mirror(), succeeded ? expected : before);
+        EXPECT_EQ(harness.sessionMessages == std::vector<int> {SessionMessage::SetupRestored},
+                  succeeded);
     }
 }
 
-TEST(SetupTransfer, AnImportCutOffAfterTwoBlocksLeavesTheRecorderUnchanged)
+TEST(SetupTransfer, ASecondWholeRecordWriteIsRefusedWhileOneRunsAndTheSessionGoesOn)
 {
-    QTemporaryDir dir;
-    const QString path = dir.filePath(u"import.dat"_s);
-    testsupport::writeFile(path, ExportFile::build(patterned(2)));
-    // OPEN, login, setup request and clock request come first: frame six
-    // is the second block.
-    SimProcess sim({u"--drop-after"_s, u"6"_s}, patterned(1));
+    ScriptedRecorder recorder;
+    recorder.record = patterned(1);
+    SessionHarness harness;
+    CWork &work = harness.connect(recorder.port());
+    ASSERT_TRUE(harness.waitForReady());
+
+    ASSERT_EQ(SetupTransfer::restoreDefaults(work, patterned(3)), Result::Sent);
+    EXPECT_EQ(SetupTransfer::importData(work, ExportFile::build(patterned(2))), Result::Busy);
+    ASSERT_TRUE(waitFor([&] { return harness.messages.size() == 2; }));
+    EXPECT_EQ(harness.messages, (QStringList {u"Import Error!"_s, u"Default Setup Success"_s}));
+    // Acknowledgements count as plain saves again.
+    ASSERT_NE(work.writeSection(setup::Section::Camera, QByteArray(768, 'C')), 0);
+    ASSERT_TRUE(waitFor([&] { return harness.messages.size() == 3; }));
+    EXPECT_EQ(harness.messages.last(), u"Complete Save   \t"_s);
+}
+
+TEST(SetupTransfer, TheRecorderStoresAWholeRecordOnlyWithItsCommit)
+{
+    SimProcess sim({}, patterned(1));
     ASSERT_TRUE(sim.isRunning());
     const QByteArray before = sim.storedRecord();
     SessionHarness harness;
     CWork &work = harness.connect(sim.port());
     ASSERT_TRUE(harness.waitForReady());
-
-    SetupTransfer::importFile(work, path);
-    // The keep-alive notices the closed connection and ends the program.
-    ASSERT_TRUE(
-        waitFor([&] { return harness.exitCode.has_value(); }, 3 * CWork::KeepAliveIntervalMs));
-    EXPECT_EQ(work.acknowledgementCount(), 2);
-    EXPECT_FALSE(harness.messages.contains(u"Import Success"_s));
-    EXPECT_EQ(sim.storedRecord(), before);
+    int acknowledgements = 0;
+    QObject::connect(&work, &CWork::writeAcknowledged, &harness, [&](bool applied) {
+        EXPECT_TRUE(applied);
+        if (++acknowledgements < 6) {
+            EXPECT_EQ(sim.storedRecord(), before) << acknowledgements;
+        }
+    });
+    const QByteArray image = patterned(3);
+    ASSERT_EQ(SetupTransfer::restoreDefaults(work, image), Result::Sent);
+    ASSERT_TRUE(waitFor([&] { return !harness.messages.isEmpty(); }));
+    EXPECT_EQ(harness.messages, QStringList {u"Default Setup Success"_s});
+    EXPECT_EQ(acknowledgements, 7);
+    EXPECT_EQ(sim.storedRecord(), SetupFiles::defaultRecord(image, before));
 }
 
-TEST(SetupTransfer, ExportThenImportSendsTheRecordersOwnBlocks)
+TEST(SetupTransfer, ExportWritesTheRecordersRecordAndSaysSoEitherWay)
 {
     ScriptedRecorder recorder;
     recorder.record = patterned(1);
@@ -132,25 +190,10 @@ TEST(SetupTransfer, ExportThenImportSendsTheRecordersOwnBlocks)
     ASSERT_TRUE(harness.waitForReady());
     QTemporaryDir dir;
     const QString path = dir.filePath(u"Export_SetupData.dat"_s);
-
     EXPECT_TRUE(SetupTransfer::exportFile(work, path));
+    EXPECT_EQ(testsupport::readFile(path), ExportFile::build(recorder.record));
     EXPECT_FALSE(SetupTransfer::exportFile(work, u"/nonexistent/folder/setup.dat"_s));
-    ASSERT_EQ(SetupTransfer::importFile(work, path), Result::Sent);
-    ASSERT_TRUE(waitFor([&] { return harness.messages.size() == 3; }));
-    EXPECT_EQ(harness.messages,
-              (QStringList {u"Export completed"_s, u"Export completed"_s, u"Import Success"_s}));
-
-    const auto writes = recorder.receivedWith(RemoteCommand::SetupWrite);
-    ASSERT_EQ(writes.size(), SetupRecordMap::Blocks.size() + 1);
-    for (std::size_t i = 0; i < SetupRecordMap::Blocks.size(); ++i) {
-        const setup::BlockInfo &block = SetupRecordMap::Blocks[i];
-        SCOPED_TRACE(block.name);
-        EXPECT_EQ(writes[i].param, (PACKET_PARAM {{8, quint32(block.length), quint32(block.offset),
-                                                   0, 0, 0, 0, 0}}));
-        EXPECT_EQ(writes[i].payload, recorder.record.sliced(block.offset, block.length));
-    }
-    EXPECT_EQ(writes.back().param, (PACKET_PARAM {{9, 0, 0, 0, 0, 0, 0, 0}}));
-    EXPECT_TRUE(writes.back().payload.isEmpty());
+    EXPECT_EQ(harness.messages, (QStringList {u"Export completed"_s, u"Export completed"_s}));
 }
 
 TEST(SetupTransfer, ARefusedImportSendsNothing)
@@ -191,29 +234,5 @@ TEST(SetupTransfer, ARefusedImportSendsNothing)
         EXPECT_EQ(harness.messages, QStringList {c.message});
         EXPECT_EQ(work.mirror(), c.record);
         EXPECT_FALSE(work.importPending());
-    }
-}
-
-TEST(SetupTransfer, AFailedSendShowsItsErrorMessage)
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(u"import.dat"_s);
-    testsupport::writeFile(path, ExportFile::build(patterned(2)));
-    for (const bool import : {true, false}) {
-        SCOPED_TRACE(import ? "import" : "factory default");
-        ScriptedRecorder recorder;
-        recorder.record = patterned(1);
-        SessionHarness harness;
-        CWork &work = harness.connect(recorder.port());
-        ASSERT_TRUE(harness.waitForReady());
-        work.disconnectSession();
-
-        const Result result
-            = import ? SetupTransfer::importFile(work, path)
-                     : SetupTransfer::restoreDefaults(work, setup::FactoryDefaults::record());
-        EXPECT_EQ(result, Result::SendFailed);
-        EXPECT_EQ(harness.messages,
-                  QStringList {import ? u"Import Error!"_s : u"Default Setup Error!"_s});
-        EXPECT_EQ(work.mirror(), recorder.record);
     }
 }

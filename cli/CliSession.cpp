@@ -7,9 +7,9 @@
 #include "session/Frame.h"
 #include "session/RemoteCommand.h"
 #include "session/SessionMessage.h"
+#include "session/SessionNotice.h"
 #include "session/SocketNotifyEvent.h"
 #include "setup/SetupRecordMap.h"
-#include "session/SessionNotice.h"
 
 #include <QDateTime>
 #include <QEventLoop>

@@ -52,8 +52,7 @@ int transfer(const CommandContext &context, CliSession &session,
     const int refused = session.refusedAcknowledgement();
     if (refused == 0) {
         if (code == Success && work.lastTransferOutcome() != CWork::TransferOutcome::Succeeded)
-            return context.fail(NoSession,
-                                u"the session ended before the whole setup was sent"_s);
+            return context.fail(NoSession, u"the session ended before the whole setup was sent"_s);
         return code;
     }
     const auto &blocks = SetupRecordMap::Blocks;

@@ -34,7 +34,7 @@ namespace {
 constexpr int StatusPollMs = 100;
 // Recorders with four channels have no Stream settings.
 constexpr int ChannelsWithoutStream = 4;
-// The title keeps what fits the original's 15-character buffer.
+// The title shows the address as recorder tools always have: 14 characters at most.
 constexpr int TitleAddressLength = 14;
 constexpr int PanelWidth = 280;
 // Authority, Audio and Buzzer: pages whose section the window's Save writes itself.

@@ -15,6 +15,7 @@
 #include <QCommandLineParser>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QEventLoop>
 #include <QMenu>
 #include <QPainter>
 #include <QProcess>
@@ -22,7 +23,7 @@
 #include <QRegularExpression>
 #include <QStyleFactory>
 #include <QTemporaryDir>
-#include <QThread>
+#include <QTimer>
 
 #include <cstdio>
 #include <functional>
@@ -50,11 +51,17 @@ void fail(const QString &why)
 
 bool waitFor(const std::function<bool()> &done, int timeoutMs)
 {
+    // The window keeps running its event loop while the tool waits.
     const QDeadlineTimer deadline(timeoutMs);
-    while (!done() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QThread::msleep(1);
-    }
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (done() || deadline.hasExpired())
+            loop.quit();
+    });
+    poll.start(5);
+    if (!done())
+        loop.exec();
     return done();
 }
 

@@ -11,6 +11,7 @@
 #include "session/SocketNotifyEvent.h"
 #include "setup/SetupRecordMap.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QEventLoop>
 #include <QTimer>
@@ -233,6 +234,9 @@ int CliSession::waitUntil(const std::function<bool()> &done, const QString &what
         poll.start(PollMs);
         loop.exec();
     }
+    // The worker posts its notice ("Import Success") in the same step that
+    // ends the wait: print it before the command reports its outcome.
+    QCoreApplication::sendPostedEvents(this);
     if (done())
         return Success;
     if (m_connectionLost)

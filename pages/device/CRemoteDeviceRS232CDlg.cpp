@@ -1,6 +1,5 @@
 #include "pages/device/CRemoteDeviceRS232CDlg.h"
 
-#include "pages/common/CheckBoxGrid.h"
 #include "setup/Fields.h"
 
 #include <QComboBox>
@@ -14,7 +13,6 @@ namespace {
 
 constexpr quint32 RemoteControlUse = 1;
 constexpr quint32 TextInputUse = 2;
-constexpr int ChannelColumns = 8;
 
 } // namespace
 
@@ -38,7 +36,6 @@ void CRemoteDeviceRS232CDlg::buildControls()
                                                          {fields::deviceId, Kind::Number},
                                                          {fields::textChannels, Kind::Channels},
                                                      });
-    arrangeCheckBoxGrid(binder().editor(fields::textChannels)->widget(), ChannelColumns);
     connect(binder().widget<QComboBox>(fields::usage), &QComboBox::activated, this,
             &CRemoteDeviceRS232CDlg::afterFill);
     // A mask too wide beside its label goes below it.

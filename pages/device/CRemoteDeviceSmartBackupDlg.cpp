@@ -11,7 +11,6 @@ using Kind = FieldEditor::Kind;
 
 namespace {
 
-constexpr int ChannelColumns = 8;
 constexpr int DayColumns = 4;
 
 } // namespace
@@ -36,7 +35,6 @@ void CRemoteDeviceSmartBackupDlg::buildControls()
                                                          {fields::spanHours, Kind::Number},
                                                          {fields::overwrite, Kind::List},
                                                      });
-    arrangeCheckBoxGrid(binder().editor(fields::channels)->widget(), ChannelColumns);
     arrangeCheckBoxGrid(binder().editor(fields::days)->widget(), DayColumns);
     // A mask too wide beside its label goes below it.
     form->setRowWrapPolicy(QFormLayout::WrapLongRows);

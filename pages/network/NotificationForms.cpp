@@ -1,6 +1,5 @@
 #include "pages/network/NotificationForms.h"
 
-#include "pages/common/CheckBoxGrid.h"
 #include "pages/common/SectionBinder.h"
 #include "pages/network/NetworkEntryCheck.h"
 #include "setup/Fields.h"
@@ -15,7 +14,6 @@ using Kind = FieldEditor::Kind;
 
 namespace {
 
-constexpr int ChannelColumns = 8;
 
 void addForm(QWidget *parent, QFormLayout *form)
 {
@@ -64,9 +62,6 @@ void NotificationForms::cameraEvents(SectionBinder &binder, QWidget *parent)
                                                 {event::videoLossChannels, Kind::Channels},
                                                 {event::videoLossActions, Kind::Bits},
                                             });
-    for (const setup::FieldInfo &channels :
-         {event::alarmChannels, event::motionChannels, event::videoLossChannels})
-        arrangeCheckBoxGrid(binder.editor(channels)->widget(), ChannelColumns);
     addForm(parent, form);
 }
 

@@ -58,6 +58,16 @@ void expectNothingAnsweredBefore(FrameClient &client)
     EXPECT_EQ(next->command, RemoteCommand::OpenAck);
 }
 
+// OPEN, an Admin LOGIN and a setup request, sent without waiting for answers.
+void sendOpeningFrames(FrameClient &client)
+{
+    client.send(RemoteCommand::Open);
+    PACKET_STRING login;
+    login.memberId = "Admin";
+    client.send(RemoteCommand::Login, {}, login.toBytes());
+    client.send(RemoteCommand::SetupRequest);
+}
+
 } // namespace
 
 class RecorderProtocol : public SimFixture
@@ -301,11 +311,7 @@ TEST_F(RecorderProtocol, DropAfterClosesOnceTheNthFrameIsAnswered)
     ASSERT_TRUE(start());
     auto client = connect();
     // Three frames in one go, a fourth behind them that is never read.
-    client->send(RemoteCommand::Open);
-    PACKET_STRING login;
-    login.memberId = "Admin";
-    client->send(RemoteCommand::Login, {}, login.toBytes());
-    client->send(RemoteCommand::SetupRequest);
+    sendOpeningFrames(*client);
     client->send(RemoteCommand::Open);
 
     const qint32 expected[]
@@ -405,11 +411,7 @@ TEST_F(RecorderProtocol, DelayHoldsEveryAnswerBackButKeepsTheirOrder)
     auto client = connect();
     QElapsedTimer elapsed;
     elapsed.start();
-    client->send(RemoteCommand::Open);
-    PACKET_STRING login;
-    login.memberId = "Admin";
-    client->send(RemoteCommand::Login, {}, login.toBytes());
-    client->send(RemoteCommand::SetupRequest);
+    sendOpeningFrames(*client);
     PACKET_PARAM write;
     write.words = {CameraCategory, 1, 1300};
     client->send(RemoteCommand::SetupWrite, write, "w");

@@ -1,4 +1,3 @@
-#include "cli/RemoteSetupCli.h"
 #include "session/RemoteCommand.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
@@ -7,6 +6,7 @@
 #include "setup/RecordDump.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
+#include "tests/cli/InProcessCli.h"
 #include "tests/session/ScriptedRecorder.h"
 
 #include <QJsonArray>
@@ -23,24 +23,12 @@ namespace fields = setup::fields;
 
 namespace {
 
-struct InProcessRun
+// Against a scripted recorder.
+testsupport::CliRun runAgainst(const ScriptedRecorder &recorder, const QStringList &arguments)
 {
-    int exitCode;
-    QString out;
-    QString err;
-};
-
-// The command line in this process, against a scripted recorder.
-InProcessRun runAgainst(const ScriptedRecorder &recorder, const QStringList &arguments)
-{
-    InProcessRun run {};
-    QTextStream out(&run.out);
-    QTextStream err(&run.err);
-    cli::RemoteSetupCli cli(out, err);
-    run.exitCode = cli.run(
+    return runInProcess(
         QStringList {u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"5"_s}
         + arguments);
-    return run;
 }
 
 } // namespace

@@ -1,7 +1,7 @@
-#include "cli/RemoteSetupCli.h"
 #include "setup/FieldTable.h"
 #include "setup/Fields.h"
 #include "tests/TestSupport.h"
+#include "tests/cli/InProcessCli.h"
 #include "tests/session/ScriptedRecorder.h"
 
 #include <QDir>
@@ -95,16 +95,12 @@ TEST(Fleet, BadHostsFilesAndBadInputAreRefusedBeforeAnyRecorderIsContacted)
     for (const Case &c : cases) {
         SCOPED_TRACE(c.command.join(u' ').toStdString());
         testsupport::writeFile(dir.filePath(u"hosts"_s), c.hosts.toUtf8());
-        QString out;
-        QString err;
-        QTextStream outStream(&out);
-        QTextStream errStream(&err);
-        cli::RemoteSetupCli cli(outStream, errStream);
-        const int code = cli.run(QStringList {u"--hosts"_s, dir.filePath(u"hosts"_s)} + c.command);
-        EXPECT_EQ(code, 2);
+        const auto run
+            = runInProcess(QStringList {u"--hosts"_s, dir.filePath(u"hosts"_s)} + c.command);
+        EXPECT_EQ(run.exitCode, 2);
         for (const QString &message : c.messages)
-            EXPECT_TRUE(err.contains(message)) << err.toStdString();
-        EXPECT_TRUE(out.isEmpty()) << out.toStdString();
+            EXPECT_TRUE(run.err.contains(message)) << run.err.toStdString();
+        EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
         EXPECT_TRUE(recorder.received.empty());
     }
 }

@@ -1,10 +1,10 @@
-#include "cli/RemoteSetupCli.h"
 #include "session/RemoteCommand.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
 #include "setup/LittleEndian.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
+#include "tests/cli/InProcessCli.h"
 #include "tests/session/ScriptedRecorder.h"
 
 #include <QDateTime>
@@ -145,16 +145,12 @@ TEST(SessionCommands, NothingIsReadOrWrittenWithoutAWholeSetupRecord)
             SCOPED_TRACE(command.first().toStdString() + " after " + std::to_string(size));
             ScriptedRecorder recorder;
             recorder.record = QByteArray(size, '\x11');
-            QString out;
-            QString err;
-            QTextStream outStream(&out);
-            QTextStream errStream(&err);
-            const int exitCode
-                = cli::RemoteSetupCli(outStream, errStream)
-                      .run(QStringList {u"--port"_s, QString::number(recorder.port())} + command);
-            EXPECT_EQ(exitCode, 3) << err.toStdString();
-            EXPECT_TRUE(err.contains(u"instead of a whole record of 15148"_s)) << err.toStdString();
-            EXPECT_TRUE(out.isEmpty()) << out.toStdString();
+            const auto run = runInProcess(
+                QStringList {u"--port"_s, QString::number(recorder.port())} + command);
+            EXPECT_EQ(run.exitCode, 3) << run.err.toStdString();
+            EXPECT_TRUE(run.err.contains(u"instead of a whole record of 15148"_s))
+                << run.err.toStdString();
+            EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
             EXPECT_TRUE(recorder.receivedWith(RemoteCommand::SetupWrite).empty());
         }
     }

@@ -1,10 +1,10 @@
-#include "cli/RemoteSetupCli.h"
 #include "session/RemoteCommand.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
 #include "setup/SetupRecordMap.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
+#include "tests/cli/InProcessCli.h"
 #include "tests/session/ScriptedRecorder.h"
 
 #include <QTemporaryDir>
@@ -185,18 +185,13 @@ TEST(SetupFileCommands, AnAcknowledgementOtherThanOneOrNoneEndsTheCommand)
                 recorder.send(RemoteCommand::SetupWriteAck, ack);
             }
         };
-        QString out;
-        QString err;
-        QTextStream outStream(&out);
-        QTextStream errStream(&err);
-        cli::RemoteSetupCli cli(outStream, errStream);
-        const int exitCode
-            = cli.run({u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"3"_s,
-                       u"factory-default"_s, u"--default-file"_s, defaultFile});
-        EXPECT_EQ(exitCode, acknowledges ? 1 : 3) << err.toStdString();
-        EXPECT_TRUE(err.contains(acknowledges ? u"refused block 1 of 6"_s
-                                              : u"no acknowledgement of the whole setup"_s))
-            << err.toStdString();
+        const auto run
+            = runInProcess({u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"3"_s,
+                            u"factory-default"_s, u"--default-file"_s, defaultFile});
+        EXPECT_EQ(run.exitCode, acknowledges ? 1 : 3) << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains(acknowledges ? u"refused block 1 of 6"_s
+                                                  : u"no acknowledgement of the whole setup"_s))
+            << run.err.toStdString();
         const auto writes = recorder.receivedWith(RemoteCommand::SetupWrite);
         EXPECT_TRUE(std::none_of(writes.begin(), writes.end(), [](const Frame &frame) {
             return frame.param.words[0] == SetupRecordMap::CommitCategory;

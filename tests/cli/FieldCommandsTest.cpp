@@ -67,20 +67,15 @@ TEST(FieldCommands, SetThenGetRoundTripsEveryKindOfValue)
     for (const Case &c : cases)
         EXPECT_TRUE(get.out.contains(c.shown + u'\n')) << get.out.toStdString();
 
-    // The recorder stored exactly these bytes, and nothing else changed.
-    const QByteArray stored = sim.storedRecord();
-    QByteArray expected = setup::FactoryDefaults::record();
-    FieldTable::setBytes(expected, fields::camera::title, "Kasse \xDC", 2);
-    FieldTable::setBytes(expected, fields::camera::title, "AB\\C", 3);
-    FieldTable::setNumber(expected, fields::camera::covert, 1, 0);
-    FieldTable::setBytes(expected, fields::stream::ipAddress, QByteArray::fromHex("0a000007"));
-    FieldTable::setNumber(expected, fields::dateTime::timeZone, 75);
-    FieldTable::setNumber(expected, fields::dateTime::utcOffset, quint32(-300));
-    FieldTable::setNumber(expected, fields::record::quality, 0xFF03, 1, 0);
-    FieldTable::setNumber(expected, fields::schedule::channels, 0xFF, 0);
-    FieldTable::setNumber(expected, fields::videoLoss::alarmOut, 5, 1);
-    FieldTable::setBytes(expected, fields::users::password, "secret", 4);
-    EXPECT_EQ(setup::RecordDump::diff(expected, stored), QStringList());
+    // The recorder changed exactly these elements (the bytes of each value
+    // are the parser's to check).
+    QStringList changed;
+    for (const QString &line :
+         setup::RecordDump::diff(setup::FactoryDefaults::record(), sim.storedRecord()))
+        changed.append(line.section(u" = "_s, 0, 0));
+    changed.sort();
+    names.sort();
+    EXPECT_EQ(changed, names);
 }
 
 TEST(FieldCommands, SetWritesEachTouchedSectionOnceAndNothingForABadValue)

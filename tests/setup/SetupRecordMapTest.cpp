@@ -10,15 +10,6 @@
 using namespace setup;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QString pairName(const SectionInfo &a, const SectionInfo &b)
-{
-    return QLatin1StringView(a.key) + u'/' + QLatin1StringView(b.key);
-}
-
-} // namespace
-
 // Tiling and nesting are checked at compile time; these are the look-ups.
 TEST(SetupRecordMap, LookUpsFindBlocksAndSectionsByOffsetAndKey)
 {
@@ -57,7 +48,7 @@ TEST(SetupRecordMap, OverlapsAreExactlyTheWholeBlockAndNotificationOnes)
     for (std::size_t i = 0; i < all.size(); ++i) {
         for (std::size_t j = i + 1; j < all.size(); ++j) {
             if (all[i].offset < all[j].end() && all[j].offset < all[i].end())
-                found.insert(pairName(all[i], all[j]));
+                found.insert(QLatin1StringView(all[i].key) + u'/' + QLatin1StringView(all[j].key));
         }
     }
     EXPECT_EQ(found, expected);

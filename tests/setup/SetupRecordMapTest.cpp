@@ -30,19 +30,12 @@ TEST(SetupRecordMap, LookUpsFindBlocksAndSectionsByOffsetAndKey)
 // overlap, or a save on one page would silently overwrite another.
 TEST(SetupRecordMap, OverlapsAreExactlyTheWholeBlockAndNotificationOnes)
 {
-    const QSet<QString> expected {
-        u"date-time/event-display"_s,
-        u"dst/event-display"_s,
-        u"osd/event-display"_s,
-        u"event-display/interval"_s,
-        u"record/schedule"_s,
-        u"record/holiday"_s,
-        u"stream/notification"_s,
-        u"stream/email"_s,
-        u"stream/network-event"_s,
-        u"notification/email"_s,
-        u"notification/network-event"_s,
-    };
+    const QSet<QString> expected {u"date-time/event-display"_s,   u"dst/event-display"_s,
+                                  u"osd/event-display"_s,         u"event-display/interval"_s,
+                                  u"record/schedule"_s,           u"record/holiday"_s,
+                                  u"stream/notification"_s,       u"stream/email"_s,
+                                  u"stream/network-event"_s,      u"notification/email"_s,
+                                  u"notification/network-event"_s};
     QSet<QString> found;
     const auto &all = SetupRecordMap::Sections;
     for (std::size_t i = 0; i < all.size(); ++i) {

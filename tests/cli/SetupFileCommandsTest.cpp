@@ -1,10 +1,10 @@
-#include "cli/RemoteSetupCli.h"
 #include "session/RemoteCommand.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
 #include "setup/SetupRecordMap.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
+#include "tests/cli/InProcessCli.h"
 #include "tests/session/ScriptedRecorder.h"
 
 #include <QTemporaryDir>
@@ -40,11 +40,7 @@ TEST(SetupFileCommands, ExportFromOneRecorderImportsIntoAnotherOfTheSameModel)
     EXPECT_EQ(exported.out, u"Export completed\n"_s);
     const QByteArray file = testsupport::readFile(path);
     ASSERT_EQ(file.size(), ExportFile::Size);
-    EXPECT_EQ(file.first(20), QByteArray::fromHex("11000100"
-                                                  "4b4b4d2b"
-                                                  "55475241"
-                                                  "01001600"
-                                                  "3f000000"));
+    EXPECT_EQ(file.first(20).toHex(), "110001004b4b4d2b55475241010016003f000000");
     EXPECT_EQ(file.sliced(20), source.storedRecord().sliced(32));
     const auto unwritable = source.cli({u"export"_s, u"/nonexistent/dir/setup.dat"_s});
     EXPECT_EQ(unwritable.exitCode, 2);
@@ -137,47 +133,33 @@ TEST(SetupFileCommands, FilesThatCannotBeUsedMapToExitCodes)
     EXPECT_EQ(sim.storedRecord(), before);
 }
 
-TEST(SetupFileCommands, ALostSessionEndsAnImportWithoutChangingTheRecorder)
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(u"setup.dat"_s);
-    testsupport::writeFile(path, ExportFile::build(patterned(2)));
-    SimProcess sim({u"--drop-after"_s, u"6"_s}, patterned(1));
-    ASSERT_TRUE(sim.isRunning());
-    const QByteArray before = sim.storedRecord();
-
-    const auto run = sim.cli({u"import"_s, path});
-    EXPECT_EQ(run.exitCode, 3) << run.err.toStdString();
-    EXPECT_TRUE(run.err.contains(u"ended before"_s)) << run.err.toStdString();
-    EXPECT_FALSE(run.err.contains(u"Import Success"_s)) << run.err.toStdString();
-    EXPECT_EQ(sim.storedRecord(), before);
-}
-
-TEST(SetupFileCommands, ARefusedWriteEndsTheTransferWithoutSuccess)
+TEST(SetupFileCommands, ARefusedWriteOrALostSessionEndsTheTransferWithoutChanges)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath(u"setup.dat"_s);
     testsupport::writeFile(path, ExportFile::build(patterned(2)));
     struct Case
     {
-        const char *refuseAt;
+        QString simOption;
         QStringList command;
+        int exitCode;
         QString message;
     };
     const Case cases[] = {
-        {"1", {u"import"_s, path}, u"refused block 1 of 6 (SYSTEM)"_s},
-        {"3", {u"import"_s, path}, u"refused block 3 of 6 (CAMERA)"_s},
-        {"6", {u"import"_s, path}, u"refused block 6 of 6 (NETWORK)"_s},
-        {"7", {u"import"_s, path}, u"refused the commit"_s},
-        {"4", {u"factory-default"_s}, u"refused block 4 of 6 (RECORD)"_s},
+        {u"--refuse-write-at=1"_s, {u"import"_s, path}, 1, u"refused block 1 of 6 (SYSTEM)"_s},
+        {u"--refuse-write-at=3"_s, {u"import"_s, path}, 1, u"refused block 3 of 6 (CAMERA)"_s},
+        {u"--refuse-write-at=6"_s, {u"import"_s, path}, 1, u"refused block 6 of 6 (NETWORK)"_s},
+        {u"--refuse-write-at=7"_s, {u"import"_s, path}, 1, u"refused the commit"_s},
+        {u"--refuse-write-at=4"_s, {u"factory-default"_s}, 1, u"refused block 4 of 6 (RECORD)"_s},
+        {u"--drop-after=6"_s, {u"import"_s, path}, 3, u"before"_s},
     };
     for (const Case &c : cases) {
-        SCOPED_TRACE(c.refuseAt);
-        SimProcess sim({u"--refuse-write-at"_s, QLatin1StringView(c.refuseAt)}, patterned(1));
+        SCOPED_TRACE(c.simOption.toStdString());
+        SimProcess sim({c.simOption}, patterned(1));
         ASSERT_TRUE(sim.isRunning());
         const QByteArray before = sim.storedRecord();
         const auto run = sim.cli(c.command);
-        EXPECT_EQ(run.exitCode, 1) << run.err.toStdString();
+        EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
         EXPECT_FALSE(run.err.contains(u"Success"_s)) << run.err.toStdString();
         EXPECT_EQ(sim.storedRecord(), before);
@@ -203,18 +185,13 @@ TEST(SetupFileCommands, AnAcknowledgementOtherThanOneOrNoneEndsTheCommand)
                 recorder.send(RemoteCommand::SetupWriteAck, ack);
             }
         };
-        QString out;
-        QString err;
-        QTextStream outStream(&out);
-        QTextStream errStream(&err);
-        cli::RemoteSetupCli cli(outStream, errStream);
-        const int exitCode
-            = cli.run({u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"3"_s,
-                       u"factory-default"_s, u"--default-file"_s, defaultFile});
-        EXPECT_EQ(exitCode, acknowledges ? 1 : 3) << err.toStdString();
-        EXPECT_TRUE(err.contains(acknowledges ? u"refused block 1 of 6"_s
-                                              : u"no acknowledgement of the whole setup"_s))
-            << err.toStdString();
+        const auto run
+            = runInProcess({u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"3"_s,
+                            u"factory-default"_s, u"--default-file"_s, defaultFile});
+        EXPECT_EQ(run.exitCode, acknowledges ? 1 : 3) << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains(acknowledges ? u"refused block 1 of 6"_s
+                                                  : u"no acknowledgement of the whole setup"_s))
+            << run.err.toStdString();
         const auto writes = recorder.receivedWith(RemoteCommand::SetupWrite);
         EXPECT_TRUE(std::none_of(writes.begin(), writes.end(), [](const Frame &frame) {
             return frame.param.words[0] == SetupRecordMap::CommitCategory;

@@ -44,20 +44,9 @@ QString decodeCLiteral(const QString &body)
             text += body[i];
             continue;
         }
-        switch (body[++i].unicode()) {
-        case 'n':
-            text += u'\n';
-            break;
-        case 'r':
-            text += u'\r';
-            break;
-        case 't':
-            text += u'\t';
-            break;
-        default:
-            text += body[i];
-            break;
-        }
+        // \n, \r and \t; any other escaped character stands for itself.
+        const qsizetype escape = u"nrt"_s.indexOf(body[++i]);
+        text += escape < 0 ? body[i] : u"\n\r\t"_s[escape];
     }
     return text;
 }

@@ -20,18 +20,6 @@ QString nameOf(const FieldGroup &g, const FieldInfo &f)
     return QString::fromLatin1(g.key) + u'.' + QLatin1StringView(f.name);
 }
 
-int widthOf(FieldType type)
-{
-    switch (type) {
-    case FieldType::U8:
-        return 1;
-    case FieldType::U16:
-        return 2;
-    default:
-        return 4;
-    }
-}
-
 const FieldInfo &field(const char *group, const char *name)
 {
     const FieldGroup *g = FieldTable::findGroup(group);
@@ -87,7 +75,7 @@ TEST(FieldTable, FieldsAreConsistent)
             EXPECT_GE(f.count, 1);
             EXPECT_GE(f.count2, 1);
             if (f.isNumber()) {
-                EXPECT_EQ(f.width, widthOf(f.type));
+                EXPECT_EQ(f.width, f.type == FieldType::U8 ? 1 : f.type == FieldType::U16 ? 2 : 4);
             } else {
                 EXPECT_GT(f.width, 0);
             }

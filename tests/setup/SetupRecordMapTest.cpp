@@ -10,15 +10,6 @@
 using namespace setup;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QString pairName(const SectionInfo &a, const SectionInfo &b)
-{
-    return QLatin1StringView(a.key) + u'/' + QLatin1StringView(b.key);
-}
-
-} // namespace
-
 // Tiling and nesting are checked at compile time; these are the look-ups.
 TEST(SetupRecordMap, LookUpsFindBlocksAndSectionsByOffsetAndKey)
 {
@@ -39,25 +30,18 @@ TEST(SetupRecordMap, LookUpsFindBlocksAndSectionsByOffsetAndKey)
 // overlap, or a save on one page would silently overwrite another.
 TEST(SetupRecordMap, OverlapsAreExactlyTheWholeBlockAndNotificationOnes)
 {
-    const QSet<QString> expected {
-        u"date-time/event-display"_s,
-        u"dst/event-display"_s,
-        u"osd/event-display"_s,
-        u"event-display/interval"_s,
-        u"record/schedule"_s,
-        u"record/holiday"_s,
-        u"stream/notification"_s,
-        u"stream/email"_s,
-        u"stream/network-event"_s,
-        u"notification/email"_s,
-        u"notification/network-event"_s,
-    };
+    const QSet<QString> expected {u"date-time/event-display"_s,   u"dst/event-display"_s,
+                                  u"osd/event-display"_s,         u"event-display/interval"_s,
+                                  u"record/schedule"_s,           u"record/holiday"_s,
+                                  u"stream/notification"_s,       u"stream/email"_s,
+                                  u"stream/network-event"_s,      u"notification/email"_s,
+                                  u"notification/network-event"_s};
     QSet<QString> found;
     const auto &all = SetupRecordMap::Sections;
     for (std::size_t i = 0; i < all.size(); ++i) {
         for (std::size_t j = i + 1; j < all.size(); ++j) {
             if (all[i].offset < all[j].end() && all[j].offset < all[i].end())
-                found.insert(pairName(all[i], all[j]));
+                found.insert(QLatin1StringView(all[i].key) + u'/' + QLatin1StringView(all[j].key));
         }
     }
     EXPECT_EQ(found, expected);

@@ -3,7 +3,6 @@
 #include "sim/UserAccounts.h"
 #include "tests/TestSupport.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -102,23 +101,4 @@ TEST(RecorderStore, AReaderSeesOnlyWholeRecords)
     stop = true;
     reader.join();
     EXPECT_EQ(torn, 0);
-}
-
-TEST(RecorderStore, AFailedSaveUndoesTheChanges)
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("rec.dat"));
-    RecorderStore store;
-    QString error;
-    ASSERT_TRUE(store.open(path, {}, &error));
-    const QByteArray before = store.record();
-
-    // A folder where the file was cannot be replaced by a file.
-    ASSERT_TRUE(QFile::remove(path));
-    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("rec.dat")));
-    ASSERT_TRUE(store.write(100, "changed"));
-    EXPECT_FALSE(store.save(&error));
-    EXPECT_TRUE(error.contains(path)) << error.toStdString();
-    EXPECT_EQ(store.record(), before);
-    EXPECT_FALSE(store.hasUnsavedChanges());
 }

@@ -24,43 +24,14 @@ TEST(SimOptions, TakesEveryOption)
     QTemporaryDir dir;
     const QString passwordFile = dir.filePath(u"admin.txt"_s);
     testsupport::writeFile(passwordFile, "s3cret\r\nsecond line\n");
-    const auto options = parse({u"--listen"_s,
-                                u"[::1]:9100"_s,
-                                u"--record"_s,
-                                u"r.dat"_s,
-                                u"--channels"_s,
-                                u"4"_s,
-                                u"--video"_s,
-                                u"PAL"_s,
-                                u"--max-users"_s,
-                                u"9"_s,
-                                u"--version"_s,
-                                u"1.2.3.255"_s,
-                                u"--model"_s,
-                                u"0x160004"_s,
-                                u"--chunk-size"_s,
-                                u"4096"_s,
-                                u"--admin-password-file"_s,
-                                passwordFile,
-                                u"--firmware-dir"_s,
-                                u"fw"_s,
-                                u"--refuse-login"_s,
-                                u"6"_s,
-                                u"--busy"_s,
-                                u"--drop-after"_s,
-                                u"5"_s,
-                                u"--delay-ms"_s,
-                                u"250"_s,
-                                u"--count"_s,
-                                u"3"_s,
-                                u"--max-connections"_s,
-                                u"7"_s,
-                                u"--login-timeout"_s,
-                                u"2"_s,
-                                u"--keep-alive-timeout"_s,
-                                u"9"_s,
-                                u"--refuse-write-at"_s,
-                                u"4"_s});
+    const QString arguments
+        = u"--listen [::1]:9100 --record r.dat --channels 4 --video PAL "
+          "--max-users 9 --version 1.2.3.255 --model 0x160004 --chunk-size 4096 "
+          "--firmware-dir fw --refuse-login 6 --busy --drop-after 5 --delay-ms 250 "
+          "--count 3 --max-connections 7 --login-timeout 2 "
+          "--keep-alive-timeout 9 --refuse-write-at 4"_s;
+    const auto options
+        = parse(arguments.split(u' ') + QStringList {u"--admin-password-file"_s, passwordFile});
     ASSERT_TRUE(options);
     EXPECT_EQ(options->address, QHostAddress(QHostAddress::LocalHostIPv6));
     EXPECT_EQ(options->portFor(2), 9102);

@@ -10,13 +10,9 @@
 #include "pages/network/CRemoteNetworkEmailDlg.h"
 #include "pages/network/CRemoteNetworkNotificationDlg.h"
 #include "pages/network/CRemoteNetworkStreamDlg.h"
-#include "setup/FactoryDefaults.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
-#include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
 #include "tests/pages/PageTestSupport.h"
-#include "tests/session/SessionHarness.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -36,17 +32,6 @@ using setup::Section;
 using setup::SetupRecordMap;
 
 namespace {
-
-QByteArray sliceOf(const QByteArray &record, Section section)
-{
-    const setup::SectionInfo &info = SetupRecordMap::section(section);
-    return record.mid(info.offset, info.length);
-}
-
-QByteArray withSection(QByteArray record, Section section, const QByteArray &bytes)
-{
-    return record.replace(SetupRecordMap::section(section).offset, bytes.size(), bytes);
-}
 
 void typeInto(QLineEdit *edit, const QString &text)
 {
@@ -75,7 +60,7 @@ TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
                       Section::SmartBackup, Section::Stream}) {
         const QByteArray marks = pagetest::pattern(SetupRecordMap::section(s).length);
         ASSERT_NE(otherWork.writeSection(s, marks), 0);
-        stored = withSection(stored, s, marks);
+        stored = pagetest::withSection(stored, s, marks);
     }
     ASSERT_TRUE(testsupport::waitFor([&] { return sim.storedRecord() == stored; }));
 
@@ -114,9 +99,9 @@ TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
             const int inBlock = SetupRecordMap::section(Section::Notification).offset
                                 - SetupRecordMap::section(Section::Stream).offset;
             EXPECT_EQ(page->sectionBuffer().mid(inBlock, 836),
-                      sliceOf(stored, Section::Notification));
+                      pagetest::slice(stored, Section::Notification));
         }
-        stored = withSection(stored, p.section, page->sectionBuffer());
+        stored = pagetest::withSection(stored, p.section, page->sectionBuffer());
         EXPECT_TRUE(testsupport::waitFor([&] { return sim.storedRecord() == stored; }));
     }
 }
@@ -133,7 +118,7 @@ TEST(DeviceNetworkPages, EditedPageKeepsItsEditsWhenAnOverlappingSectionIsSent)
     QByteArray sent = defaults;
     FieldTable::setBytes(sent, setup::fields::email::smtpServer, "mail.site.test");
     FieldTable::setBytes(sent, setup::fields::email::subject, "Sent");
-    const QByteArray email = sliceOf(sent, Section::Email);
+    const QByteArray email = pagetest::slice(sent, Section::Email);
     for (CSetupPage *p : {static_cast<CSetupPage *>(&page), static_cast<CSetupPage *>(&untouched)})
         p->recordWritten(SetupRecordMap::section(Section::Email).offset, email);
 
@@ -246,34 +231,4 @@ TEST(DeviceNetworkPages, ControlsFollowTheChoiceTheyDependOn)
     CRemoteDeviceRemoteCtrlDlg remote;
     remote.load(defaults, 16);
     EXPECT_EQ(named<QSpinBox>(&remote, u"Remote Control ID"_s)->text(), u"All"_s);
-}
-
-TEST(DeviceNetworkPages, StreamSettingsAreOnTheRecorderAfterReconnecting)
-{
-    SimProcess sim({}, setup::FactoryDefaults::record());
-    {
-        SessionHarness window;
-        CWork &work = window.connect(sim.port());
-        ASSERT_TRUE(window.waitForReady());
-        CRemoteNetworkStreamDlg page;
-        page.setSectionWriter([&work](Section section, const QByteArray &bytes) {
-            return work.writeSection(section, bytes);
-        });
-        page.load(work.mirror(), int(window.record.channelCount));
-        page.show();
-        typeInto(named<QLineEdit>(&page, u"IP Address"_s), u"10.20.30.40"_s);
-        named<QSpinBox>(&page, u"Bit Rate (kbps) 03"_s)->setValue(2048);
-        ASSERT_NE(page.save(), 0);
-        ASSERT_TRUE(testsupport::waitFor([&] {
-            return FieldTable::number(sim.storedRecord(), setup::fields::stream::bitrate, 2)
-                   == 2048;
-        }));
-    }
-    SessionHarness again;
-    CWork &work = again.connect(sim.port());
-    ASSERT_TRUE(again.waitForReady());
-    CRemoteNetworkStreamDlg page;
-    page.load(work.mirror(), int(again.record.channelCount));
-    EXPECT_EQ(named<QLineEdit>(&page, u"IP Address"_s)->text(), u"10.20.30.40"_s);
-    EXPECT_EQ(named<QSpinBox>(&page, u"Bit Rate (kbps) 03"_s)->value(), 2048);
 }

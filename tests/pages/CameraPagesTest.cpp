@@ -93,12 +93,6 @@ void toggleChannels(QWidget *page, const QString &field, std::initializer_list<i
     pagetest::button(dialog, u"OK"_s)->click();
 }
 
-void typeInto(QLineEdit *edit, const QString &text)
-{
-    edit->selectAll();
-    QTest::keyClicks(edit, text);
-}
-
 // A page, the section it saves, the edit of channel 2 made through its
 // controls, and the same change made in the record.
 struct SaveCase
@@ -114,34 +108,11 @@ struct SaveCase
 
 std::vector<SaveCase> saveCases()
 {
-    namespace videoLoss = setup::fields::videoLoss;
     namespace alarmIn = setup::fields::alarmIn;
     namespace alarmOut = setup::fields::alarmOut;
     namespace ptz = setup::fields::ptz;
-    namespace motion = setup::fields::motion;
     namespace stream = setup::fields::stream;
     return {
-        {"Camera", [] { return new CRemoteCameraCameraDlg; }, setup::Section::Camera,
-         [](CSetupPage &page) {
-             typeInto(named<QLineEdit>(&page, u"Camera Title 02"_s), u"Back Door"_s);
-         },
-         [](QByteArray &record) {
-             FieldTable::setBytes(record, camera::title, "Back Door", 1);
-         }},
-        {"Motion", [] { return new CRemoteCameraMotionDlg; }, setup::Section::Motion,
-         [](CSetupPage &page) {
-             named<QRadioButton>(&page, u"Day Setting"_s)->click();
-             pagetest::select(&page, u"Day Setting Sensitivity 02"_s, u"High"_s);
-             named<QSpinBox>(&page, u"Day Setting Min. Blocks 02"_s)->setValue(9);
-             // The whole mask is watched: clear rows 1-2, columns 0-3.
-             paintMask(&page, u"Day Setting Mask Zone 02"_s, {3, 2}, {0, 1});
-         },
-         [](QByteArray &record) {
-             FieldTable::setNumber(record, motion::daySensitivity, 1, 1);
-             FieldTable::setNumber(record, motion::dayMinBlocks, 9, 1);
-             for (int row : {1, 2})
-                 FieldTable::setNumber(record, motion::dayMask, 0x3FFFFFFF & ~0x3C000000u, 1, row);
-         }},
         {"Ptz", [] { return new CRemoteCameraPTZDlg; }, setup::Section::Ptz,
          [](CSetupPage &page) {
              pagetest::select(&page, u"Channel"_s, u"CH 02"_s);
@@ -184,18 +155,9 @@ std::vector<SaveCase> saveCases()
              FieldTable::setNumber(record, alarmIn::alarmOut, 0x2, 1);
              FieldTable::setNumber(record, alarmIn::recordChannels, 0x8, 1);
          }},
-        {"VideoLoss", [] { return new CRemoteCameraVideoLoss; }, setup::Section::VideoLoss,
-         [](CSetupPage &page) {
-             named<QCheckBox>(&page, u"Beep 02"_s)->click();
-             toggleChannels(&page, u"Alarm-Out 02"_s, {1, 3});
-         },
-         [](QByteArray &record) {
-             FieldTable::setNumber(record, videoLoss::beep, 1, 1);
-             FieldTable::setNumber(record, videoLoss::alarmOut, 0x5, 1);
-         }},
         {"Stream", [] { return new CRemoteNetworkStreamDlg; }, setup::Section::Stream,
          [](CSetupPage &page) {
-             typeInto(named<QLineEdit>(&page, u"IP Address"_s), u"10.20.30.40"_s);
+             pagetest::typeInto(named<QLineEdit>(&page, u"IP Address"_s), u"10.20.30.40"_s);
              named<QSpinBox>(&page, u"Bit Rate (kbps) 02"_s)->setValue(2048);
          },
          [](QByteArray &record) {

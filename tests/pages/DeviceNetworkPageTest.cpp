@@ -1,7 +1,6 @@
-// The DEVICE and NETWORK pages: each writes exactly its section, overlapping
-// sections never carry another page's old bytes, the entry checks of the
-// network pages refuse before anything is sent, and what depends on a choice
-// follows it.
+// Pages in the host write exactly their section and overlapping sections never
+// carry another page's old bytes; the entry checks of the network pages
+// refuse before anything is sent, and what depends on a choice follows it.
 
 #include "app/PageCatalog.h"
 #include "app/PageHost.h"
@@ -14,7 +13,7 @@
 #include "tests/TestSupport.h"
 #include "tests/pages/PageTestSupport.h"
 
-#include <QComboBox>
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QSpinBox>
 #include <QTabBar>
@@ -31,18 +30,7 @@ using setup::FieldTable;
 using setup::Section;
 using setup::SetupRecordMap;
 
-namespace {
-
-void typeInto(QLineEdit *edit, const QString &text)
-{
-    edit->selectAll();
-    QTest::keyClick(edit, Qt::Key_Delete);
-    QTest::keyClicks(edit, text);
-}
-
-} // namespace
-
-TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
+TEST(PageHostSave, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
 {
     const QByteArray defaults = setup::FactoryDefaults::record();
     SimProcess sim({}, defaults);
@@ -56,8 +44,9 @@ TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
     CWork &work = window.connect(sim.port());
     ASSERT_TRUE(window.waitForReady());
     QByteArray stored = defaults;
-    for (Section s : {Section::Rs232c, Section::Keyboard, Section::RemoteControl,
-                      Section::SmartBackup, Section::Stream}) {
+    for (Section s :
+         {Section::Camera, Section::Motion, Section::VideoLoss, Section::Rs232c, Section::Keyboard,
+          Section::RemoteControl, Section::SmartBackup, Section::Stream}) {
         const QByteArray marks = pagetest::pattern(SetupRecordMap::section(s).length);
         ASSERT_NE(otherWork.writeSection(s, marks), 0);
         stored = pagetest::withSection(stored, s, marks);
@@ -74,6 +63,9 @@ TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
         const char *label;
         Section section;
     } pages[] = {
+        {"Camera Setup", Section::Camera},
+        {"Motion", Section::Motion},
+        {"Video Loss", Section::VideoLoss},
         {"RS-232C", Section::Rs232c},
         {"Keyboard Control", Section::Keyboard},
         {"Remote Control", Section::RemoteControl},
@@ -89,8 +81,11 @@ TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
         ASSERT_TRUE(page);
         ASSERT_EQ(page->section(), p.section);
         host.showPage(PageCatalog::indexOf(p.label));
-        auto *list = page->findChild<QComboBox *>();
-        QTest::keyClick(list, list->currentIndex() + 1 < list->count() ? Qt::Key_Down : Qt::Key_Up);
+        if (auto *list = page->findChild<QComboBox *>())
+            QTest::keyClick(list,
+                            list->currentIndex() + 1 < list->count() ? Qt::Key_Down : Qt::Key_Up);
+        else
+            page->findChild<QCheckBox *>()->click();
         ASSERT_TRUE(page->isModified());
         pagetest::button(page, u"Save"_s)->click();
         EXPECT_FALSE(page->isModified());
@@ -113,7 +108,7 @@ TEST(DeviceNetworkPages, EditedPageKeepsItsEditsWhenAnOverlappingSectionIsSent)
     page.load(defaults, 16);
     CRemoteNetworkNotificationDlg untouched;
     untouched.load(defaults, 16);
-    typeInto(named<QLineEdit>(&page, u"Subject"_s), u"Site 7"_s);
+    pagetest::typeInto(named<QLineEdit>(&page, u"Subject"_s), u"Site 7"_s);
 
     QByteArray sent = defaults;
     FieldTable::setBytes(sent, setup::fields::email::smtpServer, "mail.site.test");
@@ -135,7 +130,8 @@ TEST(DeviceNetworkPages, EntryChecksRefuseWithTheirMessageAndSendNothing)
     using Edit = std::function<void(QWidget *)>;
     const auto text = [](const char *name, const char *value) -> Edit {
         return [=](QWidget *page) {
-            typeInto(named<QLineEdit>(page, QString::fromLatin1(name)), QString::fromLatin1(value));
+            pagetest::typeInto(named<QLineEdit>(page, QString::fromLatin1(name)),
+                               QString::fromLatin1(value));
         };
     };
     const auto number = [](const char *name, int value) -> Edit {

@@ -9,9 +9,11 @@
 
 #include <QByteArray>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QObject>
 #include <QPushButton>
 #include <QString>
+#include <QTest>
 
 namespace pagetest {
 
@@ -43,6 +45,14 @@ inline QPushButton *button(const QObject *root, const QString &text)
             return b;
     }
     return nullptr;
+}
+
+// Replaces the text of `edit` key by key.
+inline void typeInto(QLineEdit *edit, const QString &text)
+{
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Delete);
+    QTest::keyClicks(edit, text);
 }
 
 // Bytes that no field value has, so that a byte written where it should not

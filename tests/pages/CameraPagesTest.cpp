@@ -10,7 +10,6 @@
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/CRemoteCameraMotionMaskDlg.h"
 #include "pages/common/ChannelSelectionDialog.h"
-#include "pages/network/CRemoteNetworkStreamDlg.h"
 #include "setup/Fields.h"
 #include "setup/SetupFiles.h"
 #include "tests/TestSupport.h"
@@ -111,7 +110,6 @@ std::vector<SaveCase> saveCases()
     namespace alarmIn = setup::fields::alarmIn;
     namespace alarmOut = setup::fields::alarmOut;
     namespace ptz = setup::fields::ptz;
-    namespace stream = setup::fields::stream;
     return {
         {"Ptz", [] { return new CRemoteCameraPTZDlg; }, setup::Section::Ptz,
          [](CSetupPage &page) {
@@ -154,15 +152,6 @@ std::vector<SaveCase> saveCases()
              FieldTable::setNumber(record, alarmIn::dwell, 42, 1);
              FieldTable::setNumber(record, alarmIn::alarmOut, 0x2, 1);
              FieldTable::setNumber(record, alarmIn::recordChannels, 0x8, 1);
-         }},
-        {"Stream", [] { return new CRemoteNetworkStreamDlg; }, setup::Section::Stream,
-         [](CSetupPage &page) {
-             pagetest::typeInto(named<QLineEdit>(&page, u"IP Address"_s), u"10.20.30.40"_s);
-             named<QSpinBox>(&page, u"Bit Rate (kbps) 02"_s)->setValue(2048);
-         },
-         [](QByteArray &record) {
-             FieldTable::setBytes(record, stream::ipAddress, "\x0a\x14\x1e\x28");
-             FieldTable::setNumber(record, stream::bitrate, 2048, 1);
          }},
     };
 }

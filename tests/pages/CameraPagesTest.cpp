@@ -3,24 +3,20 @@
 
 #include "pages/camera/CRemoteCameraAlarmDlg.h"
 #include "pages/camera/CRemoteCameraAlarmOutDlg.h"
+#include "pages/camera/CRemoteCameraCameraDlg.h"
 #include "pages/camera/CRemoteCameraMotionDlg.h"
 #include "pages/camera/CRemoteCameraPTZDlg.h"
 #include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/CRemoteCameraMotionMaskDlg.h"
 #include "pages/common/ChannelSelectionDialog.h"
-
-#include "setup/FactoryDefaults.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
-#include "tests/SimProcess.h"
+#include "setup/SetupFiles.h"
 #include "tests/TestSupport.h"
 #include "tests/pages/PageTestSupport.h"
-#include "tests/session/SessionHarness.h"
 
 #include <QCheckBox>
-#include <QComboBox>
-#include <QPushButton>
+#include <QLineEdit>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTest>
@@ -33,7 +29,7 @@
 using namespace Qt::StringLiterals;
 using pagetest::named;
 using setup::FieldTable;
-using setup::SetupRecordMap;
+namespace camera = setup::fields::camera;
 
 namespace {
 
@@ -96,12 +92,13 @@ void toggleChannels(QWidget *page, const QString &field, std::initializer_list<i
     pagetest::button(dialog, u"OK"_s)->click();
 }
 
+// A page, the section it saves, the edit of channel 2 made through its
+// controls, and the same change made in the record.
 struct SaveCase
 {
     const char *name;
     std::function<CSetupPage *()> create;
     setup::Section section;
-    // Edits channel 2 through the controls, and makes the same change in the record.
     std::function<void(CSetupPage &)> edit;
     std::function<void(QByteArray &)> expect;
 
@@ -110,26 +107,10 @@ struct SaveCase
 
 std::vector<SaveCase> saveCases()
 {
-    namespace videoLoss = setup::fields::videoLoss;
     namespace alarmIn = setup::fields::alarmIn;
     namespace alarmOut = setup::fields::alarmOut;
     namespace ptz = setup::fields::ptz;
-    namespace motion = setup::fields::motion;
     return {
-        {"Motion", [] { return new CRemoteCameraMotionDlg; }, setup::Section::Motion,
-         [](CSetupPage &page) {
-             named<QRadioButton>(&page, u"Day Setting"_s)->click();
-             pagetest::select(&page, u"Day Setting Sensitivity 02"_s, u"High"_s);
-             named<QSpinBox>(&page, u"Day Setting Min. Blocks 02"_s)->setValue(9);
-             // The whole mask is watched: clear rows 1-2, columns 0-3.
-             paintMask(&page, u"Day Setting Mask Zone 02"_s, {3, 2}, {0, 1});
-         },
-         [](QByteArray &record) {
-             FieldTable::setNumber(record, motion::daySensitivity, 1, 1);
-             FieldTable::setNumber(record, motion::dayMinBlocks, 9, 1);
-             for (int row : {1, 2})
-                 FieldTable::setNumber(record, motion::dayMask, 0x3FFFFFFF & ~0x3C000000u, 1, row);
-         }},
         {"Ptz", [] { return new CRemoteCameraPTZDlg; }, setup::Section::Ptz,
          [](CSetupPage &page) {
              pagetest::select(&page, u"Channel"_s, u"CH 02"_s);
@@ -172,41 +153,30 @@ std::vector<SaveCase> saveCases()
              FieldTable::setNumber(record, alarmIn::alarmOut, 0x2, 1);
              FieldTable::setNumber(record, alarmIn::recordChannels, 0x8, 1);
          }},
-        {"VideoLoss", [] { return new CRemoteCameraVideoLoss; }, setup::Section::VideoLoss,
-         [](CSetupPage &page) {
-             named<QCheckBox>(&page, u"Beep 02"_s)->click();
-             toggleChannels(&page, u"Alarm-Out 02"_s, {1, 3});
-         },
-         [](QByteArray &record) {
-             FieldTable::setNumber(record, videoLoss::beep, 1, 1);
-             FieldTable::setNumber(record, videoLoss::alarmOut, 0x5, 1);
-         }},
     };
 }
 
-class CameraPageSave : public ::testing::TestWithParam<SaveCase>
+class PageSave : public ::testing::TestWithParam<SaveCase>
 {
 };
 
 } // namespace
 
-TEST_P(CameraPageSave, FourChannelRecorderGetsExactlyTheEditedSection)
+TEST_P(PageSave, FourChannelRecorderGetsExactlyTheEditedSection)
 {
     const SaveCase &c = GetParam();
     const QByteArray record = recordWithReservedPattern(c.section);
     SimProcess sim({u"--channels"_s, u"4"_s}, record);
     SessionHarness window;
-    CWork &work = window.connect(sim.port());
-    ASSERT_TRUE(window.waitForReady());
-
     std::unique_ptr<CSetupPage> page(c.create());
+    page->show();
+    CWork *work = pagetest::attach(window, sim, *page);
+    ASSERT_TRUE(work);
     std::vector<setup::Section> written;
     page->setSectionWriter([&](setup::Section section, const QByteArray &bytes) {
         written.push_back(section);
-        return work.writeSection(section, bytes);
+        return work->writeSection(section, bytes);
     });
-    page->show();
-    page->load(work.mirror(), int(window.record.channelCount));
     c.edit(*page);
     ASSERT_TRUE(page->isModified());
     pagetest::button(page.get(), u"Save"_s)->click();
@@ -221,7 +191,7 @@ TEST_P(CameraPageSave, FourChannelRecorderGetsExactlyTheEditedSection)
         EXPECT_EQ(message, u"Complete Save   \t"_s);
 }
 
-INSTANTIATE_TEST_SUITE_P(CameraPages, CameraPageSave, ::testing::ValuesIn(saveCases()),
+INSTANTIATE_TEST_SUITE_P(Pages, PageSave, ::testing::ValuesIn(saveCases()),
                          [](const auto &info) { return std::string(info.param.name); });
 
 TEST(VideoLossPage, BeepHeaderAfterDefaultCountsTheRecordersChannels)
@@ -378,56 +348,51 @@ TEST(MotionPage, MaskEditorIgnoresBitsThirtyAndThirtyOneAndClampsTheDrag)
 TEST(CameraPages, ValuesOutOfRangeShowAsNoChoiceOrClampedAndStayStored)
 {
     namespace alarmIn = setup::fields::alarmIn;
-    namespace alarmOut = setup::fields::alarmOut;
     namespace motion = setup::fields::motion;
-    namespace ptz = setup::fields::ptz;
+    const auto alarm = [] {
+        return new CRemoteCameraAlarmDlg;
+    };
+    const auto motionPage = [] {
+        return new CRemoteCameraMotionDlg;
+    };
     const struct
     {
         std::function<CSetupPage *()> create;
         setup::FieldInfo field;
-        int i;
         quint32 stored;
         const char *control;
         QString shown; // list text ("" for no choice) or number
         quint32 saved;
     } cases[] = {
-        {[] { return new CRemoteCameraAlarmDlg; }, alarmIn::dwell, 0, 0, "Dwell Time 01", {}, 0},
-        {[] { return new CRemoteCameraAlarmDlg; },
-         alarmIn::dwell,
-         0,
-         100,
-         "Dwell Time 01",
+        {alarm, alarmIn::dwell, 0, "Dwell Time 01", {}, 0},
+        {alarm, alarmIn::dwell, 100, "Dwell Time 01", {}, 100},
+        {alarm, alarmIn::normallyClosed, 7, "Type 01", {}, 7},
+        {[] { return new CRemoteCameraAlarmOutDlg; },
+         setup::fields::alarmOut::days,
+         0x03,
+         "Day 01",
          {},
-         100},
-        {[] { return new CRemoteCameraAlarmDlg; }, alarmIn::normallyClosed, 0, 7, "Type 01", {}, 7},
-        {[] { return new CRemoteCameraAlarmOutDlg; }, alarmOut::days, 0, 0x03, "Day 01", {}, 0x03},
-        {[] { return new CRemoteCameraPTZDlg; }, ptz::panSpeed, 0, 0, "Pan Speed 01", u"1"_s, 0},
-        {[] { return new CRemoteCameraMotionDlg; }, motion::dayStartHour, 0, 25, "Day Time 01 hh",
-         u"23"_s, 25},
-        {[] { return new CRemoteCameraMotionDlg; }, motion::dayStartMinute, 0, 99, "Day Time 01 mm",
-         u"59"_s, 99},
+         0x03},
+        {[] { return new CRemoteCameraPTZDlg; }, setup::fields::ptz::panSpeed, 0, "Pan Speed 01",
+         u"1"_s, 0},
+        {motionPage, motion::dayStartHour, 25, "Day Time 01 hh", u"23"_s, 25},
+        {motionPage, motion::dayStartMinute, 99, "Day Time 01 mm", u"59"_s, 99},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.control);
         QByteArray record = setup::FactoryDefaults::record();
-        FieldTable::setNumber(record, c.field, c.stored, c.i);
+        FieldTable::setNumber(record, c.field, c.stored);
         if (c.field.offset == alarmIn::normallyClosed.offset)
-            FieldTable::setNumber(record, alarmIn::enabled, 1, c.i);
+            FieldTable::setNumber(record, alarmIn::enabled, 1);
         std::unique_ptr<CSetupPage> page(c.create());
         page->load(record, 16);
         const QString name = QString::fromLatin1(c.control);
-        if (auto *list = named<QComboBox>(page.get(), name)) {
+        if (auto *list = named<QComboBox>(page.get(), name))
             EXPECT_EQ(list->currentText(), c.shown);
-        } else {
-            auto *box = named<QSpinBox>(page.get(), name);
-            ASSERT_TRUE(box);
-            EXPECT_EQ(box->text(), c.shown);
-        }
+        else
+            EXPECT_EQ(named<QSpinBox>(page.get(), name)->text(), c.shown);
         page->gather();
-        const int offset = SetupRecordMap::section(*page->section()).offset;
-        setup::FieldInfo inSection = c.field;
-        inSection.offset -= offset;
-        EXPECT_EQ(FieldTable::number(page->sectionBuffer(), inSection, c.i), c.saved);
+        EXPECT_EQ(pagetest::number(*page, c.field), c.saved);
     }
 }
 
@@ -474,7 +439,177 @@ TEST(MotionPage, CopySettingsCopiesOnlyTheSettingShown)
     EXPECT_EQ(named<QComboBox>(&page, u"Night Setting Sensitivity 03"_s)->currentText(),
               u"Normal"_s);
     page.gather();
-    setup::FieldInfo mask = motion::dayMask;
-    mask.offset -= motion::base;
-    EXPECT_EQ(FieldTable::number(page.sectionBuffer(), mask, 2, 5), 0x1u);
+    EXPECT_EQ(pagetest::number(page, motion::dayMask, 2, 5), 0x1u);
+}
+
+namespace {
+
+struct Channel
+{
+    QByteArray title;
+    bool covert;
+    quint8 audio;
+};
+
+// A record whose camera section has a pattern in every byte the page does not
+// own; channel i holds `channels[i]`, or "CAM <i + 1>", covert on odd i, no audio.
+QByteArray cameraRecord(const std::vector<Channel> &channels)
+{
+    QByteArray record = pagetest::patterned(setup::Section::Camera);
+    for (int i = 0; i < 16; ++i) {
+        const Channel c = i < int(channels.size())
+                              ? channels[i]
+                              : Channel {"CAM " + QByteArray::number(i + 1), i % 2 == 1, 0};
+        FieldTable::setBytes(record, camera::title, c.title, i);
+        FieldTable::setNumber(record, camera::covert, c.covert, i);
+        FieldTable::setNumber(record, camera::audio, c.audio, i);
+    }
+    return record;
+}
+
+template<class T>
+T *control(const QWidget *page, const char *column, int channel)
+{
+    return named<T>(page, QString::asprintf("%s %02d", column, channel));
+}
+
+QLineEdit *title(const QWidget *page, int channel)
+{
+    return control<QLineEdit>(page, "Camera Title", channel);
+}
+
+class CameraPage : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        page.setDefaultSource([] {
+            return setup::SetupFiles::readDefaultFile(testsupport::dataDir()
+                                                      + u"/DEFDVRSETUP.DAT"_s)
+                .bytes;
+        });
+        page.show();
+    }
+
+    SessionHarness window; // records the message boxes
+    CRemoteCameraCameraDlg page;
+};
+
+} // namespace
+
+TEST_F(CameraPage, FillShowsEachChannelAndSaveKeepsWhatThePageDoesNotOwn)
+{
+    const QByteArray record = cameraRecord({
+        {"Lobby", false, 1},
+        {"ABCDEFGHIJKLMNOPQRST", true, 8}, // all 20 bytes, no terminator
+        {"Caf\xe9", false, 3}, // Windows-1252; audio 3 is no single input
+    });
+    page.load(record, 16);
+    const struct
+    {
+        int channel;
+        QString title;
+        bool covert;
+        QString audio;
+    } rows[] = {{1, u"Lobby"_s, false, u"Ch 01"_s},
+                {2, u"ABCDEFGHIJKLMNOPQRST"_s, true, u"Ch 04"_s},
+                {3, u"Café"_s, false, u"Off"_s},
+                {16, u"CAM 16"_s, true, u"Off"_s}};
+    for (const auto &row : rows) {
+        EXPECT_EQ(title(&page, row.channel)->text(), row.title);
+        EXPECT_EQ(control<QCheckBox>(&page, "Covert", row.channel)->isChecked(), row.covert);
+        EXPECT_EQ(control<QComboBox>(&page, "Audio", row.channel)->currentText(), row.audio);
+        EXPECT_FALSE(title(&page, row.channel)->testAttribute(Qt::WA_InputMethodEnabled));
+    }
+
+    page.setSectionWriter([](setup::Section, const QByteArray &) { return 1; });
+    page.save();
+    // Only the audio byte that no list item stands for changes: the list shows Off.
+    QByteArray expected = pagetest::slice(record, setup::Section::Camera);
+    expected[2 * 48 + 32] = 0;
+    EXPECT_EQ(page.sectionBuffer(), expected);
+
+    QTest::keyClick(control<QComboBox>(&page, "Audio", 1), Qt::Key_Down);
+    EXPECT_TRUE(page.isModified());
+}
+
+TEST_F(CameraPage, TitleLimitIsEighteenFromTheRecorderAndSixteenFromTheDefault)
+{
+    page.load(cameraRecord({}), 16);
+    QTest::keyClicks(title(&page, 1), u"x"_s.repeated(25));
+    EXPECT_EQ(title(&page, 1)->text().size(), 18);
+    pagetest::button(&page, u"Default"_s)->click();
+    QTest::keyClicks(title(&page, 1), u"x"_s.repeated(25));
+    EXPECT_EQ(title(&page, 1)->text().size(), 16);
+
+    // A longer title from the recorder stays whole and can only get shorter.
+    page.load(cameraRecord({{"ABCDEFGHIJKLMNOPQRST", false, 0}}), 16);
+    QTest::keyClicks(title(&page, 1), u"x"_s);
+    QTest::keyClick(title(&page, 1), Qt::Key_Backspace);
+    QTest::keyClicks(title(&page, 1), u"x"_s);
+    EXPECT_EQ(title(&page, 1)->text(), u"ABCDEFGHIJKLMNOPQRS"_s);
+}
+
+TEST_F(CameraPage, ForbiddenTitleCharactersAreRemovedWithOneMessage)
+{
+    page.load(cameraRecord({{"", false, 0}}), 16);
+    QLineEdit *edit = title(&page, 1);
+    QTest::keyClicks(edit, u"a/b"_s);
+    EXPECT_EQ(edit->text(), u"ab"_s);
+    EXPECT_EQ(window.messages, QStringList {u"Can Not Use %, &, *, :, \", ', <, >, ?, / "_s});
+    EXPECT_TRUE(page.isModified());
+
+    // In the middle of the text the cursor stays where the operator typed.
+    edit->setCursorPosition(1);
+    QTest::keyClicks(edit, u"%&*:\"'<>?/Z"_s);
+    EXPECT_EQ(edit->text(), u"aZb"_s);
+    EXPECT_EQ(window.messages.size(), 11);
+}
+
+TEST_F(CameraPage, CovertHeaderIsCheckedOnlyWhenAllSixteenRowsAre)
+{
+    const std::vector<Channel> allCovert(16, {"C", true, 0});
+    // Four channels: the hidden rows were never filled and count unchecked.
+    page.load(cameraRecord(allCovert), 4);
+    QCheckBox *header = named<QCheckBox>(&page, u"Covert"_s);
+    EXPECT_FALSE(header->isChecked());
+
+    header->click();
+    for (int channel = 1; channel <= 16; ++channel)
+        EXPECT_TRUE(control<QCheckBox>(&page, "Covert", channel)->isChecked()) << channel;
+    EXPECT_TRUE(page.isModified());
+    control<QCheckBox>(&page, "Covert", 2)->click();
+    EXPECT_FALSE(header->isChecked());
+    control<QCheckBox>(&page, "Covert", 2)->click();
+    EXPECT_TRUE(header->isChecked());
+
+    page.load(cameraRecord({{"C", false, 0}}), 16);
+    EXPECT_FALSE(header->isChecked());
+}
+
+TEST_F(CameraPage, CopySettingsCopiesTheChosenValuesButOnlyATitleEnablesSave)
+{
+    for (const QStringList &chosen : {QStringList {u"Title"_s}, {u"Covert"_s, u"Audio"_s}}) {
+        page.load(cameraRecord({{"CAM 1", false, 0}, {"Front", true, 4}}), 16);
+        pagetest::button(&page, u"Copy Settings"_s)->click();
+        auto *dialog = page.findChild<CRemoteCameraCopySettingDlg *>();
+        ASSERT_TRUE(dialog && dialog->isVisible());
+        named<QComboBox>(dialog, u"From"_s)->setCurrentIndex(1);
+        for (const QString &property : {u"Title"_s, u"Covert"_s, u"Audio"_s})
+            named<QCheckBox>(dialog, property)->setChecked(chosen.contains(property));
+        named<QCheckBox>(dialog, u"To Ch 03"_s)->setChecked(true);
+        named<QCheckBox>(dialog, u"To Ch 05"_s)->setChecked(true);
+        pagetest::button(dialog, u"OK"_s)->click();
+
+        const bool titles = chosen.contains(u"Title"_s);
+        for (int target : {3, 5}) {
+            EXPECT_EQ(title(&page, target)->text(),
+                      titles ? u"Front"_s : u"CAM "_s + QString::number(target));
+            EXPECT_EQ(control<QCheckBox>(&page, "Covert", target)->isChecked(), !titles);
+            EXPECT_EQ(control<QComboBox>(&page, "Audio", target)->currentText(),
+                      titles ? u"Off"_s : u"Ch 03"_s);
+        }
+        EXPECT_EQ(title(&page, 4)->text(), u"CAM 4"_s);
+        EXPECT_EQ(page.isModified(), titles);
+    }
 }

@@ -4,15 +4,11 @@
 #include "app/PageHost.h"
 #include "app/PageMenuBar.h"
 #include "setup/ExportFile.h"
-#include "setup/FactoryDefaults.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
 #include "setup/LittleEndian.h"
-#include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
 #include "tests/app/MainWindowFixture.h"
 #include "tests/pages/PageTestSupport.h"
-#include "tests/session/SessionHarness.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -106,11 +102,8 @@ protected:
     // Connects to `sim` and fills the page as the main window does.
     ::testing::AssertionResult connectTo(const SimProcess &sim)
     {
-        window.worker.reset();
-        window.connect(sim.port());
-        if (!window.waitForReady())
+        if (!pagetest::attach(window, sim, page))
             return ::testing::AssertionFailure() << "no setup record and clock";
-        page.load(window.worker->mirror(), int(window.record.channelCount));
         return ::testing::AssertionSuccess();
     }
 
@@ -129,37 +122,23 @@ protected:
 
 TEST_F(ConfigPage, InformationShowsTheRecorderOfEachLoad)
 {
-    const struct
-    {
-        QStringList arguments;
-        std::vector<std::pair<QString, QString>> values;
-    } recorders[] = {
+    const QString names[]
+        = {u"Model"_s,        u"S/W Version"_s,   u"Channels"_s,     u"Video Standard"_s,
+           u"Alarm Inputs"_s, u"Alarm Outputs"_s, u"Audio Inputs"_s, u"Disks"_s};
+    const std::pair<QStringList, QStringList> recorders[] = {
         {{u"--channels"_s, u"4"_s, u"--video"_s, u"pal"_s, u"--model"_s, u"77"_s, u"--version"_s,
           u"2.3.4.5"_s},
-         {{u"Model"_s, u"77"_s},
-          {u"S/W Version"_s, u"2.3.4.5"_s},
-          {u"Channels"_s, u"4"_s},
-          {u"Video Standard"_s, u"PAL"_s},
-          {u"Alarm Inputs"_s, u"4"_s},
-          {u"Alarm Outputs"_s, u"1"_s},
-          {u"Audio Inputs"_s, u"4"_s},
-          {u"Disks"_s, u"1"_s}}},
+         {u"77"_s, u"2.3.4.5"_s, u"4"_s, u"PAL"_s, u"4"_s, u"1"_s, u"4"_s, u"1"_s}},
         {{},
-         {{u"Model"_s, QString::number(FactoryDefaults::ModelId)},
-          {u"S/W Version"_s, u"1.0.0.0"_s},
-          {u"Channels"_s, u"16"_s},
-          {u"Video Standard"_s, u"NTSC"_s},
-          {u"Alarm Inputs"_s, u"16"_s},
-          {u"Alarm Outputs"_s, u"4"_s},
-          {u"Audio Inputs"_s, u"4"_s},
-          {u"Disks"_s, u"2"_s}}},
+         {QString::number(FactoryDefaults::ModelId), u"1.0.0.0"_s, u"16"_s, u"NTSC"_s, u"16"_s,
+          u"4"_s, u"4"_s, u"2"_s}},
     };
-    for (const auto &recorder : recorders) {
-        SCOPED_TRACE(recorder.arguments.join(u' ').toStdString());
-        SimProcess sim(recorder.arguments);
+    for (const auto &[arguments, values] : recorders) {
+        SCOPED_TRACE(arguments.join(u' ').toStdString());
+        SimProcess sim(arguments);
         ASSERT_TRUE(connectTo(sim));
-        for (const auto &[name, value] : recorder.values)
-            EXPECT_EQ(shown(&page, name), value) << name.toStdString();
+        for (int k = 0; k < 8; ++k)
+            EXPECT_EQ(shown(&page, names[k]), values[k]) << names[k].toStdString();
     }
 
     // The time follows the worker's running clock, from its first answer on:

@@ -1,7 +1,6 @@
-// The DEVICE and NETWORK pages: each writes exactly its section, overlapping
-// sections never carry another page's old bytes, the entry checks of the
-// network pages refuse before anything is sent, and what depends on a choice
-// follows it.
+// Pages in the host write exactly their section and overlapping sections never
+// carry another page's old bytes; the entry checks of the network pages
+// refuse before anything is sent, and what depends on a choice follows it.
 
 #include "app/PageCatalog.h"
 #include "app/PageHost.h"
@@ -10,15 +9,11 @@
 #include "pages/network/CRemoteNetworkEmailDlg.h"
 #include "pages/network/CRemoteNetworkNotificationDlg.h"
 #include "pages/network/CRemoteNetworkStreamDlg.h"
-#include "setup/FactoryDefaults.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
-#include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
 #include "tests/pages/PageTestSupport.h"
-#include "tests/session/SessionHarness.h"
 
-#include <QComboBox>
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QSpinBox>
 #include <QTabBar>
@@ -35,29 +30,7 @@ using setup::FieldTable;
 using setup::Section;
 using setup::SetupRecordMap;
 
-namespace {
-
-QByteArray sliceOf(const QByteArray &record, Section section)
-{
-    const setup::SectionInfo &info = SetupRecordMap::section(section);
-    return record.mid(info.offset, info.length);
-}
-
-QByteArray withSection(QByteArray record, Section section, const QByteArray &bytes)
-{
-    return record.replace(SetupRecordMap::section(section).offset, bytes.size(), bytes);
-}
-
-void typeInto(QLineEdit *edit, const QString &text)
-{
-    edit->selectAll();
-    QTest::keyClick(edit, Qt::Key_Delete);
-    QTest::keyClicks(edit, text);
-}
-
-} // namespace
-
-TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
+TEST(PageHostSave, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
 {
     const QByteArray defaults = setup::FactoryDefaults::record();
     SimProcess sim({}, defaults);
@@ -71,11 +44,12 @@ TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
     CWork &work = window.connect(sim.port());
     ASSERT_TRUE(window.waitForReady());
     QByteArray stored = defaults;
-    for (Section s : {Section::Rs232c, Section::Keyboard, Section::RemoteControl,
-                      Section::SmartBackup, Section::Stream}) {
+    for (Section s :
+         {Section::Camera, Section::Motion, Section::VideoLoss, Section::Rs232c, Section::Keyboard,
+          Section::RemoteControl, Section::SmartBackup, Section::Stream}) {
         const QByteArray marks = pagetest::pattern(SetupRecordMap::section(s).length);
         ASSERT_NE(otherWork.writeSection(s, marks), 0);
-        stored = withSection(stored, s, marks);
+        stored = pagetest::withSection(stored, s, marks);
     }
     ASSERT_TRUE(testsupport::waitFor([&] { return sim.storedRecord() == stored; }));
 
@@ -89,6 +63,9 @@ TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
         const char *label;
         Section section;
     } pages[] = {
+        {"Camera Setup", Section::Camera},
+        {"Motion", Section::Motion},
+        {"Video Loss", Section::VideoLoss},
         {"RS-232C", Section::Rs232c},
         {"Keyboard Control", Section::Keyboard},
         {"Remote Control", Section::RemoteControl},
@@ -104,8 +81,11 @@ TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
         ASSERT_TRUE(page);
         ASSERT_EQ(page->section(), p.section);
         host.showPage(PageCatalog::indexOf(p.label));
-        auto *list = page->findChild<QComboBox *>();
-        QTest::keyClick(list, list->currentIndex() + 1 < list->count() ? Qt::Key_Down : Qt::Key_Up);
+        if (auto *list = page->findChild<QComboBox *>())
+            QTest::keyClick(list,
+                            list->currentIndex() + 1 < list->count() ? Qt::Key_Down : Qt::Key_Up);
+        else
+            page->findChild<QCheckBox *>()->click();
         ASSERT_TRUE(page->isModified());
         pagetest::button(page, u"Save"_s)->click();
         EXPECT_FALSE(page->isModified());
@@ -114,9 +94,9 @@ TEST(DeviceNetworkPages, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
             const int inBlock = SetupRecordMap::section(Section::Notification).offset
                                 - SetupRecordMap::section(Section::Stream).offset;
             EXPECT_EQ(page->sectionBuffer().mid(inBlock, 836),
-                      sliceOf(stored, Section::Notification));
+                      pagetest::slice(stored, Section::Notification));
         }
-        stored = withSection(stored, p.section, page->sectionBuffer());
+        stored = pagetest::withSection(stored, p.section, page->sectionBuffer());
         EXPECT_TRUE(testsupport::waitFor([&] { return sim.storedRecord() == stored; }));
     }
 }
@@ -128,12 +108,12 @@ TEST(DeviceNetworkPages, EditedPageKeepsItsEditsWhenAnOverlappingSectionIsSent)
     page.load(defaults, 16);
     CRemoteNetworkNotificationDlg untouched;
     untouched.load(defaults, 16);
-    typeInto(named<QLineEdit>(&page, u"Subject"_s), u"Site 7"_s);
+    pagetest::typeInto(named<QLineEdit>(&page, u"Subject"_s), u"Site 7"_s);
 
     QByteArray sent = defaults;
     FieldTable::setBytes(sent, setup::fields::email::smtpServer, "mail.site.test");
     FieldTable::setBytes(sent, setup::fields::email::subject, "Sent");
-    const QByteArray email = sliceOf(sent, Section::Email);
+    const QByteArray email = pagetest::slice(sent, Section::Email);
     for (CSetupPage *p : {static_cast<CSetupPage *>(&page), static_cast<CSetupPage *>(&untouched)})
         p->recordWritten(SetupRecordMap::section(Section::Email).offset, email);
 
@@ -150,7 +130,8 @@ TEST(DeviceNetworkPages, EntryChecksRefuseWithTheirMessageAndSendNothing)
     using Edit = std::function<void(QWidget *)>;
     const auto text = [](const char *name, const char *value) -> Edit {
         return [=](QWidget *page) {
-            typeInto(named<QLineEdit>(page, QString::fromLatin1(name)), QString::fromLatin1(value));
+            pagetest::typeInto(named<QLineEdit>(page, QString::fromLatin1(name)),
+                               QString::fromLatin1(value));
         };
     };
     const auto number = [](const char *name, int value) -> Edit {
@@ -246,34 +227,4 @@ TEST(DeviceNetworkPages, ControlsFollowTheChoiceTheyDependOn)
     CRemoteDeviceRemoteCtrlDlg remote;
     remote.load(defaults, 16);
     EXPECT_EQ(named<QSpinBox>(&remote, u"Remote Control ID"_s)->text(), u"All"_s);
-}
-
-TEST(DeviceNetworkPages, StreamSettingsAreOnTheRecorderAfterReconnecting)
-{
-    SimProcess sim({}, setup::FactoryDefaults::record());
-    {
-        SessionHarness window;
-        CWork &work = window.connect(sim.port());
-        ASSERT_TRUE(window.waitForReady());
-        CRemoteNetworkStreamDlg page;
-        page.setSectionWriter([&work](Section section, const QByteArray &bytes) {
-            return work.writeSection(section, bytes);
-        });
-        page.load(work.mirror(), int(window.record.channelCount));
-        page.show();
-        typeInto(named<QLineEdit>(&page, u"IP Address"_s), u"10.20.30.40"_s);
-        named<QSpinBox>(&page, u"Bit Rate (kbps) 03"_s)->setValue(2048);
-        ASSERT_NE(page.save(), 0);
-        ASSERT_TRUE(testsupport::waitFor([&] {
-            return FieldTable::number(sim.storedRecord(), setup::fields::stream::bitrate, 2)
-                   == 2048;
-        }));
-    }
-    SessionHarness again;
-    CWork &work = again.connect(sim.port());
-    ASSERT_TRUE(again.waitForReady());
-    CRemoteNetworkStreamDlg page;
-    page.load(work.mirror(), int(again.record.channelCount));
-    EXPECT_EQ(named<QLineEdit>(&page, u"IP Address"_s)->text(), u"10.20.30.40"_s);
-    EXPECT_EQ(named<QSpinBox>(&page, u"Bit Rate (kbps) 03"_s)->value(), 2048);
 }

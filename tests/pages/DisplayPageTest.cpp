@@ -7,16 +7,11 @@
 #include "pages/display/CRemoteDisplayIntervalDlg.h"
 #include "pages/display/CRemoteDisplayOSDDlg.h"
 #include "pages/display/CRemoteDisplayOSDMargin.h"
-#include "setup/FactoryDefaults.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
-#include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
 #include "tests/pages/PageTestSupport.h"
-#include "tests/session/SessionHarness.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QLabel>
 #include <QSpinBox>
 #include <QTest>
@@ -108,11 +103,10 @@ TEST_F(DateTimePage, PickingAZoneTakesItsOffsetAndDefaultRule)
         EXPECT_EQ(named<QCheckBox>(&page, u"DST Time"_s)->isChecked(), c.dst);
         EXPECT_TRUE(page.isModified());
         page.gather();
-        const QByteArray r = QByteArray(604, '\0') + page.sectionBuffer();
-        EXPECT_EQ(FieldTable::number(r, fields::dateTime::timeZone), quint32(c.zone));
-        EXPECT_EQ(qint32(FieldTable::number(r, fields::dateTime::utcOffset)), c.offset);
+        EXPECT_EQ(pagetest::number(page, fields::dateTime::timeZone), quint32(c.zone));
+        EXPECT_EQ(qint32(pagetest::number(page, fields::dateTime::utcOffset)), c.offset);
         for (std::size_t k = 0; k < c.rule.size(); ++k)
-            EXPECT_EQ(FieldTable::number(r, fields::dst::all[k]), c.rule[k]) << k;
+            EXPECT_EQ(pagetest::number(page, fields::dst::all[k]), c.rule[k]) << k;
     }
 }
 
@@ -172,10 +166,8 @@ TEST_F(DateTimePage, ValuesNoListOffersShowNothingAndAreWrittenBackAsTheyCame)
         EXPECT_EQ(rule(&page, row, column)->currentIndex(), -1) << row << ' ' << column;
     EXPECT_EQ(clock(), QString());
 
-    std::vector<Write> writes;
-    page.setSectionWriter(recordingWriter(nullptr, writes));
     named<QComboBox>(&page, u"Display Format"_s)->setCurrentIndex(2);
-    page.save();
+    page.gather();
     QByteArray expected = r;
     FieldTable::setNumber(expected, fields::dateTime::dateFormat, 2);
     EXPECT_EQ(page.sectionBuffer(), expected.mid(604, 52));
@@ -299,9 +291,7 @@ TEST(OsdPage, SelectAllFollowsTheRecordersCountOfItemBits)
     // Select All sets the item bits and keeps the others.
     named<QCheckBox>(&page, u"Live Select All"_s)->click();
     page.gather();
-    EXPECT_EQ(
-        FieldTable::number(QByteArray(656, '\0') + page.sectionBuffer(), fields::osd::liveItems),
-        0x5Fu);
+    EXPECT_EQ(pagetest::number(page, fields::osd::liveItems), 0x5Fu);
     EXPECT_TRUE(page.isModified());
 }
 

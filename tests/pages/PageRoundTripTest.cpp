@@ -4,12 +4,9 @@
 // keep their bytes, number boxes offer the field's range.
 
 #include "app/PageCatalog.h"
-#include "pages/common/CSetupPage.h"
-#include "setup/FieldTable.h"
 #include "tests/pages/PageTestSupport.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QSpinBox>

@@ -1,10 +1,19 @@
 #pragma once
 
+#include "pages/common/CSetupPage.h"
+#include "setup/FactoryDefaults.h"
+#include "setup/FieldTable.h"
+#include "setup/SetupRecordMap.h"
+#include "tests/SimProcess.h"
+#include "tests/session/SessionHarness.h"
+
 #include <QByteArray>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QObject>
 #include <QPushButton>
 #include <QString>
+#include <QTest>
 
 namespace pagetest {
 
@@ -38,6 +47,14 @@ inline QPushButton *button(const QObject *root, const QString &text)
     return nullptr;
 }
 
+// Replaces the text of `edit` key by key.
+inline void typeInto(QLineEdit *edit, const QString &text)
+{
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Delete);
+    QTest::keyClicks(edit, text);
+}
+
 // Bytes that no field value has, so that a byte written where it should not
 // be shows up: 0xA0, 0xA1, ...
 inline QByteArray pattern(int size)
@@ -46,6 +63,46 @@ inline QByteArray pattern(int size)
     for (int i = 0; i < size; ++i)
         bytes[i] = char(0xA0 + i % 64);
     return bytes;
+}
+
+inline QByteArray slice(const QByteArray &record, setup::Section section)
+{
+    const setup::SectionInfo &info = setup::SetupRecordMap::section(section);
+    return record.mid(info.offset, info.length);
+}
+
+inline QByteArray withSection(QByteArray record, setup::Section section, const QByteArray &bytes)
+{
+    return record.replace(setup::SetupRecordMap::section(section).offset, bytes.size(), bytes);
+}
+
+// The factory defaults with the pattern over the whole of `section`.
+inline QByteArray patterned(setup::Section section)
+{
+    return withSection(setup::FactoryDefaults::record(), section,
+                       pattern(setup::SetupRecordMap::section(section).length));
+}
+
+// A number of the page's section, read at its record offsets.
+inline quint32 number(const CSetupPage &page, const setup::FieldInfo &field, int i = 0, int j = 0)
+{
+    const QByteArray record = QByteArray(page.recordOffset(), '\0') + page.sectionBuffer();
+    return setup::FieldTable::number(record, field, i, j);
+}
+
+// Connects `window` to `sim`, sends the page's saves there and fills the
+// page from the record received; null when no session came up.
+inline CWork *attach(SessionHarness &window, const SimProcess &sim, CSetupPage &page)
+{
+    window.worker.reset();
+    CWork *work = &window.connect(sim.port());
+    if (!window.waitForReady())
+        return nullptr;
+    page.setSectionWriter([work](setup::Section section, const QByteArray &bytes) {
+        return work->writeSection(section, bytes);
+    });
+    page.load(work->mirror(), int(window.record.channelCount));
+    return work;
 }
 
 } // namespace pagetest

@@ -1,6 +1,4 @@
-#include "pages/common/CSetupPage.h"
 
-#include "setup/SetupRecordMap.h"
 #include "tests/TestSupport.h"
 #include "tests/pages/PageTestSupport.h"
 

@@ -33,12 +33,12 @@ void MainWindowFixture::openWindow()
 
 QLineEdit *MainWindowFixture::field(const QString &name) const
 {
-    return named<QLineEdit>(window->connectionPanel(), name);
+    return control<QLineEdit>(window->connectionPanel(), name);
 }
 
 QPushButton *MainWindowFixture::panelButton(const QString &text) const
 {
-    return named<QPushButton>(window->connectionPanel(), text);
+    return control<QPushButton>(window->connectionPanel(), text);
 }
 
 void MainWindowFixture::connectWith(const QString &address, const QString &port,

@@ -41,7 +41,7 @@ protected:
 
     // The child of `root` with that accessible name or text.
     template<class T>
-    static T *named(const QWidget *root, const QString &name)
+    static T *control(const QWidget *root, const QString &name)
     {
         for (T *widget : root->findChildren<T *>()) {
             if (widget->accessibleName() == name || widget->text() == name)

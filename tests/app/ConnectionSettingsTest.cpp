@@ -25,52 +25,41 @@ ConnectionSettings ddns(const QString &domain, const QString &hostName)
     return settings;
 }
 
-struct Case
-{
-    const char *name;
-    ConnectionSettings settings;
-    QByteArray address; // empty: refused
-    quint32 port;
-};
-
-void PrintTo(const Case &c, std::ostream *os)
-{
-    *os << c.name;
-}
-
-class ConnectionSettingsTest : public ::testing::TestWithParam<Case>
-{
-};
-
 } // namespace
 
-TEST_P(ConnectionSettingsTest, FillsTheRecordOnlyFromValidEntries)
+TEST(ConnectionSettings, FillsTheRecordOnlyFromValidEntries)
 {
-    const Case &c = GetParam();
-    const bool accepted = !c.address.isEmpty();
-    ConnectionRecord record;
-    record.address = "untouched";
-    ASSERT_EQ(c.settings.fillRecord(record), accepted);
-    EXPECT_EQ(record.address, accepted ? c.address : "untouched"_ba);
-    EXPECT_EQ(record.port, accepted ? c.port : 0u);
+    struct Case
+    {
+        const char *name;
+        ConnectionSettings settings;
+        QByteArray address; // empty: refused
+        quint32 port;
+    };
+    const Case cases[] = {
+        {"lowest port", manual(u"10.0.0.7"_s, u"1"_s), "10.0.0.7", 1},
+        {"highest port", manual(u"10.0.0.7"_s, u"65530"_s), "10.0.0.7", 65530},
+        {"port past range", manual(u"10.0.0.7"_s, u"65531"_s), {}, 0},
+        {"port not a number", manual(u"10.0.0.7"_s, u" "_s), {}, 0},
+        {"address blank", manual(u"  "_s, u"9000"_s), {}, 0},
+        {"address trimmed", manual(u" dvr.local "_s, u"9000"_s), "dvr.local", 9000},
+        {"DDNS standard port", ddns(u"ddns.example.net"_s, u"shop12"_s), "shop12.ddns.example.net",
+         9000},
+        {"DDNS name blank", ddns(u"ddns.example.net"_s, u" "_s), {}, 0},
+        {"DDNS name too long", ddns(QString(40, u'd'), QString(23, u'n')), {}, 0},
+        {"DDNS name just fits", ddns(QString(40, u'd'), QString(22, u'n')),
+         QByteArray(22, 'n') + '.' + QByteArray(40, 'd'), 9000},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        const bool accepted = !c.address.isEmpty();
+        ConnectionRecord record;
+        record.address = "untouched";
+        ASSERT_EQ(c.settings.fillRecord(record), accepted);
+        EXPECT_EQ(record.address, accepted ? c.address : "untouched"_ba);
+        EXPECT_EQ(record.port, accepted ? c.port : 0u);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Modes, ConnectionSettingsTest,
-    ::testing::Values(
-        Case {"lowest_port", manual(u"10.0.0.7"_s, u"1"_s), "10.0.0.7", 1},
-        Case {"highest_port", manual(u"10.0.0.7"_s, u"65530"_s), "10.0.0.7", 65530},
-        Case {"port_past_range", manual(u"10.0.0.7"_s, u"65531"_s), {}, 0},
-        Case {"port_not_a_number", manual(u"10.0.0.7"_s, u" "_s), {}, 0},
-        Case {"address_blank", manual(u"  "_s, u"9000"_s), {}, 0},
-        Case {"address_trimmed", manual(u" dvr.local "_s, u"9000"_s), "dvr.local", 9000},
-        Case {"ddns_standard_port", ddns(u"ddns.example.net"_s, u"shop12"_s),
-              "shop12.ddns.example.net", 9000},
-        Case {"ddns_name_blank", ddns(u"ddns.example.net"_s, u" "_s), {}, 0},
-        Case {"ddns_name_too_long", ddns(QString(40, u'd'), QString(23, u'n')), {}, 0},
-        Case {"ddns_name_just_fits", ddns(QString(40, u'd'), QString(22, u'n')),
-              QByteArray(22, 'n') + '.' + QByteArray(40, 'd'), 9000}),
-    [](const auto &info) { return std::string(info.param.name); });
 
 TEST(ConnectionSettings, TextsGoToTheRecordInTheSingleByteCodePage)
 {

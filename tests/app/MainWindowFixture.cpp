@@ -31,24 +31,14 @@ void MainWindowFixture::openWindow()
     window->show();
 }
 
-QLineEdit *MainWindowFixture::field(const QString &accessibleName) const
+QLineEdit *MainWindowFixture::field(const QString &name) const
 {
-    for (QLineEdit *edit : window->connectionPanel()->findChildren<QLineEdit *>()) {
-        if (edit->accessibleName() == accessibleName)
-            return edit;
-    }
-    ADD_FAILURE() << "no field named " << accessibleName.toStdString();
-    return nullptr;
+    return control<QLineEdit>(window->connectionPanel(), name);
 }
 
 QPushButton *MainWindowFixture::panelButton(const QString &text) const
 {
-    for (QPushButton *button : window->connectionPanel()->findChildren<QPushButton *>()) {
-        if (button->text() == text)
-            return button;
-    }
-    ADD_FAILURE() << "no button " << text.toStdString();
-    return nullptr;
+    return control<QPushButton>(window->connectionPanel(), text);
 }
 
 void MainWindowFixture::connectWith(const QString &address, const QString &port,

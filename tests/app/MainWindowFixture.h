@@ -39,7 +39,18 @@ protected:
     // A new window; the translations come from the built language.config.
     void openWindow();
 
-    QLineEdit *field(const QString &accessibleName) const;
+    // The child of `root` with that accessible name or text.
+    template<class T>
+    static T *control(const QWidget *root, const QString &name)
+    {
+        for (T *widget : root->findChildren<T *>()) {
+            if (widget->accessibleName() == name || widget->text() == name)
+                return widget;
+        }
+        ADD_FAILURE() << "no control named " << name.toStdString();
+        return nullptr;
+    }
+    QLineEdit *field(const QString &name) const;
     QPushButton *panelButton(const QString &text) const;
     // Types into the panel's fields (MANUAL mode) and clicks CONNECT.
     void connectWith(const QString &address, const QString &port,

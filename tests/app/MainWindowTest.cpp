@@ -40,16 +40,6 @@ QStringList labelTexts(const QWidget *root)
     return list;
 }
 
-template<class T>
-T *named(const QWidget *root, const QString &name)
-{
-    for (T *widget : root->findChildren<T *>()) {
-        if (widget->accessibleName() == name || widget->text() == name)
-            return widget;
-    }
-    return nullptr;
-}
-
 QAction *menuItem(const CRemoteKSetupDlg &window, int menu, const QString &text)
 {
     for (QAction *action : window.pageMenus()->menu(menu)->actions()) {
@@ -81,37 +71,24 @@ constexpr int NetworkMenu = 5;
 
 using MainWindowTest = MainWindowFixture;
 
-TEST_F(MainWindowTest, MenusListEveryPageInOrderAndStayDisabledUntilConnected)
+TEST_F(MainWindowTest, BeforeConnectingTheMenusAreDisabledAndThePanelFollowsTheMode)
 {
-    const std::vector<std::pair<QString, QStringList>> expected = {
-        {u"SYSTEM"_s, {u"Authority"_s, u"Audio"_s, u"Buzzer"_s, u"Configuration"_s, u"Update"_s}},
-        {u"DISPLAY"_s, {u"Date / Time"_s, u"OSD"_s, u"Event Display"_s, u"Interval"_s}},
-        {u"CAMERA"_s,
-         {u"Camera Setup"_s, u"PTZ"_s, u"Alarm-In"_s, u"Alarm-Out"_s, u"Motion"_s,
-          u"Video Loss"_s}},
-        {u"RECORD"_s, {u"Setup"_s, u"Schedule"_s, u"Holiday"_s}},
-        {u"DEVICE"_s,
-         {u"RS-232C"_s, u"Keyboard Control"_s, u"Remote Control"_s, u"Smart Backup"_s}},
-        {u"NETWORK"_s, {u"Notification"_s, u"E-Mail"_s, u"Event"_s, u"Stream"_s}},
-    };
-    const QList<QAction *> menus = window->pageMenus()->actions();
-    ASSERT_EQ(menus.size(), qsizetype(expected.size()));
-    for (size_t m = 0; m < expected.size(); ++m) {
-        EXPECT_EQ(menus[m]->text(), expected[m].first);
-        EXPECT_EQ(texts(menus[m]->menu()->actions()), expected[m].second);
-        for (const QAction *item : menus[m]->menu()->actions())
+    EXPECT_EQ(texts(window->pageMenus()->actions()),
+              (QStringList {u"SYSTEM"_s, u"DISPLAY"_s, u"CAMERA"_s, u"RECORD"_s, u"DEVICE"_s,
+                            u"NETWORK"_s}));
+    qsizetype items = 0;
+    for (const QAction *menu : window->pageMenus()->actions()) {
+        for (const QAction *item : menu->menu()->actions()) {
             EXPECT_FALSE(item->isEnabled()) << item->text().toStdString();
+            EXPECT_EQ(item, window->pageMenus()->item(int(items++)));
+        }
     }
+    EXPECT_EQ(items, 26);
     EXPECT_EQ(window->windowTitle(), u"Remote Setup"_s);
     EXPECT_FALSE(window->windowIcon().isNull());
-}
 
-TEST_F(MainWindowTest, PanelFieldsAreFoundByTheirNamesAndFollowTheMode)
-{
     ConnectionPanel *panel = window->connectionPanel();
-    for (const QString &name :
-         {u"ADDRESS"_s, u"PORT NUMBER"_s, u"Host name"_s, u"USER ID"_s, u"PASSWORD"_s})
-        ASSERT_NE(field(name), nullptr);
+    EXPECT_TRUE(waitForDisconnectedLook());
     for (const QWidget *control : panel->findChildren<QWidget *>()) {
         if (const auto *button = qobject_cast<const QAbstractButton *>(control)) {
             EXPECT_FALSE(button->text().isEmpty());
@@ -125,14 +102,9 @@ TEST_F(MainWindowTest, PanelFieldsAreFoundByTheirNamesAndFollowTheMode)
 
     EXPECT_TRUE(field(u"PORT NUMBER"_s)->isVisible());
     EXPECT_FALSE(field(u"Host name"_s)->isVisible());
-    QTest::mouseClick(named<QAbstractButton>(panel, u"DDNS"_s), Qt::LeftButton);
+    QTest::mouseClick(control<QAbstractButton>(panel, u"DDNS"_s), Qt::LeftButton);
     EXPECT_FALSE(field(u"PORT NUMBER"_s)->isVisible());
     EXPECT_TRUE(field(u"Host name"_s)->isVisible());
-
-    EXPECT_TRUE(panelButton(u"CONNECT"_s)->isEnabled());
-    EXPECT_FALSE(panelButton(u"DISCONNECT"_s)->isEnabled());
-    EXPECT_TRUE(labelTexts(panel).contains(u"Disconnect"_s));
-    EXPECT_TRUE(labelTexts(panel).contains(u"VERSION UNKNOWN"_s));
 }
 
 TEST_F(MainWindowTest, TextsFollowTheStartupLanguage)
@@ -147,114 +119,94 @@ TEST_F(MainWindowTest, TextsFollowTheStartupLanguage)
     EXPECT_EQ(window->saveButton()->text(), u"Speichern"_s);
 }
 
+// A four-channel recorder has no Stream page.
 TEST_F(MainWindowTest, ConnectFillsThePagesAndShowsTheFirst)
 {
-    SimProcess sim;
-    ASSERT_TRUE(connectTo(sim));
+    for (const int channels : {16, 4}) {
+        SCOPED_TRACE(channels);
+        openWindow();
+        SimProcess sim({u"--channels"_s, QString::number(channels)});
+        // Leading zeros still name 127.0.0.1, in 15 characters.
+        ASSERT_TRUE(connectTo(sim, u"127.000.000.001"_s));
 
-    PageHost *host = window->pageHost();
-    EXPECT_EQ(host->currentEntry(), host->firstPage());
-    ASSERT_NE(window->worker(), nullptr);
-    expectPagesHoldTheMirror(*window);
-    EXPECT_EQ(host->currentPage()->channelCount(), 16);
+        PageHost *host = window->pageHost();
+        EXPECT_EQ(host->currentEntry(), host->firstPage());
+        ASSERT_NE(window->worker(), nullptr);
+        EXPECT_EQ(window->worker()->mirror(), sim.storedRecord());
+        expectPagesHoldTheMirror(*window);
+        EXPECT_EQ(window->channelCount(), channels);
+        EXPECT_EQ(host->currentPage()->channelCount(), channels);
 
-    ConnectionPanel *panel = window->connectionPanel();
-    EXPECT_FALSE(panel->connectButton()->isEnabled());
-    EXPECT_TRUE(panel->disconnectButton()->isEnabled());
-    EXPECT_FALSE(field(u"ADDRESS"_s)->isEnabled());
-    EXPECT_TRUE(labelTexts(panel).contains(u"S/W Version 1.0.0.0"_s));
-    EXPECT_TRUE(testsupport::waitFor([&] { return labelTexts(panel).contains(u"Ready"_s); }));
+        ConnectionPanel *panel = window->connectionPanel();
+        EXPECT_FALSE(panel->connectButton()->isEnabled());
+        EXPECT_TRUE(panel->disconnectButton()->isEnabled());
+        EXPECT_FALSE(field(u"ADDRESS"_s)->isEnabled());
+        EXPECT_TRUE(labelTexts(panel).contains(u"S/W Version 1.0.0.0"_s));
+        EXPECT_TRUE(testsupport::waitFor([&] { return labelTexts(panel).contains(u"Ready"_s); }));
 
-    QAction *camera = menuItem(*window, CameraMenu, u"Camera Setup"_s);
-    ASSERT_NE(camera, nullptr);
-    EXPECT_TRUE(camera->isEnabled());
-    camera->trigger();
-    EXPECT_EQ(window->windowTitle(), u"127.0.0.1 - Remote Setup / Camera / Setup"_s);
-    EXPECT_EQ(window->currentPageId(), 0x8009);
-    for (int i = 0; i < 26; ++i)
-        EXPECT_EQ(window->pageMenus()->item(i)->isEnabled(), host->page(i) != nullptr) << i;
-    EXPECT_NE(menuItem(*window, NetworkMenu, u"Stream"_s), nullptr);
-    EXPECT_TRUE(messages.isEmpty()) << messages.join(u" | "_s).toStdString();
-    EXPECT_TRUE(exitCodes.empty());
-}
-
-TEST_F(MainWindowTest, TitleKeepsFourteenCharactersOfTheAddress)
-{
-    SimProcess sim;
-    // Leading zeros still name 127.0.0.1, in 15 characters.
-    ASSERT_TRUE(connectTo(sim, u"127.000.000.001"_s));
-    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
-    EXPECT_EQ(window->windowTitle(), u"127.000.000.00 - Remote Setup / Camera / Setup"_s);
-}
-
-TEST_F(MainWindowTest, FourChannelRecorderHasNoStreamItem)
-{
-    SimProcess sim({u"--channels"_s, u"4"_s});
-    ASSERT_TRUE(connectTo(sim));
-    EXPECT_EQ(menuItem(*window, NetworkMenu, u"Stream"_s), nullptr);
-    EXPECT_EQ(texts(window->pageMenus()->menu(NetworkMenu)->actions()),
-              (QStringList {u"Notification"_s, u"E-Mail"_s, u"Event"_s}));
-    EXPECT_EQ(window->channelCount(), 4);
-    EXPECT_EQ(window->pageHost()->currentPage()->channelCount(), 4);
-}
-
-struct BadEntry
-{
-    const char *name;
-    bool ddns;
-    QString address;
-    QString portOrHost;
-};
-
-void PrintTo(const BadEntry &entry, std::ostream *os)
-{
-    *os << entry.name;
-}
-
-class BadEntryTest
-    : public MainWindowFixture
-    , public ::testing::WithParamInterface<BadEntry>
-{
-};
-
-TEST_P(BadEntryTest, ShowsConnectFailAndEndsTheProgram)
-{
-    const BadEntry &entry = GetParam();
-    if (entry.ddns) {
-        QTest::mouseClick(named<QAbstractButton>(window->connectionPanel(), u"DDNS"_s),
-                          Qt::LeftButton);
-        QTest::keyClicks(field(u"ADDRESS"_s), entry.address);
-        QTest::keyClicks(field(u"Host name"_s), entry.portOrHost);
-        QTest::mouseClick(panelButton(u"CONNECT"_s), Qt::LeftButton);
-    } else {
-        connectWith(entry.address, entry.portOrHost);
+        QAction *camera = menuItem(*window, CameraMenu, u"Camera Setup"_s);
+        ASSERT_NE(camera, nullptr);
+        EXPECT_TRUE(camera->isEnabled());
+        camera->trigger();
+        // The title keeps fourteen characters of the address.
+        EXPECT_EQ(window->windowTitle(), u"127.000.000.00 - Remote Setup / Camera / Setup"_s);
+        EXPECT_EQ(window->currentPageId(), 0x8009);
+        for (int i = 0; i < 26; ++i)
+            EXPECT_EQ(window->pageMenus()->item(i)->isEnabled(), host->page(i) != nullptr) << i;
+        EXPECT_EQ(texts(window->pageMenus()->menu(NetworkMenu)->actions()),
+                  (QStringList {u"Notification"_s, u"E-Mail"_s, u"Event"_s}
+                   + (channels == 4 ? QStringList {} : QStringList {u"Stream"_s})));
+        EXPECT_TRUE(messages.isEmpty()) << messages.join(u" | "_s).toStdString();
+        EXPECT_TRUE(exitCodes.empty());
     }
-    EXPECT_EQ(messages, QStringList {u"Connect Fail"_s});
-    EXPECT_EQ(exitCodes, std::vector<int> {0});
-    EXPECT_EQ(window->worker(), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Panel, BadEntryTest,
-    ::testing::Values(BadEntry {"port_zero", false, u"127.0.0.1"_s, u"0"_s},
-                      BadEntry {"port_above_range", false, u"127.0.0.1"_s, u"70000"_s},
-                      BadEntry {"port_just_above_range", false, u"127.0.0.1"_s, u"65531"_s},
-                      BadEntry {"port_empty", false, u"127.0.0.1"_s, {}},
-                      BadEntry {"address_empty", false, {}, u"9000"_s},
-                      BadEntry {"ddns_host_name_empty", true, u"ddns.example.net"_s, {}},
-                      BadEntry {"ddns_domain_empty", true, {}, u"dvr1"_s}),
-    [](const auto &info) { return std::string(info.param.name); });
-
-TEST_F(MainWindowTest, DdnsReachesHostNameDotDomainOnTheStandardPort)
+// The panel's entries are checked before any connection: a bad one shows
+// "Connect Fail" and ends the program. DDNS reaches host name dot domain on
+// the standard port.
+TEST_F(MainWindowTest, PanelEntriesAreCheckedBeforeConnecting)
 {
-    QTest::mouseClick(named<QAbstractButton>(window->connectionPanel(), u"DDNS"_s), Qt::LeftButton);
-    QTest::keyClicks(field(u"ADDRESS"_s), u"ddns.invalid"_s);
-    QTest::keyClicks(field(u"Host name"_s), u"dvr1"_s);
-    QTest::keyClicks(field(u"USER ID"_s), u"Admin"_s);
-    QTest::mouseClick(panelButton(u"CONNECT"_s), Qt::LeftButton);
-    ASSERT_NE(window->worker(), nullptr);
-    EXPECT_EQ(window->worker()->address(), "dvr1.ddns.invalid");
-    EXPECT_EQ(window->worker()->port(), 9000u);
+    struct Case
+    {
+        const char *name;
+        bool ddns;
+        QString address;
+        QString portOrHost;
+        QByteArray reached; // empty: refused
+    };
+    const Case cases[] = {
+        {"port zero", false, u"127.0.0.1"_s, u"0"_s, {}},
+        {"port above range", false, u"127.0.0.1"_s, u"70000"_s, {}},
+        {"address empty", false, {}, u"9000"_s, {}},
+        {"DDNS domain empty", true, {}, u"dvr1"_s, {}},
+        {"DDNS host name empty", true, u"ddns.example.net"_s, {}, {}},
+        {"DDNS", true, u"ddns.invalid"_s, u"dvr1"_s, "dvr1.ddns.invalid"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        openWindow();
+        messages.clear();
+        exitCodes.clear();
+        if (c.ddns) {
+            QTest::mouseClick(control<QAbstractButton>(window->connectionPanel(), u"DDNS"_s),
+                              Qt::LeftButton);
+            QTest::keyClicks(field(u"ADDRESS"_s), c.address);
+            QTest::keyClicks(field(u"Host name"_s), c.portOrHost);
+            QTest::keyClicks(field(u"USER ID"_s), u"Admin"_s);
+            QTest::mouseClick(panelButton(u"CONNECT"_s), Qt::LeftButton);
+        } else {
+            connectWith(c.address, c.portOrHost);
+        }
+        if (c.reached.isEmpty()) {
+            EXPECT_EQ(messages, QStringList {u"Connect Fail"_s});
+            EXPECT_EQ(exitCodes, std::vector<int> {0});
+            EXPECT_EQ(window->worker(), nullptr);
+        } else {
+            ASSERT_NE(window->worker(), nullptr);
+            EXPECT_EQ(window->worker()->address(), c.reached);
+            EXPECT_EQ(window->worker()->port(), 9000u);
+        }
+    }
 }
 
 TEST_F(MainWindowTest, ConnectRunsOnceAndClosingEndsTheSession)
@@ -271,42 +223,42 @@ TEST_F(MainWindowTest, ConnectRunsOnceAndClosingEndsTheSession)
     EXPECT_EQ(CWork::instance(), nullptr);
 }
 
-class SessionEndTest
-    : public MainWindowFixture
-    , public ::testing::WithParamInterface<bool>
-{
-};
-
-TEST_P(SessionEndTest, ReturnsThePanelToItsDisconnectedLook)
+// By the DISCONNECT button or by the session's own end message; a new
+// session then starts from the same window, its pages as built.
+TEST_F(MainWindowTest, SessionEndReturnsThePanelToItsDisconnectedLook)
 {
     SimProcess sim;
     ASSERT_TRUE(connectTo(sim));
-    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
-    ASSERT_TRUE(window->saveButton()->isEnabled());
-    if (GetParam())
-        QTest::mouseClick(panelButton(u"DISCONNECT"_s), Qt::LeftButton);
-    else
-        send(SessionMessage::SessionEnded);
-    EXPECT_TRUE(waitForDisconnectedLook());
-    EXPECT_TRUE(exitCodes.empty());
-    // Nothing could be saved any more: the pages say so.
-    EXPECT_FALSE(window->saveButton()->isEnabled());
-    EXPECT_FALSE(window->pageHost()->currentPage()->isEnabled());
+    for (const bool button : {false, true}) {
+        SCOPED_TRACE(button ? "DISCONNECT" : "message");
+        menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
+        // A new session is ready once its record arrived.
+        ASSERT_TRUE(testsupport::waitFor([&] { return window->saveButton()->isEnabled(); },
+                                         SessionTimeoutMs));
+        if (button)
+            QTest::mouseClick(panelButton(u"DISCONNECT"_s), Qt::LeftButton);
+        else
+            send(SessionMessage::SessionEnded);
+        EXPECT_TRUE(waitForDisconnectedLook());
+        EXPECT_TRUE(exitCodes.empty());
+        // Nothing could be saved any more: the pages say so.
+        EXPECT_FALSE(window->saveButton()->isEnabled());
+        EXPECT_FALSE(window->pageHost()->currentPage()->isEnabled());
 
-    // A new session starts from the same window; the pages stay as built.
-    CSetupPage *page = window->pageHost()->currentPage();
-    ASSERT_TRUE(connectTo(sim));
-    EXPECT_EQ(window->pageHost()->currentPage(), page);
+        CSetupPage *page = window->pageHost()->currentPage();
+        ASSERT_TRUE(connectTo(sim));
+        EXPECT_EQ(window->pageHost()->currentPage(), page);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(MainWindow, SessionEndTest, ::testing::Values(false, true),
-                         [](const auto &info) {
-                             return std::string(info.param ? "disconnect_button" : "message_2026");
-                         });
 
 TEST_F(MainWindowTest, RefusedLoginShowsItsMessageAndEndsTheSession)
 {
     SimProcess sim({u"--refuse-login"_s, u"2"_s});
+    // The operator presses DISCONNECT while the refusal is on screen.
+    whileShown = [this](const QString &) {
+        send(SessionMessage::SessionEnded);
+        QCoreApplication::processEvents();
+    };
     connectWith(u"127.0.0.1"_s, QString::number(sim.port()));
     ASSERT_TRUE(testsupport::waitFor([&] { return !messages.isEmpty(); }, SessionTimeoutMs));
     EXPECT_EQ(messages, QStringList {u"Login failed by password error"_s});
@@ -342,20 +294,6 @@ TEST_F(MainWindowTest, ConnectingNeverHoldsTheWindow)
     EXPECT_TRUE(messages.isEmpty());
 }
 
-TEST_F(MainWindowTest, ASessionEndingWhileItsMessageIsOpenIsSafe)
-{
-    SimProcess sim({u"--refuse-login"_s, u"2"_s});
-    // The operator presses DISCONNECT while the refusal is on screen.
-    whileShown = [this](const QString &) {
-        send(SessionMessage::SessionEnded);
-        QCoreApplication::processEvents();
-    };
-    connectWith(u"127.0.0.1"_s, QString::number(sim.port()));
-    ASSERT_TRUE(testsupport::waitFor([&] { return !messages.isEmpty(); }, SessionTimeoutMs));
-    EXPECT_EQ(messages, QStringList {u"Login failed by password error"_s});
-    EXPECT_TRUE(waitForDisconnectedLook());
-}
-
 TEST_F(MainWindowTest, ClosingTheWindowStopsARunningUploadFirst)
 {
     // Every answer late, so that the upload is still running.
@@ -372,8 +310,8 @@ TEST_F(MainWindowTest, ClosingTheWindowStopsARunningUploadFirst)
     builder.addGeneratedComponent(2, firmware::FirmwareVersion {{9, 0, 0, 0}}, 1 << 20);
     ASSERT_TRUE(builder.write(path, nullptr));
     page->setFileChooser([&](QWidget *, const QString &) { return path; });
-    named<QPushButton>(page, u"Open"_s)->click();
-    named<QPushButton>(page, u"Start"_s)->click();
+    control<QPushButton>(page, u"Open"_s)->click();
+    control<QPushButton>(page, u"Start"_s)->click();
     ASSERT_TRUE(testsupport::waitFor([&] { return page->isUploading(); }, SessionTimeoutMs));
     window.reset();
     EXPECT_EQ(CWork::instance(), nullptr);
@@ -395,7 +333,7 @@ TEST_F(MainWindowTest, AShortImportFileIsSentOnlyWhenTheOperatorSaysYes)
     window->pageMenus()->item(index)->trigger();
     for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
         SCOPED_TRACE(answer);
-        named<QPushButton>(page, u"Import"_s)->click();
+        control<QPushButton>(page, u"Import"_s)->click();
         QFileDialog *dialog = page->openFileDialog();
         ASSERT_NE(dialog, nullptr);
         dialog->selectFile(path);
@@ -412,18 +350,9 @@ TEST_F(MainWindowTest, AShortImportFileIsSentOnlyWhenTheOperatorSaysYes)
     }
     EXPECT_TRUE(testsupport::waitFor([&] { return !messages.isEmpty(); }, SessionTimeoutMs));
     EXPECT_EQ(messages, QStringList {u"Import Success"_s});
-
-    // A whole file goes without a question.
-    testsupport::writeFile(path, file);
-    named<QPushButton>(page, u"Import"_s)->click();
-    page->openFileDialog()->selectFile(path);
-    QMetaObject::invokeMethod(page->openFileDialog(), "accept");
-    EXPECT_EQ(page->openQuestion(), nullptr);
-    EXPECT_TRUE(testsupport::waitFor([&] { return messages.size() == 2; }, SessionTimeoutMs));
-    EXPECT_EQ(messages.last(), u"Import Success"_s);
 }
 
-TEST_F(MainWindowTest, PageMessagesActOnTheWindowButtons)
+TEST_F(MainWindowTest, PageAndUploadMessagesActOnTheButtonsAndItems)
 {
     SimProcess sim;
     ASSERT_TRUE(connectTo(sim));
@@ -456,12 +385,8 @@ TEST_F(MainWindowTest, PageMessagesActOnTheWindowButtons)
         EXPECT_EQ(window->defaultButton()->isEnabled(), step.buttonsEnabled);
         EXPECT_EQ(window->defaultButton()->isVisible(), step.defaultVisible);
     }
-}
 
-TEST_F(MainWindowTest, UploadDisablesEveryItemUntilItEnds)
-{
-    SimProcess sim;
-    ASSERT_TRUE(connectTo(sim));
+    // An upload disables every item until it ends.
     PageMenuBar *menus = window->pageMenus();
     send(SessionMessage::UploadRunning, 0);
     for (int i = 0; i < 26; ++i)
@@ -474,15 +399,17 @@ TEST_F(MainWindowTest, UploadDisablesEveryItemUntilItEnds)
         EXPECT_EQ(menus->item(i)->isEnabled(), window->pageHost()->page(i) != nullptr) << i;
 }
 
-TEST_F(MainWindowTest, SaveWritesTheCameraSectionToTheRecorder)
+// A saved page reaches the recorder; a restored setup reloads every page.
+TEST_F(MainWindowTest, SaveWritesTheCameraSectionAndRestoredSetupReloadsThePages)
 {
     SimProcess sim;
     ASSERT_TRUE(connectTo(sim));
     menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
-    auto *title = named<QLineEdit>(window->pageHost()->currentPage(), u"Camera Title 03"_s);
-    ASSERT_NE(title, nullptr);
-    title->selectAll();
-    QTest::keyClicks(title, u"Loading Bay"_s);
+    CSetupPage *camera = window->pageHost()->currentPage();
+    auto *title3 = control<QLineEdit>(camera, u"Camera Title 03"_s);
+    ASSERT_NE(title3, nullptr);
+    title3->selectAll();
+    QTest::keyClicks(title3, u"Loading Bay"_s);
     QTest::mouseClick(window->saveButton(), Qt::LeftButton);
 
     const int offset = 1300 + 48 * (3 - 1);
@@ -491,24 +418,17 @@ TEST_F(MainWindowTest, SaveWritesTheCameraSectionToTheRecorder)
         SessionTimeoutMs));
     EXPECT_TRUE(testsupport::waitFor([&] { return messages.contains(u"Complete Save   \t"_s); },
                                      SessionTimeoutMs));
-}
 
-TEST_F(MainWindowTest, RestoredSetupReloadsEveryPageFromTheMirror)
-{
-    SimProcess sim;
-    ASSERT_TRUE(connectTo(sim));
-    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
-    CSetupPage *camera = window->pageHost()->currentPage();
-    auto *title = named<QLineEdit>(camera, u"Camera Title 01"_s);
-    ASSERT_NE(title, nullptr);
+    auto *title1 = control<QLineEdit>(camera, u"Camera Title 01"_s);
+    ASSERT_NE(title1, nullptr);
     // The mirror changes behind the page's back, as an import changes it.
     QByteArray changed = camera->sectionBuffer();
     changed.replace(0, 6, "Lobby\0"_ba);
     window->worker()->setSilentNextAcknowledgement();
     ASSERT_NE(window->worker()->writeSection(setup::Section::Camera, changed), 0);
-    ASSERT_EQ(title->text(), u"CAM 01"_s);
+    ASSERT_EQ(title1->text(), u"CAM 01"_s);
 
     send(SessionMessage::SetupRestored);
-    EXPECT_EQ(title->text(), u"Lobby"_s);
+    EXPECT_EQ(title1->text(), u"Lobby"_s);
     expectPagesHoldTheMirror(*window);
 }

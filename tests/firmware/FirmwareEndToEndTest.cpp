@@ -36,29 +36,8 @@ QString writePackage(const QString &path)
 
 } // namespace
 
-TEST(FirmwareEndToEnd, UploadLandsWholeOnTheRecorderAndBecomesItsSoftwareVersion)
-{
-    QTemporaryDir dir;
-    const QString received = dir.filePath(u"received"_s);
-    SimProcess sim({u"--firmware-dir"_s, received, u"--chunk-size"_s, u"4096"_s});
-    ASSERT_TRUE(sim.isRunning());
-    const QString package = writePackage(dir.filePath(u"update.KRP"_s));
-
-    const testsupport::CliRun upload = sim.cli({u"upload"_s, package});
-
-    EXPECT_EQ(upload.exitCode, Success) << upload.err.toStdString();
-    EXPECT_TRUE(upload.err.contains(u"\n100 %\n"_s)) << upload.err.toStdString();
-    EXPECT_TRUE(upload.err.contains(u"Updatefile transfer is completed."_s));
-    EXPECT_EQ(QDir(received).entryList(QDir::Files), QStringList {u"firmware-2.1.0.0.KRP"_s});
-    EXPECT_EQ(testsupport::readFile(received + u"/firmware-2.1.0.0.KRP"_s),
-              testsupport::readFile(package));
-
-    const testsupport::CliRun info = sim.cli({u"info"_s});
-    EXPECT_TRUE(info.out.contains(u"software version: 2.1.0.0\n"_s)) << info.out.toStdString();
-    EXPECT_EQ(sim.storedRecord().sliced(setup::SetupRecordMap::SoftwareVersionOffset, 4),
-              QByteArray("\x02\x01\x00\x00", 4));
-}
-
+// A completed upload lands whole on the recorder and becomes its software
+// version; the exit code tells every other end.
 TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
 {
     QTemporaryDir dir;
@@ -66,12 +45,14 @@ TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
     const QString broken = dir.filePath(u"broken.KRP"_s);
     testsupport::writeFile(broken, testsupport::readFile(good).first(4000));
 
+    const QString received = dir.filePath(u"received"_s);
+    SimProcess sim({u"--firmware-dir"_s, received, u"--chunk-size"_s, u"4096"_s});
     SimProcess busy({u"--busy"_s});
     // Frames 1-4 open the session; the recorder hangs up after answering the header.
     SimProcess dropping({u"--drop-after"_s, u"5"_s});
     SimProcess gone;
     gone.kill();
-    ASSERT_TRUE(busy.isRunning() && dropping.isRunning());
+    ASSERT_TRUE(sim.isRunning() && busy.isRunning() && dropping.isRunning());
 
     struct Case
     {
@@ -82,6 +63,11 @@ TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
         QString says;
     };
     const Case cases[] = {
+        {"completed",
+         sim,
+         {u"upload"_s, good},
+         Success,
+         u"\n100 %\nUpdatefile transfer is completed."_s},
         {"busy recorder", busy, {u"upload"_s, good}, Refused, u"Update Impossible."_s},
         // Checked before connecting: the recorder is not even there.
         {"broken package",
@@ -109,4 +95,12 @@ TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
         EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(QRegularExpression(c.says))) << run.err.toStdString();
     }
+
+    EXPECT_EQ(QDir(received).entryList(QDir::Files), QStringList {u"firmware-2.1.0.0.KRP"_s});
+    EXPECT_EQ(testsupport::readFile(received + u"/firmware-2.1.0.0.KRP"_s),
+              testsupport::readFile(good));
+    const testsupport::CliRun info = sim.cli({u"info"_s});
+    EXPECT_TRUE(info.out.contains(u"software version: 2.1.0.0\n"_s)) << info.out.toStdString();
+    EXPECT_EQ(sim.storedRecord().sliced(setup::SetupRecordMap::SoftwareVersionOffset, 4),
+              QByteArray("\x02\x01\x00\x00", 4));
 }

@@ -47,35 +47,6 @@ void setEntrySize(QByteArray &bytes, int entry, quint32 size)
 
 } // namespace
 
-TEST(FirmwarePackage, ReadsTheHeaderAndPlacesTheComponents)
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(u"good.KRP"_s);
-    const QByteArray bytes = goodPackage();
-    testsupport::writeFile(path, bytes);
-
-    Fault fault = Fault::Unreadable;
-    const auto package = FirmwarePackage::open(path, &fault);
-    ASSERT_TRUE(package);
-    EXPECT_EQ(fault, Fault::None);
-    EXPECT_EQ(package->path(), path);
-    EXPECT_EQ(package->header(), bytes.first(Header));
-    EXPECT_EQ(package->version(), (FirmwareVersion {{2, 1, 0, 3}}));
-    EXPECT_EQ(package->dataOffset(), quint32(Header + 8));
-    EXPECT_EQ(package->fileSize(), bytes.size());
-    ASSERT_EQ(package->components().size(), 2u);
-    const auto &first = package->components()[0];
-    const auto &second = package->components()[1];
-    EXPECT_EQ(first.type, 2u);
-    EXPECT_EQ(first.version, (FirmwareVersion {{2, 1, 0, 0}}));
-    EXPECT_EQ(first.size, 300u);
-    EXPECT_EQ(first.offset, Header + 8);
-    EXPECT_EQ(second.type, 0xF001u);
-    EXPECT_EQ(second.version, (FirmwareVersion {{1, 0, 0, 7}}));
-    EXPECT_EQ(second.offset, Header + 8 + 300);
-    EXPECT_EQ(bytes.sliced(second.offset, second.size), QByteArray(40, 'x'));
-}
-
 TEST(FirmwarePackage, RefusesBrokenPackagesNamingTheFault)
 {
     struct Case

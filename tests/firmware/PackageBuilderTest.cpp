@@ -42,6 +42,7 @@ TEST(PackageBuilder, StreamsTheSamePackageItBuildsInMemory)
     EXPECT_GT(std::set<char>(first.begin(), first.end()).size(), 200u);
 }
 
+// The package the tool writes, as FirmwarePackage reads it back.
 TEST(PackageBuilder, ToolWritesTheComponentsItIsGiven)
 {
     QTemporaryDir dir;
@@ -55,17 +56,26 @@ TEST(PackageBuilder, ToolWritesTheComponentsItIsGiven)
     ASSERT_TRUE(tool.waitForFinished(60000));
     ASSERT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
 
-    FirmwarePackage::Fault fault;
+    FirmwarePackage::Fault fault = FirmwarePackage::Fault::Unreadable;
     const auto package = FirmwarePackage::open(out, &fault);
     ASSERT_TRUE(package);
+    EXPECT_EQ(fault, FirmwarePackage::Fault::None);
+    EXPECT_EQ(package->path(), out);
+    const QByteArray file = testsupport::readFile(out);
+    EXPECT_EQ(package->header(), file.first(FirmwarePackage::HeaderSize));
     EXPECT_EQ(package->version(), (FirmwareVersion {{4, 3, 2, 1}}));
     EXPECT_EQ(package->dataOffset(), 4096u);
-    ASSERT_EQ(package->components().size(), 2u);
-    EXPECT_EQ(package->components()[0].type, 0x20000u);
-    EXPECT_EQ(package->components()[0].size, 2048u);
-    EXPECT_EQ(package->components()[1].version, (FirmwareVersion {{4, 0, 0, 1}}));
     EXPECT_EQ(package->fileSize(), 4096 + 2048 + 5000);
-    EXPECT_EQ(testsupport::readFile(out).last(5000), QByteArray(5000, 'i'));
+    ASSERT_EQ(package->components().size(), 2u);
+    const FirmwarePackage::Component &first = package->components()[0];
+    const FirmwarePackage::Component &second = package->components()[1];
+    EXPECT_EQ(first.type, 0x20000u);
+    EXPECT_EQ(first.version, (FirmwareVersion {{4, 0, 0, 0}}));
+    EXPECT_EQ(first.size, 2048u);
+    EXPECT_EQ(first.offset, 4096u);
+    EXPECT_EQ(second.type, 2u);
+    EXPECT_EQ(second.version, (FirmwareVersion {{4, 0, 0, 1}}));
+    EXPECT_EQ(file.sliced(second.offset, second.size), QByteArray(5000, 'i'));
 
     for (const QStringList &bad :
          {QStringList {out, u"--version"_s, u"1.2.3"_s},

@@ -29,13 +29,9 @@ RecorderVersions recorderAtOne()
 
 } // namespace
 
-TEST(FirmwareVersion, ComparesPartAFirst)
+// Comparison is the defaulted one, part A first; the plan's cases show it.
+TEST(FirmwareVersion, ParsesFourDottedBytesOnly)
 {
-    EXPECT_LT(v(1, 0, 0, 0), v(2, 0, 0, 0));
-    EXPECT_LT(v(1, 9, 9, 9), v(2, 0, 0, 0));
-    EXPECT_LT(v(0, 0, 0, 255), v(0, 0, 1, 0));
-    EXPECT_GT(v(2, 0, 0, 1), v(2, 0, 0, 0));
-    EXPECT_EQ(v(1, 2, 3, 4), v(1, 2, 3, 4));
     EXPECT_EQ(FirmwareVersion::parse(u"1.2.3.255"), v(1, 2, 3, 255));
     for (const char16_t *bad : {u"1.2.3", u"1.2.3.4.5", u"1.2.3.256", u"1.2.x.4", u""})
         EXPECT_FALSE(FirmwareVersion::parse(bad)) << QString::fromUtf16(bad).toStdString();

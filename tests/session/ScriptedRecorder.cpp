@@ -43,8 +43,10 @@ void ScriptedRecorder::send(qint32 command, const PACKET_PARAM &param, QByteArra
 
 void ScriptedRecorder::sendRaw(const QByteArray &bytes)
 {
-    if (m_client)
+    if (m_client) {
         m_client->write(bytes);
+        m_client->flush();
+    }
 }
 
 void ScriptedRecorder::closeClient()

@@ -28,11 +28,6 @@ CWork &SessionHarness::connect(quint16 port, const QByteArray &user, const QByte
     return *worker;
 }
 
-bool SessionHarness::waitForState(int state, int timeoutMs)
-{
-    return testsupport::waitFor([&] { return worker && worker->state() == state; }, timeoutMs);
-}
-
 bool SessionHarness::waitForReady()
 {
     return testsupport::waitFor(

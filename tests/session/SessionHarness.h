@@ -27,7 +27,6 @@ public:
     // A worker connected to 127.0.0.1:`port` as `user`/`password`.
     CWork &connect(quint16 port, const QByteArray &user = "Admin",
                    const QByteArray &password = QByteArray());
-    bool waitForState(int state, int timeoutMs = 10000);
     bool waitForReady();
 
     std::unique_ptr<CWork> worker;

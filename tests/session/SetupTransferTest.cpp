@@ -5,7 +5,6 @@
 #include "setup/FactoryDefaults.h"
 #include "setup/LittleEndian.h"
 #include "setup/SetupFiles.h"
-#include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
 #include "tests/session/ScriptedRecorder.h"
 #include "tests/session/SessionHarness.h"
@@ -156,29 +155,6 @@ TEST(SetupTransfer, ASecondWholeRecordWriteIsRefusedWhileOneRunsAndTheSessionGoe
     ASSERT_NE(work.writeSection(setup::Section::Camera, QByteArray(768, 'C')), 0);
     ASSERT_TRUE(waitFor([&] { return harness.messages.size() == 3; }));
     EXPECT_EQ(harness.messages.last(), u"Complete Save   \t"_s);
-}
-
-TEST(SetupTransfer, TheRecorderStoresAWholeRecordOnlyWithItsCommit)
-{
-    SimProcess sim({}, patterned(1));
-    ASSERT_TRUE(sim.isRunning());
-    const QByteArray before = sim.storedRecord();
-    SessionHarness harness;
-    CWork &work = harness.connect(sim.port());
-    ASSERT_TRUE(harness.waitForReady());
-    int acknowledgements = 0;
-    QObject::connect(&work, &CWork::writeAcknowledged, &harness, [&](bool applied) {
-        EXPECT_TRUE(applied);
-        if (++acknowledgements < 6) {
-            EXPECT_EQ(sim.storedRecord(), before) << acknowledgements;
-        }
-    });
-    const QByteArray image = patterned(3);
-    ASSERT_EQ(SetupTransfer::restoreDefaults(work, image), Result::Sent);
-    ASSERT_TRUE(waitFor([&] { return !harness.messages.isEmpty(); }));
-    EXPECT_EQ(harness.messages, QStringList {u"Default Setup Success"_s});
-    EXPECT_EQ(acknowledgements, 7);
-    EXPECT_EQ(sim.storedRecord(), SetupFiles::defaultRecord(image, before));
 }
 
 TEST(SetupTransfer, ExportWritesTheRecordersRecordAndSaysSoEitherWay)

@@ -14,7 +14,6 @@ using Kind = FieldEditor::Kind;
 
 namespace {
 
-
 void addForm(QWidget *parent, QFormLayout *form)
 {
     // A channel mask too wide beside its label goes below it.

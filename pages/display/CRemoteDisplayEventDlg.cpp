@@ -3,25 +3,24 @@
 #include "i18n/Translator.h"
 #include "pages/common/BitGroupEditor.h"
 #include "pages/common/CTransparentStatic.h"
+#include "pages/common/ChannelSelectionEditor.h"
 #include "setup/Fields.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
-#include <QGridLayout>
 #include <QGroupBox>
+#include <QLineEdit>
 #include <QSpinBox>
 #include <QVBoxLayout>
 
 namespace fields = setup::fields::eventDisplay;
-namespace values = setup::fields::values;
 using Kind = FieldEditor::Kind;
 
 namespace {
 
 constexpr quint32 SpotOff = 0;
 constexpr quint32 SpotEvent = 2;
-constexpr int SpotColumns = 4;
 
 } // namespace
 
@@ -51,20 +50,15 @@ void CRemoteDisplayEventDlg::buildControls()
                                                     {fields::spotMode, Kind::List},
                                                     {fields::spotPopup, Kind::Check},
                                                 });
-    // One box per channel; rows past the channel count hide with the channel.
-    auto *channels = new QGridLayout;
+    // The channels are chosen in the spot dialog, which holds to the mode's limit.
+    m_spotChannels = new ChannelSelectionEditor(ChannelSelectionEditor::Dialog::Spot,
+                                                fields::spotChannel, 0, 0, spot);
+    binder().add(m_spotChannels);
     const QString spotLabel = nelib::tr(fields::spotChannel.label);
-    for (int ch = 0; ch < MaxChannels; ++ch) {
-        FieldEditor *e
-            = binder().add(FieldEditor::create(Kind::Check, fields::spotChannel, ch, 0, spot), ch);
-        auto *box = qobject_cast<QCheckBox *>(e->widget());
-        box->setText(nelib::tr(values::channelBits[ch].name));
-        box->setAccessibleName(spotLabel + u' ' + channelNumber(ch));
-        channels->addWidget(box, ch / SpotColumns, ch % SpotColumns);
-        connect(box, &QCheckBox::clicked, this, &CRemoteDisplayEventDlg::updateControls);
-    }
+    m_spotChannels->setAccessibleName(spotLabel);
     auto *channelsText = new CTransparentStatic(spotLabel, spot);
-    spotForm->insertRow(1, channelsText, channels);
+    channelsText->setBuddy(m_spotChannels->text());
+    spotForm->insertRow(1, channelsText, m_spotChannels->widget());
     spot->setLayout(spotForm);
 
     m_sequence = new BitGroupEditor(fields::sequenceChannels, 2, area);
@@ -111,17 +105,9 @@ void CRemoteDisplayEventDlg::updateControls()
         .widget<QSpinBox>(fields::popupDwell)
         ->setEnabled(binder().widget<QCheckBox>(fields::eventPopup)->isChecked());
 
-    // Once the limit is reached only the chosen channels can change: the
-    // operator clears one before choosing another.
     const auto *mode = binder().widget<QComboBox>(fields::spotMode);
     const bool spotOn = mode->currentIndex() < 0 || mode->currentData().toUInt() != SpotOff;
-    int chosen = 0;
-    for (int ch = 0; ch < MaxChannels; ++ch)
-        chosen += binder().widget<QCheckBox>(fields::spotChannel, ch)->isChecked();
-    const bool full = chosen >= spotChannelLimit();
-    for (int ch = 0; ch < MaxChannels; ++ch) {
-        auto *box = binder().widget<QCheckBox>(fields::spotChannel, ch);
-        box->setEnabled(spotOn && (box->isChecked() || !full));
-    }
+    m_spotChannels->setLimit(spotChannelLimit());
+    m_spotChannels->widget()->setEnabled(spotOn);
     binder().widget<QCheckBox>(fields::spotPopup)->setEnabled(spotOn);
 }

@@ -3,6 +3,7 @@
 #include "pages/common/CSetupPage.h"
 
 class BitGroupEditor;
+class ChannelSelectionEditor;
 
 // Display / Event Display: the main monitor (output, resolution, picture,
 // pop-up of an event's channel), the spot monitor (mode, channels, pop-up)
@@ -32,4 +33,5 @@ private:
     void updateControls();
 
     BitGroupEditor *m_sequence = nullptr;
+    ChannelSelectionEditor *m_spotChannels = nullptr;
 };

@@ -2,6 +2,7 @@
 // real widgets, and their writes against recorder-sim.
 
 #include "pages/common/BitGroupEditor.h"
+#include "pages/common/CRemoteChannelSel_Spot.h"
 #include "pages/display/CRemoteDisplayDateTimeDlg.h"
 #include "pages/display/CRemoteDisplayEventDlg.h"
 #include "pages/display/CRemoteDisplayIntervalDlg.h"
@@ -13,6 +14,7 @@
 
 #include <QCheckBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSpinBox>
 #include <QTest>
 
@@ -354,28 +356,25 @@ TEST(IntervalPage, KeepsTheUnusedWordAndAnUnknownTimeOutLeavesTheList)
     EXPECT_EQ(page.sectionBuffer(), expected);
 }
 
-TEST(EventDisplayPage, SpotChannelsStopAtTheLimitOfTheMode)
+TEST(EventDisplayPage, SpotDialogHoldsToTheLimitOfTheMode)
 {
     CRemoteDisplayEventDlg page;
     QByteArray r = record();
     FieldTable::setNumber(r, fields::eventDisplay::spotMode, 2); // Event
-    for (int ch = 0; ch < 16; ++ch)
-        FieldTable::setNumber(r, fields::eventDisplay::spotChannel, 0, ch);
     page.load(r, 16);
-    const auto box = [&](int ch) {
-        return named<QCheckBox>(&page, u"Spot Channel "_s + SectionBinder::channelNumber(ch));
+    const auto openedLimit = [&page] {
+        pagetest::button(&page, u"..."_s)->click();
+        auto *dialog = page.findChild<CRemoteChannelSel_Spot *>();
+        const int limit = dialog ? dialog->limit() : -1;
+        if (dialog)
+            dialog->reject();
+        return limit;
     };
-    EXPECT_EQ(page.spotChannelLimit(), 1);
-    box(2)->click();
-    for (int ch = 0; ch < 16; ++ch)
-        EXPECT_EQ(box(ch)->isEnabled(), ch == 2) << ch;
-    box(2)->click();
-    EXPECT_TRUE(box(5)->isEnabled());
-
+    EXPECT_EQ(openedLimit(), 1);
     pick(named<QComboBox>(&page, u"Spot Mode"_s), 1); // Sequence
-    for (int ch : {0, 3, 9})
-        box(ch)->click();
-    EXPECT_TRUE(box(12)->isEnabled());
+    EXPECT_EQ(openedLimit(), 16);
+    pick(named<QComboBox>(&page, u"Spot Mode"_s), 0); // Off
+    EXPECT_FALSE(named<QLineEdit>(&page, u"Spot Channel"_s)->isEnabled());
 }
 
 TEST(EventDisplayPage, SaveSendsTheBlockWithWhatTheOtherDisplayPagesSaved)

@@ -143,7 +143,7 @@ int main(int argc, char **argv)
                     parser.value(channels)});
     if (!recorder.waitForStarted())
         fail(u"recorder-sim did not start"_s);
-    while (!recorder.canReadLine() && recorder.waitForReadyRead(10000)) { }
+    waitFor([&recorder] { return recorder.canReadLine(); }, 10000);
     const QByteArray listening = recorder.readLine().trimmed();
     const QString port = QString::fromLatin1(listening.mid(listening.lastIndexOf(':') + 1));
     if (port.toUInt() == 0)

@@ -58,7 +58,6 @@ const QByteArray &defaults()
 TEST(FactoryDefaults, HeaderCarriesLayoutVersionAndTheGivenIdentity)
 {
     const QByteArray &r = defaults();
-    ASSERT_EQ(r.size(), 15148);
     EXPECT_EQ(LittleEndian::u32(r, 0), 0x00010011u);
     EXPECT_EQ(LittleEndian::u32(r, 16), FactoryDefaults::ModelId);
     EXPECT_EQ(r.sliced(4, 4), QByteArray("\x01\x00\x00\x00", 4));

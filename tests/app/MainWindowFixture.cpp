@@ -31,6 +31,14 @@ void MainWindowFixture::openWindow()
     window->show();
 }
 
+QStringList MainWindowFixture::labelTexts(const QWidget *root)
+{
+    QStringList list;
+    for (const QLabel *label : root->findChildren<QLabel *>())
+        list.append(label->text());
+    return list;
+}
+
 QLineEdit *MainWindowFixture::field(const QString &name) const
 {
     return control<QLineEdit>(window->connectionPanel(), name);
@@ -80,9 +88,7 @@ void MainWindowFixture::connectWith(const QString &address, const QString &port,
         return ::testing::AssertionFailure() << "the panel still shows a session";
     if (CWork::instance())
         return ::testing::AssertionFailure() << "a session worker is still alive";
-    QStringList labels;
-    for (const QLabel *label : panel->findChildren<QLabel *>())
-        labels.append(label->text());
+    const QStringList labels = labelTexts(panel);
     if (!labels.contains(u"Disconnect"_s) || !labels.contains(u"VERSION UNKNOWN"_s))
         return ::testing::AssertionFailure()
                << "status texts: " << labels.join(u" | "_s).toStdString();

@@ -50,6 +50,7 @@ protected:
         ADD_FAILURE() << "no control named " << name.toStdString();
         return nullptr;
     }
+    static QStringList labelTexts(const QWidget *root);
     QLineEdit *field(const QString &name) const;
     QPushButton *panelButton(const QString &text) const;
     // Types into the panel's fields (MANUAL mode) and clicks CONNECT.

@@ -78,7 +78,7 @@ TEST(FieldCommands, SetThenGetRoundTripsEveryKindOfValue)
     EXPECT_EQ(changed, names);
 }
 
-TEST(FieldCommands, SetWritesEachTouchedSectionOnceAndNothingForABadValue)
+TEST(FieldCommands, SetWritesEachTouchedSectionOnce)
 {
     ScriptedRecorder recorder;
     recorder.record = setup::FactoryDefaults::record();
@@ -91,33 +91,6 @@ TEST(FieldCommands, SetWritesEachTouchedSectionOnceAndNothingForABadValue)
         writes.append({frame.param.words[0], frame.param.words[2], frame.param.words[1]});
     // (category, offset, length) of camera, then stream.
     EXPECT_EQ(writes, (QList<std::array<quint32, 3>> {{5, 1300, 768}, {1, 13876, 1272}}));
-
-    struct Refusal
-    {
-        QStringList arguments;
-        QString message;
-    };
-    const Refusal refusals[] = {
-        {{u"set"_s, u"camera.titel[0]=A"_s}, u"did you mean camera.title?"_s},
-        {{u"set"_s, u"camera.title[16]=A"_s}, u"out of range (0 to 15)"_s},
-        {{u"set"_s, u"camera.title[0]=a/b"_s}, u"Can Not Use %, &, *, :, \", ', <, >, ?, / "_s},
-        {{u"set"_s, u"camera.covert[0]=2"_s}, u"not one of Off, On"_s},
-        {{u"set"_s, u"users.rights[0]=0x1"_s}, u"always holds every right"_s},
-        {{u"set"_s, u"camera.covert=On"_s, u"camera.covert[3]=Off"_s},
-         u"assign the same setting"_s},
-        {{u"set"_s, u"camera=1"_s}, u"is a section"_s},
-        {{u"set"_s, u"header.model-id=1"_s}, u"never written"_s},
-        {{u"set"_s, u"camera.covert[0]"_s}, u"is not NAME=VALUE"_s},
-        {{u"get"_s, u"video-los.beep"_s}, u"did you mean video-loss.beep"_s},
-    };
-    for (const Refusal &r : refusals) {
-        SCOPED_TRACE(r.arguments.join(u' ').toStdString());
-        ScriptedRecorder untouched;
-        const auto refused = runAgainst(untouched, r.arguments);
-        EXPECT_EQ(refused.exitCode, 2);
-        EXPECT_TRUE(refused.err.contains(r.message)) << refused.err.toStdString();
-        EXPECT_TRUE(untouched.received.empty()) << "the recorder was contacted";
-    }
 }
 
 TEST(FieldCommands, SetAppliesThePageTimeRulesBeforeSendingAndStopsAtARefusal)

@@ -2,8 +2,6 @@
 #include "setup/Fields.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
-#include "tests/cli/InProcessCli.h"
-#include "tests/session/ScriptedRecorder.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -23,46 +21,6 @@ QString hostsLines(const QList<quint16> &ports)
 }
 
 } // namespace
-
-TEST(Fleet, BadHostsFilesAndBadInputAreRefusedBeforeAnyRecorderIsContacted)
-{
-    ScriptedRecorder recorder;
-    const QString good = u"127.0.0.1:%1\n"_s.arg(recorder.port());
-    QTemporaryDir dir;
-    struct Case
-    {
-        QString hosts;
-        QStringList command;
-        QStringList messages;
-    };
-    const Case cases[] = {
-        {good + u"# shop 2\n\nhost name with words\n127.0.0.1:70000\n[::1\n"_s,
-         {u"info"_s},
-         {u"hosts:4: expected 'host[:port] [user]', found 4 words"_s,
-          u"hosts:5: port 70000 is not from 1 to 65535"_s, u"hosts:6: '[::1' is not a host"_s,
-          u"nothing was sent to any recorder"_s}},
-        {good + u"127.0.0.1:1\n"_s + good,
-         {u"info"_s},
-         {u"hosts:3: 127.0.0.1:"_s, u"is already listed on line 1"_s}},
-        {u"# nobody yet\n"_s, {u"info"_s}, {u"lists no recorders"_s}},
-        {good, {u"set"_s, u"camera.covert[0]=sometimes"_s}, {u"one of Off, On"_s}},
-        {good, {u"get"_s, u"camera.titles"_s}, {u"did you mean camera.title"_s}},
-        {good, {u"upload"_s, dir.filePath(u"missing.krp"_s)}, {u"missing.krp"_s}},
-        {good, {u"export"_s, dir.filePath(u"hosts"_s)}, {u"into a folder"_s}},
-        {good, {u"factory-default"_s}, {u"does not run on a fleet"_s}},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.command.join(u' ').toStdString());
-        testsupport::writeFile(dir.filePath(u"hosts"_s), c.hosts.toUtf8());
-        const auto run
-            = runInProcess(QStringList {u"--hosts"_s, dir.filePath(u"hosts"_s)} + c.command);
-        EXPECT_EQ(run.exitCode, 2);
-        for (const QString &message : c.messages)
-            EXPECT_TRUE(run.err.contains(message)) << run.err.toStdString();
-        EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
-        EXPECT_TRUE(recorder.received.empty());
-    }
-}
 
 TEST(Fleet, TwentyRecordersWithTwoRefusingAndOneSilent)
 {

@@ -1,7 +1,9 @@
 #include "tests/app/MainWindowFixture.h"
 
 #include "app/ConnectionPanel.h"
+#include "app/PageCatalog.h"
 #include "app/PageHost.h"
+#include "app/PageMenuBar.h"
 #include "session/CWork.h"
 #include "session/SessionMessage.h"
 
@@ -37,6 +39,15 @@ QStringList MainWindowFixture::labelTexts(const QWidget *root)
     for (const QLabel *label : root->findChildren<QLabel *>())
         list.append(label->text());
     return list;
+}
+
+CSetupPage *MainWindowFixture::showPage(const char *label) const
+{
+    const int index = PageCatalog::indexOf(label);
+    QAction *item = window->pageMenus()->item(index);
+    EXPECT_TRUE(item->isEnabled()) << label;
+    item->trigger();
+    return window->pageHost()->page(index);
 }
 
 QLineEdit *MainWindowFixture::field(const QString &name) const

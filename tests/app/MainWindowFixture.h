@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/CRemoteKSetupDlg.h"
+#include "pages/common/CSetupPage.h"
 #include "session/MessageSink.h"
 #include "session/ProgramExit.h"
 #include "tests/SimProcess.h"
@@ -52,6 +53,8 @@ protected:
     }
     static QStringList labelTexts(const QWidget *root);
     QLineEdit *field(const QString &name) const;
+    // Chooses the page of that menu label, as the operator does, and returns it.
+    CSetupPage *showPage(const char *label) const;
     QPushButton *panelButton(const QString &text) const;
     // Types into the panel's fields (MANUAL mode) and clicks CONNECT.
     void connectWith(const QString &address, const QString &port,

@@ -1,11 +1,9 @@
 #include "tests/app/MainWindowFixture.h"
 
 #include "app/ConnectionPanel.h"
-#include "app/PageCatalog.h"
 #include "app/PageHost.h"
 #include "app/PageMenuBar.h"
 #include "firmware/PackageBuilder.h"
-#include "pages/common/CSetupPage.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
 #include "session/CWork.h"
@@ -31,15 +29,6 @@ QStringList texts(const QList<QAction *> &actions)
     return list;
 }
 
-QAction *menuItem(const CRemoteKSetupDlg &window, int menu, const QString &text)
-{
-    for (QAction *action : window.pageMenus()->menu(menu)->actions()) {
-        if (action->text() == text)
-            return action;
-    }
-    return nullptr;
-}
-
 // Every page that exists holds its section of the worker's mirror.
 void expectPagesHoldTheMirror(const CRemoteKSetupDlg &window)
 {
@@ -55,7 +44,6 @@ void expectPagesHoldTheMirror(const CRemoteKSetupDlg &window)
     }
 }
 
-constexpr int CameraMenu = 2;
 constexpr int NetworkMenu = 5;
 
 } // namespace
@@ -133,10 +121,7 @@ TEST_F(MainWindowTest, ConnectFillsThePagesAndShowsTheFirst)
         EXPECT_TRUE(labelTexts(panel).contains(u"S/W Version 1.0.0.0"_s));
         EXPECT_TRUE(testsupport::waitFor([&] { return labelTexts(panel).contains(u"Ready"_s); }));
 
-        QAction *camera = menuItem(*window, CameraMenu, u"Camera Setup"_s);
-        ASSERT_NE(camera, nullptr);
-        EXPECT_TRUE(camera->isEnabled());
-        camera->trigger();
+        showPage("Camera Setup");
         // The title keeps fourteen characters of the address.
         EXPECT_EQ(window->windowTitle(), u"127.000.000.00 - Remote Setup / Camera / Setup"_s);
         EXPECT_EQ(window->currentPageId(), 0x8009);
@@ -177,7 +162,7 @@ TEST_F(MainWindowTest, SessionEndReturnsThePanelToItsDisconnectedLook)
     ASSERT_TRUE(connectTo(sim));
     for (const bool button : {false, true}) {
         SCOPED_TRACE(button ? "DISCONNECT" : "message");
-        menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
+        showPage("Camera Setup");
         // A new session is ready once its record arrived.
         ASSERT_TRUE(testsupport::waitFor([&] { return window->saveButton()->isEnabled(); },
                                          SessionTimeoutMs));
@@ -255,10 +240,8 @@ TEST_F(MainWindowTest, ClosingTheWindowStopsARunningUploadFirst)
     // Every answer late, so that the upload is still running.
     SimProcess sim({u"--delay-ms"_s, u"200"_s});
     ASSERT_TRUE(connectTo(sim));
-    const int update = PageCatalog::indexOf("Update");
-    auto *page = static_cast<CRemoteSystemUpdateDlg *>(window->pageHost()->page(update));
+    auto *page = static_cast<CRemoteSystemUpdateDlg *>(showPage("Update"));
     ASSERT_NE(page, nullptr);
-    window->pageMenus()->item(update)->trigger();
 
     QTemporaryDir dir;
     const QString path = dir.filePath(u"update.KRP"_s);
@@ -283,10 +266,8 @@ TEST_F(MainWindowTest, AShortImportFileIsSentOnlyWhenTheOperatorSaysYes)
     const QByteArray file = setup::ExportFile::build(before);
     testsupport::writeFile(path, file.first(file.size() / 2));
 
-    const int index = PageCatalog::indexOf("Configuration");
-    auto *page = static_cast<CRemoteSystemConfigDlg *>(window->pageHost()->page(index));
+    auto *page = static_cast<CRemoteSystemConfigDlg *>(showPage("Configuration"));
     ASSERT_NE(page, nullptr);
-    window->pageMenus()->item(index)->trigger();
     for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
         SCOPED_TRACE(answer);
         control<QPushButton>(page, u"Import"_s)->click();
@@ -313,7 +294,7 @@ TEST_F(MainWindowTest, PageAndUploadMessagesActOnTheButtonsAndItems)
     SimProcess sim;
     ASSERT_TRUE(connectTo(sim));
     // The buttons act only on a page with a Save action.
-    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
+    showPage("Camera Setup");
     struct Step
     {
         int kind;
@@ -360,8 +341,7 @@ TEST_F(MainWindowTest, SaveWritesTheCameraSectionAndRestoredSetupReloadsThePages
 {
     SimProcess sim;
     ASSERT_TRUE(connectTo(sim));
-    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
-    CSetupPage *camera = window->pageHost()->currentPage();
+    CSetupPage *camera = showPage("Camera Setup");
     auto *title3 = control<QLineEdit>(camera, u"Camera Title 03"_s);
     ASSERT_NE(title3, nullptr);
     title3->selectAll();

@@ -14,17 +14,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// Patterned after the accounts, so that Admin can still log in.
-QByteArray patterned(int seed)
-{
-    constexpr qsizetype AfterAccounts = 216;
-    return testsupport::patternedRecord(seed, AfterAccounts);
-}
-
-} // namespace
-
 TEST(SessionCommands, InfoPrintsWhatTheRecorderReportsAndSetTimeSetsItsClock)
 {
     SimProcess sim({u"--channels"_s, u"4"_s, u"--video"_s, u"pal"_s, u"--model"_s, u"77"_s,
@@ -55,7 +44,7 @@ TEST(SessionCommands, InfoPrintsWhatTheRecorderReportsAndSetTimeSetsItsClock)
 TEST(SessionCommands, FailuresMapToExitCodesAndLeaveTheRecordAlone)
 {
     QTemporaryDir dir;
-    const QByteArray good = setup::ExportFile::build(patterned(2));
+    const QByteArray good = setup::ExportFile::build(testsupport::patternedRecord(2));
     const std::pair<const char *, QByteArray> files[] = {
         {"admin", "right\n"},
         {"wrong", "wrong\n"},
@@ -124,9 +113,9 @@ TEST(SessionCommands, FailuresMapToExitCodesAndLeaveTheRecordAlone)
         if (!sim || c.sim != running) {
             running = c.sim;
             // The password goes into a fresh record only.
-            sim = std::make_unique<SimProcess>(words(c.sim == u"dead"_s ? QString() : c.sim),
-                                               c.sim.contains(u"password"_s) ? QByteArray()
-                                                                             : patterned(1));
+            sim = std::make_unique<SimProcess>(
+                words(c.sim == u"dead"_s ? QString() : c.sim),
+                c.sim.contains(u"password"_s) ? QByteArray() : testsupport::patternedRecord(1));
             ASSERT_TRUE(sim->isRunning());
             before = sim->storedRecord();
         }

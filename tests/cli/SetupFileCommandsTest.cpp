@@ -16,22 +16,12 @@ using session::Frame;
 using setup::ExportFile;
 using setup::SetupRecordMap;
 
-namespace {
-
-// Patterned after the accounts, so that Admin can still log in.
-QByteArray patterned(int seed)
+// An export file, the default file beside the program or a short default
+// file each replace all of another recorder's record but its own parts.
+TEST(SetupFileCommands, ExportImportAndFactoryDefaultReplaceAllButTheRecordersOwnParts)
 {
-    constexpr qsizetype AfterAccounts = 216;
-    return testsupport::patternedRecord(seed, AfterAccounts);
-}
-
-} // namespace
-
-TEST(SetupFileCommands, ExportFromOneRecorderImportsIntoAnotherOfTheSameModel)
-{
-    SimProcess source({}, patterned(1));
-    SimProcess target({}, patterned(2));
-    ASSERT_TRUE(source.isRunning() && target.isRunning());
+    SimProcess source({}, testsupport::patternedRecord(1));
+    ASSERT_TRUE(source.isRunning());
     QTemporaryDir dir;
     const QString path = dir.filePath(u"setup.dat"_s);
     testsupport::writeFile(path, "replaced whole");
@@ -42,47 +32,43 @@ TEST(SetupFileCommands, ExportFromOneRecorderImportsIntoAnotherOfTheSameModel)
     ASSERT_EQ(file.size(), ExportFile::Size);
     EXPECT_EQ(file.first(20).toHex(), "110001004b4b4d2b55475241010016003f000000");
     EXPECT_EQ(file.sliced(20), source.storedRecord().sliced(32));
-    const QByteArray before = target.storedRecord();
 
-    const auto run = target.cli({u"import"_s, path});
-    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    EXPECT_EQ(run.err, u"Import Success\n"_s);
-    EXPECT_EQ(target.storedRecord(),
-              testsupport::keepingRecordersOwn(source.storedRecord(), before, true));
-}
-
-TEST(SetupFileCommands, FactoryDefaultRestoresFromTheDefaultFile)
-{
-    QTemporaryDir dir;
     const QString shortFile = dir.filePath(u"short.dat"_s);
-    const QByteArray image = patterned(3).first(1000);
+    const QByteArray image = testsupport::patternedRecord(3).first(1000);
     testsupport::writeFile(shortFile, image);
     QByteArray fromShort(SetupRecordMap::RecordSize, '\0');
     fromShort.replace(0, image.size(), image);
     struct Case
     {
-        const char *what;
-        QStringList arguments;
+        QStringList command;
         QByteArray image;
-        QString warning;
+        bool keepsMonitor;
+        QString success;
+        QString warning = {};
     };
     const Case cases[] = {
-        {"beside the program", {}, setup::FactoryDefaults::record(), QString()},
-        {"a short file",
-         {u"--default-file"_s, shortFile},
+        {{u"import"_s, path}, source.storedRecord(), true, u"Import Success\n"_s},
+        {{u"factory-default"_s},
+         setup::FactoryDefaults::record(),
+         false,
+         u"Default Setup Success\n"_s},
+        {{u"factory-default"_s, u"--default-file"_s, shortFile},
          fromShort,
+         false,
+         u"Default Setup Success\n"_s,
          u"holds 1000 of 15148 bytes; the rest is sent as zeros"_s},
     };
     for (const Case &c : cases) {
-        SCOPED_TRACE(c.what);
-        SimProcess sim({}, patterned(1));
-        ASSERT_TRUE(sim.isRunning());
-        const QByteArray before = sim.storedRecord();
-        const auto run = sim.cli(QStringList {u"factory-default"_s} + c.arguments);
+        SCOPED_TRACE(c.command.join(u' ').toStdString());
+        SimProcess target({}, testsupport::patternedRecord(2));
+        ASSERT_TRUE(target.isRunning());
+        const QByteArray before = target.storedRecord();
+        const auto run = target.cli(c.command);
         ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-        EXPECT_TRUE(run.err.endsWith(u"Default Setup Success\n"_s)) << run.err.toStdString();
+        EXPECT_TRUE(run.err.endsWith(c.success)) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(c.warning)) << run.err.toStdString();
-        EXPECT_EQ(sim.storedRecord(), testsupport::keepingRecordersOwn(c.image, before, false));
+        EXPECT_EQ(target.storedRecord(),
+                  testsupport::keepingRecordersOwn(c.image, before, c.keepsMonitor));
     }
 }
 

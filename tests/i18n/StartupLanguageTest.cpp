@@ -10,38 +10,18 @@
 using namespace nelib;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-class StartupLanguageTest : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        path = dir.filePath(u"language.config"_s);
-        testsupport::writeFile(path, "language 1 \"Deutsch\"\n"
-                                     "language 2 \"Korean (ko)\"\n"
-                                     "language 3 \"FR\"\n"
-                                     "language 4 \"english\"\n"
-                                     "language 5 \"German\"\n");
-        warnings = std::make_unique<testsupport::WarningCapture>();
-    }
-    void TearDown() override
-    {
-        warnings.reset();
-        qunsetenv("REMOTE_SETUP_LANGUAGE");
-    }
-
-    QTemporaryDir dir;
-    QString path;
-    std::unique_ptr<testsupport::WarningCapture> warnings;
-};
-
-} // namespace
-
 // A number in the environment wins; else the locale chooses the first
 // language whose name, code or code in parentheses matches it.
-TEST_F(StartupLanguageTest, EnvironmentNumberWinsElseTheLocaleChooses)
+TEST(StartupLanguage, EnvironmentNumberWinsElseTheLocaleChooses)
 {
+    QTemporaryDir dir;
+    const QString path = dir.filePath(u"language.config"_s);
+    testsupport::writeFile(path, "language 1 \"Deutsch\"\n"
+                                 "language 2 \"Korean (ko)\"\n"
+                                 "language 3 \"FR\"\n"
+                                 "language 4 \"english\"\n"
+                                 "language 5 \"German\"\n");
+    testsupport::WarningCapture warnings;
     const QLocale german(QLocale::German, QLocale::Germany);
     const struct
     {
@@ -71,7 +51,8 @@ TEST_F(StartupLanguageTest, EnvironmentNumberWinsElseTheLocaleChooses)
         EXPECT_EQ(StartupLanguage::choose(path, c.locale), c.expected)
             << (c.environment ? c.environment : c.locale.name().toStdString());
     }
-    EXPECT_EQ(warnings->messages.size(), 2) << warnings->messages.join(u'|').toStdString();
+    qunsetenv("REMOTE_SETUP_LANGUAGE");
+    EXPECT_EQ(warnings.messages.size(), 2) << warnings.messages.join(u'|').toStdString();
     EXPECT_EQ(StartupLanguage::choose(dir.filePath(u"absent"_s), german), -1);
 
     const std::pair<QString, bool> names[] = {

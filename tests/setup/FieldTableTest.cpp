@@ -1,4 +1,5 @@
 #include "setup/FieldTable.h"
+#include "setup/Fields.h"
 
 #include <QHash>
 #include <QList>
@@ -9,8 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
 using namespace setup;
 
 namespace {
@@ -18,15 +17,6 @@ namespace {
 QString nameOf(const FieldGroup &g, const FieldInfo &f)
 {
     return QString::fromLatin1(g.key) + u'.' + QLatin1StringView(f.name);
-}
-
-const FieldInfo &field(const char *group, const char *name)
-{
-    const FieldGroup *g = FieldTable::findGroup(group);
-    const FieldInfo *f = g ? FieldTable::findField(*g, name) : nullptr;
-    if (!f)
-        throw std::runtime_error(std::string("no field ") + group + "." + name);
-    return *f;
 }
 
 // The smallest group that holds `offset`: the section a byte really belongs to.
@@ -85,33 +75,33 @@ TEST(FieldTable, FixedLayoutsSitAtTheirRecordOffsets)
 {
     struct Expect
     {
-        const char *group, *name;
+        FieldInfo field;
         int i, j, offset, width;
     };
     const Expect cases[] = {
-        {"users", "password", 10, 0, 32 + 12 * 10, 12},
-        {"users", "rights", 10, 0, 172 + 4 * 10, 4},
-        {"dst", "end-hour", 0, 0, 654, 2},
-        {"osd", "margin-top", 0, 0, 676, 1},
-        {"interval", "time-out", 0, 0, 1290, 2},
-        {"camera", "covert", 3, 0, 1300 + 48 * 3 + 23, 1},
-        {"camera", "audio", 15, 0, 1300 + 48 * 15 + 32, 1},
-        {"ptz", "control-id", 1, 0, 2068 + 40 + 8, 4},
-        {"ptz", "zoom-speed", 15, 0, 2068 + 40 * 15 + 38, 1},
-        {"motion", "night-start-minute", 15, 0, 2708 + 4 * 15 + 3, 1},
-        {"alarm-in", "dwell", 15, 0, 7212 + 24 * 15 + 12, 4},
-        {"alarm-in", "alarm-out", 1, 0, 7212 + 24 + 20, 4},
-        {"alarm-out", "end-minute", 20, 0, 7792 + 20 * 20 + 10, 2},
-        {"alarm-out", "alarm-out", 20, 0, 7792 + 20 * 20 + 16, 4},
-        {"video-loss", "beep", 15, 0, 8220 + 16 * 15, 4},
-        {"video-loss", "alarm-out", 15, 0, 8228 + 16 * 15, 4},
-        {"record", "dwell", 2, 7, 8472 + 640 * 2 + 40 * 7 + 36, 4},
-        {"schedule", "channels", 39, 0, 11036 + 24 * 39 + 16, 4},
-        {"holiday", "weekday", 219, 0, 12024 + 8 * 219 + 6, 1},
+        {fields::users::password, 10, 0, 32 + 12 * 10, 12},
+        {fields::users::rights, 10, 0, 172 + 4 * 10, 4},
+        {fields::dst::endHour, 0, 0, 654, 2},
+        {fields::osd::marginTop, 0, 0, 676, 1},
+        {fields::interval::timeOut, 0, 0, 1290, 2},
+        {fields::camera::covert, 3, 0, 1300 + 48 * 3 + 23, 1},
+        {fields::camera::audio, 15, 0, 1300 + 48 * 15 + 32, 1},
+        {fields::ptz::controlId, 1, 0, 2068 + 40 + 8, 4},
+        {fields::ptz::zoomSpeed, 15, 0, 2068 + 40 * 15 + 38, 1},
+        {fields::motion::nightStartMinute, 15, 0, 2708 + 4 * 15 + 3, 1},
+        {fields::alarmIn::dwell, 15, 0, 7212 + 24 * 15 + 12, 4},
+        {fields::alarmIn::alarmOut, 1, 0, 7212 + 24 + 20, 4},
+        {fields::alarmOut::endMinute, 20, 0, 7792 + 20 * 20 + 10, 2},
+        {fields::alarmOut::alarmOut, 20, 0, 7792 + 20 * 20 + 16, 4},
+        {fields::videoLoss::beep, 15, 0, 8220 + 16 * 15, 4},
+        {fields::videoLoss::alarmOut, 15, 0, 8228 + 16 * 15, 4},
+        {fields::record::dwell, 2, 7, 8472 + 640 * 2 + 40 * 7 + 36, 4},
+        {fields::schedule::channels, 39, 0, 11036 + 24 * 39 + 16, 4},
+        {fields::holiday::weekday, 219, 0, 12024 + 8 * 219 + 6, 1},
     };
     for (const Expect &e : cases) {
-        const FieldInfo &f = field(e.group, e.name);
-        SCOPED_TRACE(std::string(e.group) + "." + e.name);
+        const FieldInfo &f = e.field;
+        SCOPED_TRACE(f.name);
         EXPECT_TRUE(f.hasElement(e.i, e.j));
         EXPECT_EQ(f.elementOffset(e.i, e.j), e.offset);
         EXPECT_EQ(f.width, e.width);
@@ -121,9 +111,9 @@ TEST(FieldTable, FixedLayoutsSitAtTheirRecordOffsets)
 TEST(FieldTable, ElementAccessStaysInsideFieldAndRecord)
 {
     QByteArray record(SetupRecordMap::RecordSize, '\0');
-    const FieldInfo &covert = field("camera", "covert");
-    const FieldInfo &title = field("camera", "title");
-    const FieldInfo &offset = field("date-time", "utc-offset");
+    const FieldInfo &covert = fields::camera::covert;
+    const FieldInfo &title = fields::camera::title;
+    const FieldInfo &offset = fields::dateTime::utcOffset;
 
     EXPECT_TRUE(FieldTable::setNumber(record, covert, 1, 15));
     EXPECT_EQ(record[1300 + 48 * 15 + 23], 1);

@@ -9,20 +9,15 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
 using namespace setup;
 using nelib::LittleEndian;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const FieldGroup &group(const char *key)
+const FieldGroup &group(Section id)
 {
-    const FieldGroup *g = FieldTable::findGroup(key);
-    if (!g)
-        throw std::runtime_error(std::string("no group ") + key);
-    return *g;
+    return FieldTable::section(id);
 }
 
 QStringList withPrefix(const QStringList &lines, const QString &prefix)
@@ -75,14 +70,14 @@ TEST(RecordDump, ShowsFieldsWithNamesAndReservedBytesAsHexInPieces)
 TEST(RecordDump, SectionDumpIncludesTheSectionsItContains)
 {
     const QByteArray r = FactoryDefaults::record();
-    const QStringList record = RecordDump::dump(r, group("record"));
+    const QStringList record = RecordDump::dump(r, group(Section::RecordSetup));
     EXPECT_TRUE(record.contains(u"schedule.count = 1"_s));
     EXPECT_TRUE(record.contains(u"holiday.count = 2"_s));
     EXPECT_TRUE(withPrefix(record, u"camera."_s).isEmpty());
 
-    const QStringList notification = RecordDump::dump(r, group("notification"));
-    EXPECT_EQ(notification,
-              RecordDump::dump(r, group("email")) + RecordDump::dump(r, group("network-event")));
+    const QStringList notification = RecordDump::dump(r, group(Section::Notification));
+    EXPECT_EQ(notification, RecordDump::dump(r, group(Section::Email))
+                                + RecordDump::dump(r, group(Section::NetworkEvent)));
     EXPECT_TRUE(withPrefix(notification, u"stream."_s).isEmpty());
 
     const QStringList header = RecordDump::dump(r, FieldTable::header());
@@ -92,7 +87,7 @@ TEST(RecordDump, SectionDumpIncludesTheSectionsItContains)
 
 TEST(RecordDump, TextIsQuotedWithEscapes)
 {
-    const FieldInfo &title = *FieldTable::findField(group("camera"), u"title");
+    const FieldInfo &title = *FieldTable::findField(group(Section::Camera), u"title");
     QByteArray r = FactoryDefaults::record();
     const struct
     {
@@ -129,7 +124,7 @@ TEST(RecordDump, DiffListsExactlyTheChangedElements)
                             u"record.quality[1][2] = 0xFF01 (High) -> 0xFF03 (Low)"_s,
                             u"device.reserved[13784..13791] = 00 00 00 00 00 00 00 00 -> "
                             u"00 01 00 00 00 00 00 00"_s}));
-    EXPECT_TRUE(RecordDump::diff(before, after, group("email")).isEmpty());
-    EXPECT_EQ(RecordDump::diff(before, after, group("camera")).size(), 1);
+    EXPECT_TRUE(RecordDump::diff(before, after, group(Section::Email)).isEmpty());
+    EXPECT_EQ(RecordDump::diff(before, after, group(Section::Camera)).size(), 1);
     EXPECT_TRUE(RecordDump::diff(before, after.first(15000)).isEmpty());
 }

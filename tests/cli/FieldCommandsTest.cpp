@@ -27,7 +27,7 @@ namespace {
 testsupport::CliRun runAgainst(const ScriptedRecorder &recorder, const QStringList &arguments)
 {
     return runInProcess(
-        QStringList {u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"5"_s}
+        QStringList {u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"3"_s}
         + arguments);
 }
 
@@ -93,47 +93,52 @@ TEST(FieldCommands, SetWritesEachTouchedSectionOnce)
     EXPECT_EQ(writes, (QList<std::array<quint32, 3>> {{5, 1300, 768}, {1, 13876, 1272}}));
 }
 
-TEST(FieldCommands, SetAppliesThePageTimeRulesBeforeSendingAndStopsAtARefusal)
+// Against a recorder that answers every write with `ack`, or with nothing
+// when `ack` is Silent: a page's time rule stops a command before anything
+// is sent, and an acknowledgement other than 1 stops it where it came; no
+// commit follows blocks left unacknowledged.
+TEST(FieldCommands, CommandsStopAtAPageRuleOrAnAcknowledgementOtherThanOne)
 {
+    QTemporaryDir dir;
+    const QString defaultFile = dir.filePath(u"default.dat"_s);
+    testsupport::writeFile(defaultFile, setup::FactoryDefaults::record());
+    constexpr int Silent = -1;
     struct Case
     {
-        QStringList assignments;
+        QString command;
         quint8 channels;
-        bool recorderAcknowledges;
+        int ack;
         int exitCode;
         QString message;
         int writes;
     };
     const Case cases[] = {
-        {{u"motion.day-start-hour[1]=20"_s}, 16, true, 2, u"Set Time Error!!\nChannel : 2"_s, 0},
-        {{u"motion.day-start-minute[0]=59"_s}, 1, true, 2, u"Set Time Error!!\nChannel : 1"_s, 0},
-        {{u"motion.day-start-minute[0]=59"_s}, 16, true, 0, {}, 1},
-        {{u"schedule.end-hour[0]=0"_s, u"schedule.end-minute[0]=0"_s},
-         16,
-         true,
-         2,
-         u"Set Time Error!!\nCheck Line Number : 1"_s,
-         0},
-        {{u"camera.covert[0]=On"_s, u"buzzer.key-tone=Off"_s},
-         16,
-         false,
-         1,
-         u"the recorder refused the write of buzzer"_s,
-         1},
+        {u"set motion.day-start-hour[1]=20"_s, 16, 1, 2, u"Set Time Error!!\nChannel : 2"_s, 0},
+        {u"set motion.day-start-minute[0]=59"_s, 1, 1, 2, u"Set Time Error!!\nChannel : 1"_s, 0},
+        {u"set motion.day-start-minute[0]=59"_s, 16, 1, 0, {}, 1},
+        {u"set schedule.end-hour[0]=0 schedule.end-minute[0]=0"_s, 16, 1, 2,
+         u"Set Time Error!!\nCheck Line Number : 1"_s, 0},
+        {u"set camera.covert[0]=On buzzer.key-tone=Off"_s, 16, 0, 1,
+         u"the recorder refused the write of buzzer"_s, 1},
+        {u"factory-default --default-file %F"_s, 16, 2, 1, u"refused block 1 of 6"_s, 1},
+        {u"factory-default --default-file %F"_s, 16, Silent, 3,
+         u"no acknowledgement of the whole setup"_s, 6},
     };
     for (const Case &c : cases) {
-        SCOPED_TRACE(c.assignments.join(u' ').toStdString());
+        SCOPED_TRACE((c.command + u" ack "_s + QString::number(c.ack)).toStdString());
         ScriptedRecorder recorder;
         recorder.record = setup::FactoryDefaults::record();
         recorder.channels = c.channels;
         recorder.onFrame = [&](const Frame &frame) {
-            if (frame.command != RemoteCommand::SetupWrite || c.recorderAcknowledges)
+            if (frame.command != RemoteCommand::SetupWrite || c.ack == 1)
                 return recorder.answerAsRecorder(frame);
             PACKET_PARAM ack;
-            ack.words[0] = 0;
-            recorder.send(RemoteCommand::SetupWriteAck, ack);
+            ack.words[0] = quint32(c.ack);
+            if (c.ack != Silent)
+                recorder.send(RemoteCommand::SetupWriteAck, ack);
         };
-        const auto run = runAgainst(recorder, QStringList {u"set"_s} + c.assignments);
+        const auto run
+            = runAgainst(recorder, QString(c.command).replace(u"%F"_s, defaultFile).split(u' '));
         EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
         EXPECT_EQ(int(recorder.receivedWith(RemoteCommand::SetupWrite).size()), c.writes);

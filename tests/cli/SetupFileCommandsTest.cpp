@@ -71,36 +71,3 @@ TEST(SetupFileCommands, ExportImportAndFactoryDefaultReplaceAllButTheRecordersOw
                   testsupport::keepingRecordersOwn(c.image, before, c.keepsMonitor));
     }
 }
-
-TEST(SetupFileCommands, AnAcknowledgementOtherThanOneOrNoneEndsTheCommand)
-{
-    QTemporaryDir dir;
-    const QString defaultFile = dir.filePath(u"default.dat"_s);
-    testsupport::writeFile(defaultFile, setup::FactoryDefaults::record());
-    for (const bool acknowledges : {true, false}) {
-        SCOPED_TRACE(acknowledges);
-        ScriptedRecorder recorder;
-        recorder.record = setup::FactoryDefaults::record();
-        // Answers every block with code 2; or leaves every block unanswered.
-        recorder.onFrame = [&](const Frame &frame) {
-            if (frame.command != RemoteCommand::SetupWrite) {
-                recorder.answerAsRecorder(frame);
-            } else if (acknowledges) {
-                PACKET_PARAM ack;
-                ack.words[0] = 2;
-                recorder.send(RemoteCommand::SetupWriteAck, ack);
-            }
-        };
-        const auto run
-            = runInProcess({u"--port"_s, QString::number(recorder.port()), u"--timeout"_s, u"3"_s,
-                            u"factory-default"_s, u"--default-file"_s, defaultFile});
-        EXPECT_EQ(run.exitCode, acknowledges ? 1 : 3) << run.err.toStdString();
-        EXPECT_TRUE(run.err.contains(acknowledges ? u"refused block 1 of 6"_s
-                                                  : u"no acknowledgement of the whole setup"_s))
-            << run.err.toStdString();
-        const auto writes = recorder.receivedWith(RemoteCommand::SetupWrite);
-        EXPECT_TRUE(std::none_of(writes.begin(), writes.end(), [](const Frame &frame) {
-            return frame.param.words[0] == SetupRecordMap::CommitCategory;
-        }));
-    }
-}

@@ -50,7 +50,7 @@ constexpr int NetworkMenu = 5;
 
 using MainWindowTest = MainWindowFixture;
 
-TEST_F(MainWindowTest, BeforeConnectingTheMenusAreDisabledAndThePanelFollowsTheMode)
+TEST_F(MainWindowTest, BeforeConnectingTheMenusAreDisabledAndThePanelChecksItsEntries)
 {
     // The menus' names and order: TextsFollowTheStartupLanguage.
     qsizetype items = 0;
@@ -77,11 +77,25 @@ TEST_F(MainWindowTest, BeforeConnectingTheMenusAreDisabledAndThePanelFollowsTheM
     QTest::keyClicks(field(u"PORT NUMBER"_s), u"9a0-b0"_s);
     EXPECT_EQ(field(u"PORT NUMBER"_s)->text(), u"900"_s);
 
+    // The entries go through the connection settings' checks (tested on
+    // their own) before any connection: a bad one shows "Connect Fail" and
+    // ends the program.
+    connectWith(u"127.0.0.1"_s, u"0"_s);
+    EXPECT_EQ(messages, QStringList {u"Connect Fail"_s});
+    EXPECT_EQ(exitCodes, std::vector<int> {0});
+    EXPECT_EQ(window->worker(), nullptr);
+
+    // DDNS reaches host name dot domain on the standard port.
     EXPECT_TRUE(field(u"PORT NUMBER"_s)->isVisible());
     EXPECT_FALSE(field(u"Host name"_s)->isVisible());
     QTest::mouseClick(control<QAbstractButton>(panel, u"DDNS"_s), Qt::LeftButton);
     EXPECT_FALSE(field(u"PORT NUMBER"_s)->isVisible());
     EXPECT_TRUE(field(u"Host name"_s)->isVisible());
+    QTest::keyClicks(field(u"Host name"_s), u"dvr1"_s);
+    connectWith(u"ddns.invalid"_s, {});
+    ASSERT_NE(window->worker(), nullptr);
+    EXPECT_EQ(window->worker()->address(), "dvr1.ddns.invalid");
+    EXPECT_EQ(window->worker()->port(), 9000u);
 }
 
 TEST_F(MainWindowTest, TextsFollowTheStartupLanguage)
@@ -133,25 +147,6 @@ TEST_F(MainWindowTest, ConnectFillsThePagesAndShowsTheFirst)
         EXPECT_TRUE(messages.isEmpty()) << messages.join(u" | "_s).toStdString();
         EXPECT_TRUE(exitCodes.empty());
     }
-}
-
-// The entries go through the connection settings' checks (tested on their
-// own) before any connection: a bad one shows "Connect Fail" and ends the
-// program. DDNS reaches host name dot domain on the standard port.
-TEST_F(MainWindowTest, PanelEntriesAreCheckedBeforeConnecting)
-{
-    connectWith(u"127.0.0.1"_s, u"0"_s);
-    EXPECT_EQ(messages, QStringList {u"Connect Fail"_s});
-    EXPECT_EQ(exitCodes, std::vector<int> {0});
-    EXPECT_EQ(window->worker(), nullptr);
-
-    QTest::mouseClick(control<QAbstractButton>(window->connectionPanel(), u"DDNS"_s),
-                      Qt::LeftButton);
-    QTest::keyClicks(field(u"Host name"_s), u"dvr1"_s);
-    connectWith(u"ddns.invalid"_s, {});
-    ASSERT_NE(window->worker(), nullptr);
-    EXPECT_EQ(window->worker()->address(), "dvr1.ddns.invalid");
-    EXPECT_EQ(window->worker()->port(), 9000u);
 }
 
 // By the DISCONNECT button or by the session's own end message; a new

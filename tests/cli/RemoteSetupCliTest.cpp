@@ -90,18 +90,20 @@ TEST(RemoteSetupCli, HelpListsTheCommandsOnStandardOutput)
     EXPECT_TRUE(run.err.isEmpty());
 }
 
+// From the given file or the one beside the executable.
 TEST(RemoteSetupCli, TranslatePrintsOneLinePerText)
 {
     QTemporaryDir dir;
-    const QString config = dir.filePath(u"language.config"_s);
-    testsupport::writeFile(config, "language 1 \"Deutsch\"\n"
-                                   "item 1 \"Save\"\nword 1 1 \"Speichern\"\n"
-                                   "item 2 \"Complete Save   \t\"\nword 2 1 \"Gespeichert\t\"\n"
-                                   "item 3 \"Two\nlines\"\nword 3 1 \"Zwei\nZeilen\"\n");
+    const QString configFile = dir.filePath(u"language.config"_s);
+    testsupport::writeFile(configFile, "language 1 \"Deutsch\"\n"
+                                       "item 1 \"Save\"\nword 1 1 \"Speichern\"\n"
+                                       "item 2 \"Complete Save   \t\"\nword 2 1 \"Gespeichert\t\"\n"
+                                       "item 3 \"Two\nlines\"\nword 3 1 \"Zwei\nZeilen\"\n");
     struct Case
     {
         QStringList arguments;
         QString out;
+        bool besideTheExecutable = false;
     };
     const Case cases[] = {
         {{u"--language"_s, u"1"_s, u"Save"_s, u"Cancel"_s}, u"Speichern\nCancel\n"_s},
@@ -111,20 +113,16 @@ TEST(RemoteSetupCli, TranslatePrintsOneLinePerText)
         {{u"--escapes"_s, u"--language"_s, u"1"_s, u"Complete Save   \\t"_s, u"Two\\nlines"_s,
           u"a\\\\b"_s},
          u"Gespeichert\\t\nZwei\\nZeilen\na\\\\b\n"_s},
+        {{u"--language"_s, u"1"_s, u"CONNECT"_s, u"Save"_s}, u"VERBINDEN\nSpeichern\n"_s, true},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.arguments.join(u' ').toStdString());
-        const auto run = runCli(QStringList {u"translate"_s, u"--config"_s, config} + c.arguments);
+        const QStringList config
+            = c.besideTheExecutable ? QStringList {} : QStringList {u"--config"_s, configFile};
+        const auto run = runCli(QStringList {u"translate"_s} + config + c.arguments);
         EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
         EXPECT_EQ(run.out, c.out);
     }
-}
-
-TEST(RemoteSetupCli, TranslateUsesTheFileBesideTheExecutable)
-{
-    const auto run = runCli({u"translate"_s, u"--language"_s, u"1"_s, u"CONNECT"_s, u"Save"_s});
-    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
-    EXPECT_EQ(run.out.count(u'\n'), 2);
 }
 
 TEST(GlobalOptions, PasswordComesFromTheFilesFirstLineElseTheEnvironment)

@@ -6,6 +6,7 @@
 #include "tests/cli/InProcessCli.h"
 #include "tests/session/ScriptedRecorder.h"
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -21,15 +22,10 @@ TEST(SessionCommands, InfoPrintsWhatTheRecorderReportsAndSetTimeSetsItsClock)
     ASSERT_TRUE(sim.isRunning());
     const auto run = sim.cli({u"info"_s});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    QStringList keys;
-    for (const QString &line : run.out.split(u'\n', Qt::SkipEmptyParts))
-        keys.append(line.section(u": "_s, 0, 0));
-    EXPECT_EQ(keys, (QStringList {u"channels"_s, u"video"_s, u"model"_s, u"software version"_s,
-                                  u"alarm inputs"_s, u"alarm outputs"_s, u"audio inputs"_s,
-                                  u"disks"_s, u"recorder time"_s}));
-    EXPECT_TRUE(
-        run.out.startsWith(u"channels: 4\nvideo: PAL\nmodel: 77\nsoftware version: 2.3.4.5\n"_s))
-        << run.out.toStdString();
+    static const QRegularExpression info(
+        u"^channels: 4\nvideo: PAL\nmodel: 77\nsoftware version: 2.3.4.5\nalarm inputs: \\d+\n"
+        "alarm outputs: \\d+\naudio inputs: \\d+\ndisks: \\d+\nrecorder time: [^\n]+\n$"_s);
+    EXPECT_TRUE(info.match(run.out).hasMatch()) << run.out.toStdString();
 
     const auto set = sim.cli({u"set-time"_s, u"2030-01-02T03:04:05"_s});
     ASSERT_EQ(set.exitCode, 0) << set.err.toStdString();

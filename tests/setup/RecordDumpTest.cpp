@@ -15,11 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const FieldGroup &group(Section id)
-{
-    return FieldTable::section(id);
-}
-
 QStringList withPrefix(const QStringList &lines, const QString &prefix)
 {
     QStringList out;
@@ -70,14 +65,15 @@ TEST(RecordDump, ShowsFieldsWithNamesAndReservedBytesAsHexInPieces)
 TEST(RecordDump, SectionDumpIncludesTheSectionsItContains)
 {
     const QByteArray r = FactoryDefaults::record();
-    const QStringList record = RecordDump::dump(r, group(Section::RecordSetup));
+    const QStringList record = RecordDump::dump(r, FieldTable::section(Section::RecordSetup));
     EXPECT_TRUE(record.contains(u"schedule.count = 1"_s));
     EXPECT_TRUE(record.contains(u"holiday.count = 2"_s));
     EXPECT_TRUE(withPrefix(record, u"camera."_s).isEmpty());
 
-    const QStringList notification = RecordDump::dump(r, group(Section::Notification));
-    EXPECT_EQ(notification, RecordDump::dump(r, group(Section::Email))
-                                + RecordDump::dump(r, group(Section::NetworkEvent)));
+    const QStringList notification
+        = RecordDump::dump(r, FieldTable::section(Section::Notification));
+    EXPECT_EQ(notification, RecordDump::dump(r, FieldTable::section(Section::Email))
+                                + RecordDump::dump(r, FieldTable::section(Section::NetworkEvent)));
     EXPECT_TRUE(withPrefix(notification, u"stream."_s).isEmpty());
 
     const QStringList header = RecordDump::dump(r, FieldTable::header());
@@ -87,7 +83,7 @@ TEST(RecordDump, SectionDumpIncludesTheSectionsItContains)
 
 TEST(RecordDump, TextIsQuotedWithEscapes)
 {
-    const FieldInfo &title = *FieldTable::findField(group(Section::Camera), u"title");
+    const FieldInfo &title = *FieldTable::findField(FieldTable::section(Section::Camera), u"title");
     QByteArray r = FactoryDefaults::record();
     const struct
     {
@@ -124,7 +120,7 @@ TEST(RecordDump, DiffListsExactlyTheChangedElements)
                             u"record.quality[1][2] = 0xFF01 (High) -> 0xFF03 (Low)"_s,
                             u"device.reserved[13784..13791] = 00 00 00 00 00 00 00 00 -> "
                             u"00 01 00 00 00 00 00 00"_s}));
-    EXPECT_TRUE(RecordDump::diff(before, after, group(Section::Email)).isEmpty());
-    EXPECT_EQ(RecordDump::diff(before, after, group(Section::Camera)).size(), 1);
+    EXPECT_TRUE(RecordDump::diff(before, after, FieldTable::section(Section::Email)).isEmpty());
+    EXPECT_EQ(RecordDump::diff(before, after, FieldTable::section(Section::Camera)).size(), 1);
     EXPECT_TRUE(RecordDump::diff(before, after.first(15000)).isEmpty());
 }

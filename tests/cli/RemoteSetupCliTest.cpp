@@ -1,4 +1,3 @@
-#include "cli/GlobalOptions.h"
 #include "tests/TestSupport.h"
 #include "tests/cli/InProcessCli.h"
 #include "tests/session/ScriptedRecorder.h"
@@ -123,22 +122,4 @@ TEST(RemoteSetupCli, TranslatePrintsOneLinePerText)
         EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
         EXPECT_EQ(run.out, c.out);
     }
-}
-
-TEST(GlobalOptions, PasswordComesFromTheFilesFirstLineElseTheEnvironment)
-{
-    QTemporaryDir dir;
-    const QString file = dir.filePath(u"password"_s);
-    testsupport::writeFile(file, "s3cret pass\r\nsecond line\n");
-    qputenv("REMOTE_SETUP_PASSWORD", "from-env");
-
-    QString error;
-    cli::GlobalOptions options;
-    EXPECT_EQ(options.password(&error), u"from-env"_s);
-    options.passwordFile = file;
-    EXPECT_EQ(options.password(&error), u"s3cret pass"_s);
-    options.passwordFile = dir.filePath(u"missing"_s);
-    EXPECT_EQ(options.password(&error), std::nullopt);
-    EXPECT_TRUE(error.contains(u"cannot read password file"_s));
-    qunsetenv("REMOTE_SETUP_PASSWORD");
 }

@@ -35,7 +35,8 @@ TEST(SessionCommands, InfoPrintsWhatTheRecorderReportsAndSetTimeSetsItsClock)
 }
 
 // Every way a command can fail, against a real recorder whose record must
-// stay as it was. `%D` is a folder of prepared files, `%P` the recorder's
+// stay as it was; the password comes from the file's first line, else the
+// environment. `%D` is a folder of prepared files, `%P` the recorder's
 // port; a recorder "dead" is stopped before the command runs.
 TEST(SessionCommands, FailuresMapToExitCodesAndLeaveTheRecordAlone)
 {
@@ -44,6 +45,7 @@ TEST(SessionCommands, FailuresMapToExitCodesAndLeaveTheRecordAlone)
     const std::pair<const char *, QByteArray> files[] = {
         {"admin", "right\n"},
         {"wrong", "wrong\n"},
+        {"two-lines", "right\r\nsecond line\n"},
         {"good.dat", good},
         {"20.dat", good.first(20)},
         {"half.dat", good.first(good.size() / 2)},
@@ -62,11 +64,15 @@ TEST(SessionCommands, FailuresMapToExitCodesAndLeaveTheRecordAlone)
         int exitCode;
         QString says;
         QString never = u"Success"_s;
+        // The password the environment offers.
+        const char *environment = "";
     };
     const QString admin = u"--admin-password-file %D/admin"_s;
     const Case cases[] = {
         {admin, u"--password-file %D/admin info"_s, 0, {}},
         {admin, u"--password-file %D/wrong info"_s, 1, u"Login failed by password error"_s},
+        {admin, u"info"_s, 0, {}, u"Success"_s, "right"},
+        {admin, u"--password-file %D/two-lines info"_s, 0, {}, u"Success"_s, "wrong"},
         {admin, u"--user nobody info"_s, 1, u"Login failed\n"_s},
         {admin, u"--password-file %D/missing info"_s, 2, u"cannot read password file"_s},
         {admin, u"--password-file /dev/zero info"_s, 2, u"longer than 4096 bytes"_s},
@@ -117,6 +123,7 @@ TEST(SessionCommands, FailuresMapToExitCodesAndLeaveTheRecordAlone)
         }
         if (c.sim == u"dead"_s)
             sim->kill();
+        qputenv("REMOTE_SETUP_PASSWORD", c.environment);
         const auto run = sim->cli(words(c.command));
         EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
         EXPECT_TRUE(
@@ -125,6 +132,7 @@ TEST(SessionCommands, FailuresMapToExitCodesAndLeaveTheRecordAlone)
         EXPECT_FALSE(run.err.contains(c.never)) << run.err.toStdString();
         EXPECT_EQ(sim->storedRecord(), before);
     }
+    qunsetenv("REMOTE_SETUP_PASSWORD");
 }
 
 TEST(SessionCommands, NothingIsReadOrWrittenWithoutAWholeSetupRecord)

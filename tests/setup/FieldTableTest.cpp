@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 using namespace setup;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -138,8 +139,10 @@ TEST(FieldTable, ElementAccessStaysInsideFieldAndRecord)
 }
 
 // People who write their own recorder read the layout document, so each
-// group's chapter ("### `key` ...") must name every field of that group.
-TEST(FieldTable, LayoutDocumentNamesEveryField)
+// group's chapter ("### `key` ...") must name every field of that group, and
+// the field's row must give the record offset of its first element (the
+// cells before the name hold the offsets, written as 1,300).
+TEST(FieldTable, LayoutDocumentNamesEveryFieldAtItsOffset)
 {
     const QString doc = QString::fromUtf8(
         testsupport::readFile(testsupport::sourceDir() + QStringLiteral("/docs/record-layout.md")));
@@ -153,7 +156,15 @@ TEST(FieldTable, LayoutDocumentNamesEveryField)
         ASSERT_TRUE(chapters.contains(key)) << g.key;
         for (const FieldInfo &f : g.fields) {
             const QString quoted = u'`' + QString::fromLatin1(f.name) + u'`';
-            EXPECT_TRUE(chapters[key].contains(quoted)) << nameOf(g, f).toStdString();
+            const QString &chapter = chapters[key];
+            const qsizetype at = chapter.indexOf(u"| "_s + quoted + u" |"_s);
+            ASSERT_GE(at, 0) << nameOf(g, f).toStdString();
+            const qsizetype row = chapter.lastIndexOf(u'\n', at) + 1;
+            QStringList offsets = chapter.mid(row, at - row).split(u'|', Qt::SkipEmptyParts);
+            for (QString &cell : offsets)
+                cell = cell.trimmed().remove(u',');
+            EXPECT_TRUE(offsets.contains(QString::number(f.offset)))
+                << nameOf(g, f).toStdString() << " at " << f.offset;
         }
     }
 }

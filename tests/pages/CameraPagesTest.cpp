@@ -1,5 +1,4 @@
-// The camera pages against recorder-sim: each saves exactly its section, and
-// what is special to each page.
+// What is special to each camera page.
 
 #include "pages/camera/CRemoteCameraAlarmDlg.h"
 #include "pages/camera/CRemoteCameraAlarmOutDlg.h"
@@ -9,7 +8,6 @@
 #include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/CRemoteCameraMotionMaskDlg.h"
-#include "pages/common/ChannelSelectionDialog.h"
 #include "setup/Fields.h"
 #include "setup/SetupFiles.h"
 #include "tests/TestSupport.h"
@@ -33,29 +31,6 @@ namespace camera = setup::fields::camera;
 
 namespace {
 
-// The factory defaults with a pattern in every byte of `section` that no
-// field describes.
-QByteArray recordWithReservedPattern(setup::Section section)
-{
-    QByteArray record = setup::FactoryDefaults::record();
-    const setup::FieldGroup &group = FieldTable::section(section);
-    std::vector<bool> owned(group.length);
-    for (const setup::FieldInfo &f : group.fields) {
-        for (int i = 0; i < f.count; ++i) {
-            for (int j = 0; j < f.count2; ++j) {
-                for (int b = 0; b < f.width; ++b)
-                    owned[f.elementOffset(i, j) + b - group.offset] = true;
-            }
-        }
-    }
-    const QByteArray pattern = pagetest::pattern(group.length);
-    for (int at = 0; at < group.length; ++at) {
-        if (!owned[at])
-            record[group.offset + at] = pattern[at];
-    }
-    return record;
-}
-
 // Paints the rectangle of cells from `from` to `to` ((column, row); `to`
 // may lie outside the grid) in the open mask editor and confirms.
 void paintMask(QWidget *page, const QString &field, QPoint from, QPoint to, bool confirm = true)
@@ -76,123 +51,7 @@ void paintMask(QWidget *page, const QString &field, QPoint from, QPoint to, bool
     pagetest::button(dialog, confirm ? u"OK"_s : u"Cancel"_s)->click();
 }
 
-// Opens the channel selection dialog of `field` ("Alarm-Out 02"), toggles
-// `channels` and confirms.
-void toggleChannels(QWidget *page, const QString &field, std::initializer_list<int> channels)
-{
-    named<QPushButton>(page, field + u"..."_s)->click();
-    ChannelSelectionDialog *dialog = nullptr;
-    for (auto *d : page->window()->findChildren<ChannelSelectionDialog *>()) {
-        if (d->isVisible())
-            dialog = d;
-    }
-    ASSERT_TRUE(dialog) << field.toStdString();
-    for (int channel : channels)
-        dialog->channelBox(channel - 1)->click();
-    pagetest::button(dialog, u"OK"_s)->click();
-}
-
-// A page, the section it saves, the edit of channel 2 made through its
-// controls, and the same change made in the record.
-struct SaveCase
-{
-    const char *name;
-    std::function<CSetupPage *()> create;
-    setup::Section section;
-    std::function<void(CSetupPage &)> edit;
-    std::function<void(QByteArray &)> expect;
-
-    friend void PrintTo(const SaveCase &c, std::ostream *out) { *out << c.name; }
-};
-
-std::vector<SaveCase> saveCases()
-{
-    namespace alarmIn = setup::fields::alarmIn;
-    namespace alarmOut = setup::fields::alarmOut;
-    namespace ptz = setup::fields::ptz;
-    return {
-        {"Ptz", [] { return new CRemoteCameraPTZDlg; }, setup::Section::Ptz,
-         [](CSetupPage &page) {
-             pagetest::select(&page, u"Channel"_s, u"CH 02"_s);
-             pagetest::select(&page, u"Protocol 02"_s, u"Pelco-P"_s);
-             pagetest::select(&page, u"Baudrate 02"_s, u"19200"_s);
-             named<QSpinBox>(&page, u"Pan Speed 02"_s)->setValue(7);
-         },
-         [](QByteArray &record) {
-             FieldTable::setNumber(record, ptz::inUse, 1, 1);
-             FieldTable::setNumber(record, ptz::protocol, 1, 1);
-             FieldTable::setNumber(record, ptz::baudRate, 19200, 1);
-             FieldTable::setNumber(record, ptz::panSpeed, 7, 1);
-         }},
-        {"AlarmOut", [] { return new CRemoteCameraAlarmOutDlg; }, setup::Section::AlarmOut,
-         [](CSetupPage &page) {
-             pagetest::select(&page, u"Type 02"_s, u"N.C"_s);
-             pagetest::select(&page, u"Dwell Time 02"_s, u"Continues"_s);
-             named<QSpinBox>(&page, u"Lines in Use"_s)->setValue(2);
-             pagetest::select(&page, u"Day 02"_s, u"Friday"_s);
-             toggleChannels(&page, u"Alarm-Out 02"_s, {1});
-         },
-         [](QByteArray &record) {
-             FieldTable::setNumber(record, alarmOut::normallyClosed, 1, 1);
-             FieldTable::setNumber(record, alarmOut::dwell, 1, 1);
-             FieldTable::setNumber(record, alarmOut::lineCount, 2);
-             FieldTable::setNumber(record, alarmOut::days, 0x20, 1);
-             FieldTable::setNumber(record, alarmOut::alarmOut, 0x1, 1);
-         }},
-        {"AlarmIn", [] { return new CRemoteCameraAlarmDlg; }, setup::Section::AlarmIn,
-         [](CSetupPage &page) {
-             pagetest::select(&page, u"Type 02"_s, u"N.C"_s);
-             pagetest::select(&page, u"Dwell Time 02"_s, u"42 Sec"_s);
-             toggleChannels(&page, u"Alarm-Out 02"_s, {2});
-             toggleChannels(&page, u"Record Channel 02"_s, {2, 4});
-         },
-         [](QByteArray &record) {
-             FieldTable::setNumber(record, alarmIn::enabled, 1, 1);
-             FieldTable::setNumber(record, alarmIn::normallyClosed, 1, 1);
-             FieldTable::setNumber(record, alarmIn::dwell, 42, 1);
-             FieldTable::setNumber(record, alarmIn::alarmOut, 0x2, 1);
-             FieldTable::setNumber(record, alarmIn::recordChannels, 0x8, 1);
-         }},
-    };
-}
-
-class PageSave : public ::testing::TestWithParam<SaveCase>
-{
-};
-
 } // namespace
-
-TEST_P(PageSave, FourChannelRecorderGetsExactlyTheEditedSection)
-{
-    const SaveCase &c = GetParam();
-    const QByteArray record = recordWithReservedPattern(c.section);
-    SimProcess sim({u"--channels"_s, u"4"_s}, record);
-    SessionHarness window;
-    std::unique_ptr<CSetupPage> page(c.create());
-    page->show();
-    CWork *work = pagetest::attach(window, sim, *page);
-    ASSERT_TRUE(work);
-    std::vector<setup::Section> written;
-    page->setSectionWriter([&](setup::Section section, const QByteArray &bytes) {
-        written.push_back(section);
-        return work->writeSection(section, bytes);
-    });
-    c.edit(*page);
-    ASSERT_TRUE(page->isModified());
-    pagetest::button(page.get(), u"Save"_s)->click();
-
-    QByteArray expected = record;
-    c.expect(expected);
-    ASSERT_NE(expected, record);
-    EXPECT_TRUE(testsupport::waitFor([&] { return sim.storedRecord() == expected; }));
-    EXPECT_EQ(written, std::vector {c.section});
-    EXPECT_FALSE(page->isModified());
-    for (const QString &message : std::as_const(window.messages))
-        EXPECT_EQ(message, u"Complete Save   \t"_s);
-}
-
-INSTANTIATE_TEST_SUITE_P(Pages, PageSave, ::testing::ValuesIn(saveCases()),
-                         [](const auto &info) { return std::string(info.param.name); });
 
 TEST(VideoLossPage, BeepHeaderAfterDefaultCountsTheRecordersChannels)
 {
@@ -413,6 +272,12 @@ TEST(PtzPage, ChannelNotInUseShowsNoProtocolAndSavesProtocolZero)
     QByteArray expected = record.mid(2068, 640);
     expected[4] = 0;
     EXPECT_EQ(page.sectionBuffer(), expected);
+
+    // A protocol chosen puts the channel in use.
+    pagetest::select(&page, u"Protocol 03"_s, u"Pelco-P"_s);
+    page.gather();
+    EXPECT_EQ(pagetest::number(page, ptz::inUse, 2), 1u);
+    EXPECT_EQ(pagetest::number(page, ptz::protocol, 2), 1u);
 }
 
 TEST(MotionPage, CopySettingsCopiesOnlyTheSettingShown)

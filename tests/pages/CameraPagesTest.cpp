@@ -69,47 +69,6 @@ TEST(VideoLossPage, BeepHeaderAfterDefaultCountsTheRecordersChannels)
     EXPECT_TRUE(page.isModified());
 }
 
-TEST(AlarmOutPage, SaveRefusesTheFirstLineThatDoesNotStartBeforeItEnds)
-{
-    namespace alarmOut = setup::fields::alarmOut;
-    const struct
-    {
-        int line; // 0-based
-        int startHour, startMinute, endHour, endMinute;
-        int failingLine; // 1-based, 0 when the save goes through
-    } cases[] = {
-        {1, 8, 0, 8, 0, 2},   {2, 23, 0, 1, 0, 3}, {0, 8, 0, 8, 1, 0},
-        {0, 8, 30, 8, 29, 1}, {3, 9, 0, 8, 0, 0}, // line 4 is not in use
-    };
-    SessionHarness window;
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.line);
-        QByteArray record = setup::FactoryDefaults::record();
-        FieldTable::setNumber(record, alarmOut::lineCount, 3);
-        FieldTable::setNumber(record, alarmOut::startHour, c.startHour, c.line);
-        FieldTable::setNumber(record, alarmOut::startMinute, c.startMinute, c.line);
-        FieldTable::setNumber(record, alarmOut::endHour, c.endHour, c.line);
-        FieldTable::setNumber(record, alarmOut::endMinute, c.endMinute, c.line);
-        CRemoteCameraAlarmOutDlg page;
-        int sent = 0;
-        page.setSectionWriter([&](setup::Section, const QByteArray &) { return ++sent; });
-        page.load(record, 16);
-        pagetest::select(&page, u"Event 01"_s, u"Motion"_s);
-        window.messages.clear();
-        page.save();
-        if (c.failingLine) {
-            EXPECT_EQ(
-                window.messages,
-                QStringList {u"Set Time Error!!\nCheck Line Number : %1"_s.arg(c.failingLine)});
-            EXPECT_EQ(sent, 0);
-            EXPECT_TRUE(page.isModified());
-        } else {
-            EXPECT_TRUE(window.messages.isEmpty());
-            EXPECT_EQ(sent, 1);
-        }
-    }
-}
-
 TEST(AlarmOutPage, DefaultRestoresTheOutputsButNotTheSchedule)
 {
     namespace alarmOut = setup::fields::alarmOut;
@@ -125,49 +84,6 @@ TEST(AlarmOutPage, DefaultRestoresTheOutputsButNotTheSchedule)
     EXPECT_EQ(named<QComboBox>(&page, u"Day 01"_s)->currentText(), u"Sunday"_s);
     EXPECT_EQ(named<QComboBox>(&page, u"Day 02"_s)->currentText(), u"Monday"_s);
     EXPECT_TRUE(page.isModified());
-}
-
-TEST(MotionPage, TimeSaveRefusesADayThatDoesNotStartBeforeTheNight)
-{
-    namespace motion = setup::fields::motion;
-    const struct
-    {
-        int channels;
-        int dayHour, dayMinute, nightHour, nightMinute; // channel 2
-        bool timeView;
-        int refusedChannel; // 0 when the save goes through
-    } cases[] = {
-        {16, 8, 0, 8, 0, true, 2},  {16, 8, 0, 8, 1, true, 0}, {16, 20, 0, 8, 0, true, 2},
-        {16, 8, 0, 8, 0, false, 0}, // other views save without the check
-        {1, 8, 0, 20, 0, true, 1}, // one channel: always refused
-        {1, 8, 0, 20, 0, false, 0},
-    };
-    SessionHarness window;
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.channels << ' ' << c.dayHour << ':' << c.dayMinute
-                                        << ' ' << c.nightHour << ':' << c.nightMinute);
-        QByteArray record = setup::FactoryDefaults::record();
-        FieldTable::setNumber(record, motion::dayStartHour, c.dayHour, 1);
-        FieldTable::setNumber(record, motion::dayStartMinute, c.dayMinute, 1);
-        FieldTable::setNumber(record, motion::nightStartHour, c.nightHour, 1);
-        FieldTable::setNumber(record, motion::nightStartMinute, c.nightMinute, 1);
-        CRemoteCameraMotionDlg page;
-        int sent = 0;
-        page.setSectionWriter([&](setup::Section, const QByteArray &) { return ++sent; });
-        page.load(record, c.channels);
-        if (!c.timeView)
-            page.showView(CRemoteCameraMotionDlg::ActionView);
-        window.messages.clear();
-        page.save();
-        if (c.refusedChannel) {
-            EXPECT_EQ(window.messages,
-                      QStringList {u"Set Time Error!!\nChannel : %1"_s.arg(c.refusedChannel)});
-            EXPECT_EQ(sent, 0);
-        } else {
-            EXPECT_TRUE(window.messages.isEmpty());
-            EXPECT_EQ(sent, 1);
-        }
-    }
 }
 
 TEST(MotionPage, MaskEditorIgnoresBitsThirtyAndThirtyOneAndClampsTheDrag)

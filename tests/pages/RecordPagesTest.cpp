@@ -341,38 +341,6 @@ TEST_F(SchedulePage, WeekEnteredOnThePageIsStoredAndReadBackAfterReconnecting)
     window.worker.reset();
 }
 
-// Only the first entry's times are checked, strictly start before end.
-TEST_F(SchedulePage, SaveChecksTheFirstEntrysTimesOnly)
-{
-    const struct
-    {
-        int startHour, startMinute, endHour, endMinute;
-        bool secondReversed;
-        bool saved;
-    } cases[] = {
-        {10, 0, 10, 0, false, false},
-        {9, 59, 10, 0, true, true},
-        {11, 0, 10, 0, false, false},
-    };
-    for (const auto &c : cases) {
-        page.load(scheduleRecord(2), 16);
-        window.messages.clear();
-        written.clear();
-        time("Start Time", 1, "Hour")->setValue(c.startHour);
-        time("Start Time", 1, "Minute")->setValue(c.startMinute);
-        time("End Time", 1, "Hour")->setValue(c.endHour);
-        time("End Time", 1, "Minute")->setValue(c.endMinute);
-        if (c.secondReversed)
-            time("Start Time", 2, "Hour")->setValue(23);
-        click(u"Save"_s);
-        EXPECT_EQ(written.size(), c.saved ? 1u : 0u) << c.startHour << ':' << c.startMinute;
-        EXPECT_EQ(window.messages,
-                  c.saved ? QStringList()
-                          : QStringList {u"Set Time Error!!\nCheck Line Number : 1"_s});
-        EXPECT_EQ(page.isModified(), !c.saved);
-    }
-}
-
 TEST_F(SchedulePage, DeleteDropsTheTickedEntriesAndResetsTheFreedSlots)
 {
     page.load(scheduleRecord(9), 16);

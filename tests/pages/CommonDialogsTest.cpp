@@ -165,38 +165,6 @@ QCheckBox *target(const QWidget *dialog, int channel)
 
 } // namespace
 
-TEST(CopySettingDialog, EachCopyModeOffersItsProperties)
-{
-    const std::pair<int, QStringList> modes[] = {
-        {1, {u"Title"_s, u"Covert"_s, u"Audio"_s}},
-        {2, {u"Type"_s, u"Beep"_s, u"Alarm-Out"_s}},
-        {3, {u"Type"_s, u"Dwell Time"_s}},
-        {4, {u"Beep"_s, u"Alarm-Out"_s}},
-        {12, {u"Beep"_s, u"Alarm-Out"_s}},
-        {5, {u"Day Time"_s}},
-        {6, {u"Min Blocks"_s, u"Sensitivity"_s, u"Mask Zone"_s}},
-        {7, {u"Min Blocks"_s, u"Sensitivity"_s, u"Mask Zone"_s}},
-        {13,
-         {u"Protocol"_s, u"Baudrate"_s, u"Data Bits"_s, u"Stop Bits"_s, u"Parity"_s,
-          u"PTZ Speed"_s}},
-        {8, {}},
-        {0, {}},
-    };
-    CRemoteCameraCopySettingDlg dialog;
-    for (const auto &[mode, properties] : modes) {
-        dialog.setCopyMode(mode);
-        dialog.open();
-        QStringList shown;
-        for (QCheckBox *box : dialog.findChildren<QCheckBox *>()) {
-            if (box->isVisible() && !box->accessibleName().contains(u"Ch "_s)
-                && box->accessibleName() != u"Select All"_s)
-                shown.append(box->accessibleName());
-        }
-        EXPECT_EQ(shown, properties) << "mode " << mode;
-        dialog.reject();
-    }
-}
-
 TEST(CopySettingDialog, SelectAllNeverTicksTheSource)
 {
     CRemoteCameraCopySettingDlg dialog;

@@ -217,23 +217,24 @@ QAction *systemItem(const CRemoteKSetupDlg &window, const QString &text)
 
 using SystemPagesWindow = MainWindowFixture;
 
-TEST_F(SystemPagesWindow, SessionOpensOnAuthorityAndANewAdminPasswordWorksAtTheNextLogin)
+// The window's Save writes the users, audio and buzzer sections itself,
+// exactly those bytes, and the new admin password works at the next login.
+TEST_F(SystemPagesWindow, SessionOpensOnAuthorityAndTheWindowSavesTheSystemSections)
 {
     SimProcess sim;
     const QByteArray initial = sim.storedRecord();
     ASSERT_TRUE(connectTo(sim));
     EXPECT_EQ(window->windowTitle(), u"127.0.0.1 - Remote Setup / System / Authority"_s);
     EXPECT_EQ(window->currentPageId(), 0x8003);
-    auto *page = qobject_cast<CRemoteSystemPasswdDlg *>(window->pageHost()->currentPage());
-    ASSERT_NE(page, nullptr);
+    auto *passwd = qobject_cast<CRemoteSystemPasswdDlg *>(window->pageHost()->currentPage());
+    ASSERT_NE(passwd, nullptr);
 
     const QString password = u"Kw9-new"_s;
     for (const char *label : {"New Password", "Confirm Password"})
-        QTest::keyClicks(named<QLineEdit>(page, QString::fromLatin1(label)), password);
-    pagetest::button(page, u"Password Check"_s)->click();
+        QTest::keyClicks(named<QLineEdit>(passwd, QString::fromLatin1(label)), password);
+    pagetest::button(passwd, u"Password Check"_s)->click();
     ASSERT_EQ(messages, QStringList {u"PASSWORD CHANGE SUCCESS"_s});
     QTest::mouseClick(window->saveButton(), Qt::LeftButton);
-
     QByteArray expected = initial;
     expected.replace(32, 12, password.toLatin1().leftJustified(12, '\0'));
     EXPECT_TRUE(
@@ -241,18 +242,6 @@ TEST_F(SystemPagesWindow, SessionOpensOnAuthorityAndANewAdminPasswordWorksAtTheN
     EXPECT_TRUE(testsupport::waitFor([&] { return messages.contains(u"Complete Save   \t"_s); },
                                      SessionTimeoutMs));
 
-    const QString file = sim.dirPath() + u"/password"_s;
-    testsupport::writeFile(file, password.toLatin1() + '\n');
-    EXPECT_EQ(sim.cli({u"info"_s}, {u"--password-file"_s, file}).exitCode, 0);
-    testsupport::writeFile(file, "\n");
-    EXPECT_NE(sim.cli({u"info"_s}, {u"--password-file"_s, file}).exitCode, 0);
-}
-
-TEST_F(SystemPagesWindow, WindowSaveWritesExactlyTheAudioAndBuzzerSections)
-{
-    SimProcess sim;
-    ASSERT_TRUE(connectTo(sim));
-    QByteArray before = sim.storedRecord();
     for (const auto &[item, control, pageId] :
          {std::tuple {"Audio", "Live Output", 0x8004}, {"Buzzer", "Key Tone", 0x8005}}) {
         SCOPED_TRACE(item);
@@ -266,9 +255,8 @@ TEST_F(SystemPagesWindow, WindowSaveWritesExactlyTheAudioAndBuzzerSections)
         QTest::keyClick(list, list->currentIndex() + 1 < list->count() ? Qt::Key_Down : Qt::Key_Up);
         messages.clear();
         QTest::mouseClick(window->saveButton(), Qt::LeftButton);
-
-        const QByteArray expected
-            = pagetest::withSection(before, *page->section(), page->sectionBuffer());
+        const QByteArray before = expected;
+        expected = pagetest::withSection(expected, *page->section(), page->sectionBuffer());
         EXPECT_NE(expected, before);
         EXPECT_TRUE(
             testsupport::waitFor([&] { return sim.storedRecord() == expected; }, SessionTimeoutMs));
@@ -276,6 +264,11 @@ TEST_F(SystemPagesWindow, WindowSaveWritesExactlyTheAudioAndBuzzerSections)
                                          SessionTimeoutMs));
         // The window wrote the section itself: the page's own Save is still on.
         EXPECT_TRUE(page->isModified());
-        before = expected;
     }
+
+    const QString file = sim.dirPath() + u"/password"_s;
+    testsupport::writeFile(file, password.toLatin1() + '\n');
+    EXPECT_EQ(sim.cli({u"info"_s}, {u"--password-file"_s, file}).exitCode, 0);
+    testsupport::writeFile(file, "\n");
+    EXPECT_NE(sim.cli({u"info"_s}, {u"--password-file"_s, file}).exitCode, 0);
 }

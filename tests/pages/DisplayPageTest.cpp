@@ -27,27 +27,12 @@ namespace fields = setup::fields;
 
 namespace {
 
-struct Write
+// Hands the page's writes to `work` and notes each as "offset+length".
+CSetupPage::SectionWriter recordingWriter(CWork *work, QStringList &writes)
 {
-    quint32 category;
-    int offset;
-    int length;
-    friend bool operator==(const Write &, const Write &) = default;
-    friend void PrintTo(const Write &w, std::ostream *out)
-    {
-        *out << w.category << '/' << w.offset << '/' << w.length;
-    }
-};
-
-// Hands the page's writes to `work` and notes what each carried.
-CSetupPage::SectionWriter recordingWriter(CWork *work, std::vector<Write> &writes,
-                                          QStringList *order = nullptr)
-{
-    return [work, &writes, order](setup::Section section, const QByteArray &bytes) {
-        const setup::SectionInfo &info = setup::SetupRecordMap::section(section);
-        writes.push_back({info.category, info.offset, int(bytes.size())});
-        if (order)
-            order->append(u"section %1"_s.arg(info.offset));
+    return [work, &writes](setup::Section section, const QByteArray &bytes) {
+        writes.append(
+            u"%1+%2"_s.arg(setup::SetupRecordMap::section(section).offset).arg(bytes.size()));
         return work ? work->writeSection(section, bytes) : 1;
     };
 }
@@ -196,13 +181,12 @@ TEST_F(DateTimePage, ApplySetsTheRecordersClockThenSendsTheSettingsAndSaveSendsB
     CWork &work = window.connect(sim.port());
     ASSERT_TRUE(window.waitForReady());
     ASSERT_TRUE(testsupport::waitFor([&] { return work.clockValid(); }));
-    std::vector<Write> writes;
-    QStringList order;
-    page.setSectionWriter(recordingWriter(&work, writes, &order));
+    QStringList writes;
+    page.setSectionWriter(recordingWriter(&work, writes));
     page.setClock(
         [&work] { return work.clockValid() ? std::optional(work.clock()) : std::nullopt; },
-        [&work, &order](const RecorderTime &time) {
-            order.append(u"time-set"_s);
+        [&work, &writes](const RecorderTime &time) {
+            writes.append(u"time-set"_s);
             return work.dateTimeCommand(2, time);
         });
     page.load(work.mirror(), int(window.record.channelCount));
@@ -214,8 +198,7 @@ TEST_F(DateTimePage, ApplySetsTheRecordersClockThenSendsTheSettingsAndSaveSendsB
     for (const auto &[selector, index] : time)
         pick(named<QComboBox>(&page, QString::fromLatin1(selector)), index);
     pagetest::button(&page, u"Apply"_s)->click();
-    EXPECT_EQ(order, (QStringList {u"time-set"_s, u"section 604"_s}));
-    EXPECT_EQ(writes, (std::vector<Write> {{7, 604, 32}}));
+    EXPECT_EQ(writes, (QStringList {u"time-set"_s, u"604+32"_s}));
     // The recorder answers with its new time, and the page shows it.
     EXPECT_TRUE(testsupport::waitFor([&] {
         return clock().startsWith(u"2030 / 06 / 15  10 : 2"_s);
@@ -227,7 +210,7 @@ TEST_F(DateTimePage, ApplySetsTheRecordersClockThenSendsTheSettingsAndSaveSendsB
 
     writes.clear();
     pagetest::button(&page, u"Save"_s)->click();
-    EXPECT_EQ(writes, (std::vector<Write> {{7, 604, 32}, {7, 636, 20}}));
+    EXPECT_EQ(writes, (QStringList {u"604+32"_s, u"636+20"_s}));
     EXPECT_FALSE(page.isModified());
     EXPECT_TRUE(testsupport::waitFor(
         [&] { return FieldTable::number(sim.storedRecord(), fields::dst::startMonth) == 10; }));
@@ -319,10 +302,10 @@ TEST(IntervalPage, KeepsTheUnusedWordAndAnUnknownTimeOutLeavesTheList)
     named<QCheckBox>(&page, u"Time Out"_s)->click();
     EXPECT_TRUE(list->isEnabled());
 
-    std::vector<Write> writes;
+    QStringList writes;
     page.setSectionWriter(recordingWriter(nullptr, writes));
     page.save();
-    EXPECT_EQ(writes, (std::vector<Write> {{0, 1268, 24}}));
+    EXPECT_EQ(writes, QStringList {u"1268+24"_s});
     QByteArray expected = r.mid(1268, 24);
     expected[20] = 1; // switched on
     expected.replace(22, 2, QByteArray("\xB4\x00", 2)); // the 180 shown
@@ -360,7 +343,7 @@ TEST(EventDisplayPage, SaveSendsTheBlockWithWhatTheOtherDisplayPagesSaved)
     ASSERT_TRUE(window.waitForReady());
     CRemoteDisplayEventDlg events;
     CRemoteDisplayOSDDlg osd;
-    std::vector<Write> writes;
+    QStringList writes;
     for (CSetupPage *page : std::initializer_list<CSetupPage *> {&events, &osd}) {
         page->setSectionWriter(recordingWriter(&work, writes));
         page->setRecordSource([&work] { return work.mirror(); });
@@ -372,7 +355,7 @@ TEST(EventDisplayPage, SaveSendsTheBlockWithWhatTheOtherDisplayPagesSaved)
     osd.save();
     named<QSpinBox>(&events, u"Brightness"_s)->setValue(77);
     events.save();
-    EXPECT_EQ(writes, (std::vector<Write> {{4, 656, 28}, {0, 604, 696}}));
+    EXPECT_EQ(writes, (QStringList {u"656+28"_s, u"604+696"_s}));
 
     QByteArray expected = initial;
     FieldTable::setNumber(expected, fields::osd::language, 5);

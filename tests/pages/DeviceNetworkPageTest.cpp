@@ -164,6 +164,22 @@ std::vector<Edit> firstEntry(std::array<int, 4> values)
             number("End Time 1 Hour", values[2]), number("End Time 1 Minute", values[3])};
 }
 
+struct Check
+{
+    const char *page;
+    RecordEdit record;
+    std::vector<Edit> edits;
+    QString message; // empty: the save goes through
+    int channels = 16;
+};
+
+// The text `value` in the entry `name`, refused with "<name> <reason>".
+Check entry(const char *page, const char *name, const char *value, const char *reason)
+{
+    const QString message = QString::fromLatin1(name) + u' ' + QString::fromLatin1(reason);
+    return {page, {}, {text(name, value)}, message};
+}
+
 } // namespace
 
 // What a page checks before Save sends anything: a refusal shows its message,
@@ -183,15 +199,10 @@ TEST(PageSave, ChecksRefuseWithTheirMessageAndSendNothing)
     };
     std::vector<Edit> secondReversed = firstEntry({9, 59, 10, 0});
     secondReversed.push_back(number("Start Time 2 Hour", 23));
-    const struct
-    {
-        const char *page;
-        RecordEdit record;
-        std::vector<Edit> edits;
-        QString message; // empty: the save goes through
-        int channels = 16;
-    } cases[] = {
-        // Alarm-out lines in use, each strictly starting before it ends.
+    const char *const noAddress = "is not a valid IP address.";
+    const char *const noHost = "is not a valid host name.";
+    const char *const noMail = "is not a valid e-mail address.";
+    const Check cases[] = {
         {"Alarm-Out", alarmOutLine(1, {8, 0, 8, 0}), {alarmOutEvent}, lineError.arg(2)},
         {"Alarm-Out", alarmOutLine(2, {23, 0, 1, 0}), {alarmOutEvent}, lineError.arg(3)},
         {"Alarm-Out", alarmOutLine(0, {8, 0, 8, 1}), {alarmOutEvent}, {}},
@@ -209,32 +220,17 @@ TEST(PageSave, ChecksRefuseWithTheirMessageAndSendNothing)
         {"Schedule", twoEntries, secondReversed, {}},
         {"Schedule", twoEntries, firstEntry({11, 0, 10, 0}), lineError.arg(1)},
         // The entries of the network pages.
-        {"Stream",
-         {},
-         {text("IP Address", "192.168.0")},
-         u"IP Address is not a valid IP address."_s},
-        {"Stream", {}, {text("Gateway", "")}, u"Gateway is not a valid IP address."_s},
-        {"Stream",
-         {},
-         {text("Subnet Mask", "255.0.255.0")},
-         u"Subnet Mask is not a valid subnet mask."_s},
+        entry("Stream", "IP Address", "192.168.0", noAddress),
+        entry("Stream", "Gateway", "", noAddress),
+        entry("Stream", "Subnet Mask", "255.0.255.0", "is not a valid subnet mask."),
+        entry("Stream", "DDNS Host Name", "my dvr", noHost),
+        entry("Stream", "Server Host 2", "cms_2", noHost),
+        entry("E-Mail", "Sender", "dvr@", noMail),
+        entry("E-Mail", "Recipient 2", "ops", noMail),
         {"Stream",
          {},
          {number("Web Port", 9000)},
          u"Web Port is already in use by another port."_s},
-        {"Stream",
-         {},
-         {text("DDNS Host Name", "my dvr")},
-         u"DDNS Host Name is not a valid host name."_s},
-        {"Stream",
-         {},
-         {text("Server Host 2", "cms_2")},
-         u"Server Host 2 is not a valid host name."_s},
-        {"E-Mail", {}, {text("Sender", "dvr@")}, u"Sender is not a valid e-mail address."_s},
-        {"E-Mail",
-         {},
-         {text("Recipient 2", "ops")},
-         u"Recipient 2 is not a valid e-mail address."_s},
         {"E-Mail",
          {},
          {text("Recipient 1", "ops@site.test"), text("Recipient 3", "OPS@site.test")},

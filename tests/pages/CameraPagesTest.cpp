@@ -1,6 +1,6 @@
 // What is special to each camera page.
 
-#include "pages/camera/CRemoteCameraAlarmDlg.h"
+#include "app/PageCatalog.h"
 #include "pages/camera/CRemoteCameraAlarmOutDlg.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
 #include "pages/camera/CRemoteCameraMotionDlg.h"
@@ -22,7 +22,7 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using pagetest::named;
@@ -120,46 +120,50 @@ TEST(MotionPage, MaskEditorIgnoresBitsThirtyAndThirtyOneAndClampsTheDrag)
     EXPECT_EQ(page.sectionBuffer(), expected.mid(2708, 4500));
 }
 
-TEST(CameraPages, ValuesOutOfRangeShowAsNoChoiceOrClampedAndStayStored)
+// A stored value that no list item stands for shows no choice, one past a
+// number box's range shows clamped; either goes back as it came, unless the
+// page says otherwise.
+TEST(Pages, ValuesOutOfRangeShowAsNoChoiceOrClampedAndStayStored)
 {
     namespace alarmIn = setup::fields::alarmIn;
+    namespace dst = setup::fields::dst;
     namespace motion = setup::fields::motion;
-    const auto alarm = [] {
-        return new CRemoteCameraAlarmDlg;
-    };
-    const auto motionPage = [] {
-        return new CRemoteCameraMotionDlg;
-    };
+    namespace ptz = setup::fields::ptz;
     const struct
     {
-        std::function<CSetupPage *()> create;
+        const char *page;
         setup::FieldInfo field;
+        int index;
         quint32 stored;
         const char *control;
         QString shown; // list text ("" for no choice) or number
         quint32 saved;
+        std::optional<setup::FieldInfo> on = {}; // set to 1 first
     } cases[] = {
-        {alarm, alarmIn::dwell, 0, "Dwell Time 01", {}, 0},
-        {alarm, alarmIn::dwell, 100, "Dwell Time 01", {}, 100},
-        {alarm, alarmIn::normallyClosed, 7, "Type 01", {}, 7},
-        {[] { return new CRemoteCameraAlarmOutDlg; },
-         setup::fields::alarmOut::days,
-         0x03,
-         "Day 01",
-         {},
-         0x03},
-        {[] { return new CRemoteCameraPTZDlg; }, setup::fields::ptz::panSpeed, 0, "Pan Speed 01",
-         u"1"_s, 0},
-        {motionPage, motion::dayStartHour, 25, "Day Time 01 hh", u"23"_s, 25},
-        {motionPage, motion::dayStartMinute, 99, "Day Time 01 mm", u"59"_s, 99},
+        {"Alarm-In", alarmIn::dwell, 0, 0, "Dwell Time 01", {}, 0},
+        {"Alarm-In", alarmIn::dwell, 0, 100, "Dwell Time 01", {}, 100},
+        {"Alarm-In", alarmIn::normallyClosed, 0, 7, "Type 01", {}, 7, alarmIn::enabled},
+        {"Alarm-Out", setup::fields::alarmOut::days, 0, 0x03, "Day 01", {}, 0x03},
+        {"PTZ", ptz::panSpeed, 0, 0, "Pan Speed 01", u"1"_s, 0},
+        // A channel not in use shows no protocol and saves protocol 0.
+        {"PTZ", ptz::protocol, 0, 2, "Protocol 01", u"None"_s, 0},
+        {"PTZ", ptz::protocol, 1, 9, "Protocol 02", {}, 9, ptz::inUse},
+        {"Motion", motion::dayStartHour, 0, 25, "Day Time 01 hh", u"23"_s, 25},
+        {"Motion", motion::dayStartMinute, 0, 99, "Day Time 01 mm", u"59"_s, 99},
+        {"Date / Time", setup::fields::dateTime::timeZone, 0, 85, "Time Zone", {}, 85},
+        {"Date / Time", dst::startMonth, 0, 0, "DST Start Time Month", {}, 0},
+        {"Date / Time", dst::endMonth, 0, 13, "DST End Time Month", {}, 13},
+        {"Date / Time", dst::startWeek, 0, 9, "DST Start Time Week", {}, 9},
+        {"Date / Time", dst::endHour, 0, 25, "DST End Time Hour", {}, 25},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.control);
         QByteArray record = setup::FactoryDefaults::record();
-        FieldTable::setNumber(record, c.field, c.stored);
-        if (c.field.offset == alarmIn::normallyClosed.offset)
-            FieldTable::setNumber(record, alarmIn::enabled, 1);
-        std::unique_ptr<CSetupPage> page(c.create());
+        if (c.on)
+            FieldTable::setNumber(record, *c.on, 1, c.index);
+        FieldTable::setNumber(record, c.field, c.stored, c.index);
+        std::unique_ptr<CSetupPage> page(
+            PageCatalog::entry(PageCatalog::indexOf(c.page)).create(nullptr));
         page->load(record, 16);
         const QString name = QString::fromLatin1(c.control);
         if (auto *list = named<QComboBox>(page.get(), name))
@@ -167,29 +171,17 @@ TEST(CameraPages, ValuesOutOfRangeShowAsNoChoiceOrClampedAndStayStored)
         else
             EXPECT_EQ(named<QSpinBox>(page.get(), name)->text(), c.shown);
         page->gather();
-        EXPECT_EQ(pagetest::number(*page, c.field), c.saved);
+        EXPECT_EQ(pagetest::number(*page, c.field, c.index), c.saved);
     }
 }
 
-TEST(PtzPage, ChannelNotInUseShowsNoProtocolAndSavesProtocolZero)
+TEST(PtzPage, ChannelListHasTheRecordersChannelsAndAProtocolPutsTheChannelInUse)
 {
     namespace ptz = setup::fields::ptz;
-    QByteArray record = setup::FactoryDefaults::record();
-    FieldTable::setNumber(record, ptz::protocol, 2, 0);
-    FieldTable::setNumber(record, ptz::inUse, 1, 1);
-    FieldTable::setNumber(record, ptz::protocol, 9, 1); // past the list
     CRemoteCameraPTZDlg page;
-    page.load(record, 4);
+    page.load(setup::FactoryDefaults::record(), 4);
     EXPECT_EQ(named<QComboBox>(&page, u"Channel"_s)->count(), 4);
     EXPECT_EQ(named<QComboBox>(&page, u"Channel"_s)->itemText(3), u"CH 04"_s);
-    EXPECT_EQ(named<QComboBox>(&page, u"Protocol 01"_s)->currentText(), u"None"_s);
-    EXPECT_EQ(named<QComboBox>(&page, u"Protocol 02"_s)->currentIndex(), -1);
-    page.gather();
-    QByteArray expected = record.mid(2068, 640);
-    expected[4] = 0;
-    EXPECT_EQ(page.sectionBuffer(), expected);
-
-    // A protocol chosen puts the channel in use.
     pagetest::select(&page, u"Protocol 03"_s, u"Pelco-P"_s);
     page.gather();
     EXPECT_EQ(pagetest::number(page, ptz::inUse, 2), 1u);

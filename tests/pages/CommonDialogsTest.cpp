@@ -129,33 +129,6 @@ TEST(ChannelSelection, EditorShowsTheChannelsAndKeepsWhatItDoesNotShow)
     EXPECT_EQ(record, expected);
 }
 
-TEST(ChannelSelection, SpotEditorKeepsEachChosenChannelsValue)
-{
-    namespace display = setup::fields::eventDisplay;
-    QByteArray record = pagetest::pattern(setup::SetupRecordMap::RecordSize);
-    QWidget page;
-    ChannelSelectionEditor editor(ChannelSelectionEditor::Dialog::Spot, display::spotChannel, 0, 0,
-                                  &page);
-    editor.setAccessibleName(u"Spot"_s);
-    editor.setLimit(16);
-    for (int c = 0; c < 16; ++c)
-        FieldTable::setNumber(record, display::spotChannel, c < 2 ? 7 : 0, c);
-    editor.fill(record, 0);
-    EXPECT_EQ(editor.text()->text(), u"01,02,"_s);
-
-    editor.choose();
-    auto *dialog = page.findChild<CRemoteChannelSel_Spot *>();
-    ASSERT_TRUE(dialog);
-    box(dialog, 2)->click();
-    box(dialog, 4)->click();
-    pagetest::button(dialog, u"OK"_s)->click();
-    QByteArray expected = record;
-    FieldTable::setNumber(expected, display::spotChannel, 0, 1);
-    FieldTable::setNumber(expected, display::spotChannel, 1, 3);
-    editor.gather(record, 0);
-    EXPECT_EQ(record, expected);
-}
-
 namespace {
 
 QCheckBox *target(const QWidget *dialog, int channel)

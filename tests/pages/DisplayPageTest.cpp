@@ -312,23 +312,37 @@ TEST(IntervalPage, KeepsTheUnusedWordAndAnUnknownTimeOutLeavesTheList)
     EXPECT_EQ(page.sectionBuffer(), expected);
 }
 
-TEST(EventDisplayPage, SpotDialogHoldsToTheLimitOfTheMode)
+// The spot dialog holds to the limit of the mode; the channels chosen there
+// keep the value each had, and the new ones get 1.
+TEST(EventDisplayPage, SpotChannelsKeepTheirValueAndTheDialogHoldsToTheLimitOfTheMode)
 {
+    namespace display = fields::eventDisplay;
     CRemoteDisplayEventDlg page;
     QByteArray r = record();
-    FieldTable::setNumber(r, fields::eventDisplay::spotMode, 2); // Event
+    FieldTable::setNumber(r, display::spotMode, 1); // Sequence
+    for (int c = 0; c < 16; ++c)
+        FieldTable::setNumber(r, display::spotChannel, c < 2 ? 7 : 0, c);
     page.load(r, 16);
-    const auto openedLimit = [&page] {
+    EXPECT_EQ(named<QLineEdit>(&page, u"Spot Channel"_s)->text(), u"01,02,"_s);
+    const auto openSpotDialog = [&page] {
         pagetest::button(&page, u"..."_s)->click();
-        auto *dialog = page.findChild<CRemoteChannelSel_Spot *>();
-        const int limit = dialog ? dialog->limit() : -1;
-        if (dialog)
-            dialog->reject();
-        return limit;
+        return page.findChild<CRemoteChannelSel_Spot *>();
     };
-    EXPECT_EQ(openedLimit(), 1);
-    pick(named<QComboBox>(&page, u"Spot Mode"_s), 1); // Sequence
-    EXPECT_EQ(openedLimit(), 16);
+    CRemoteChannelSel_Spot *dialog = openSpotDialog();
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(dialog->limit(), 16);
+    dialog->channelBox(1)->click();
+    dialog->channelBox(3)->click();
+    pagetest::button(dialog, u"OK"_s)->click();
+    QByteArray expected = r;
+    FieldTable::setNumber(expected, display::spotChannel, 0, 1);
+    FieldTable::setNumber(expected, display::spotChannel, 1, 3);
+    page.gather();
+    EXPECT_EQ(page.sectionBuffer(), expected.mid(page.recordOffset(), 696));
+
+    pick(named<QComboBox>(&page, u"Spot Mode"_s), 2); // Event
+    EXPECT_EQ(openSpotDialog()->limit(), 1);
+    dialog->reject();
     pick(named<QComboBox>(&page, u"Spot Mode"_s), 0); // Off
     EXPECT_FALSE(named<QLineEdit>(&page, u"Spot Channel"_s)->isEnabled());
 }

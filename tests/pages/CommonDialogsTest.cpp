@@ -100,33 +100,36 @@ TEST(ChannelSelection, SpotDialogStopsAtItsLimit)
 TEST(ChannelSelection, EditorShowsTheChannelsAndKeepsWhatItDoesNotShow)
 {
     namespace alarmIn = setup::fields::alarmIn;
-    // Editors read and write at record offsets: the whole record is a section at 0.
-    QByteArray record = pagetest::pattern(setup::SetupRecordMap::RecordSize);
-    FieldTable::setNumber(record, alarmIn::recordChannels, 0xA0010005, 2);
+    using Dialog = ChannelSelectionEditor::Dialog;
+    for (const Dialog kind : {Dialog::Channels, Dialog::AlarmOutputs}) {
+        // Editors read and write at record offsets: the whole record is a section at 0.
+        QByteArray record = pagetest::pattern(setup::SetupRecordMap::RecordSize);
+        FieldTable::setNumber(record, alarmIn::recordChannels, 0xA0010005, 2);
+        QWidget page;
+        ChannelSelectionEditor editor(kind, alarmIn::recordChannels, 2, 0, &page);
+        editor.setAccessibleName(u"Record Channel 03"_s);
+        editor.setChannelCount(16);
+        editor.fill(record, 0);
+        EXPECT_EQ(editor.text()->text(), u"01,03,"_s);
 
-    QWidget page;
-    ChannelSelectionEditor editor(ChannelSelectionEditor::Dialog::Channels, alarmIn::recordChannels,
-                                  2, 0, &page);
-    editor.setAccessibleName(u"Record Channel 03"_s);
-    editor.setChannelCount(16);
-    editor.fill(record, 0);
-    EXPECT_EQ(editor.text()->text(), u"01,03,"_s);
-
-    QSignalSpy edited(&editor, &FieldEditor::edited);
-    for (bool confirm : {false, true}) {
-        named<QPushButton>(&page, u"Record Channel 03..."_s)->click();
-        auto *dialog = page.findChild<CRemoteChannelSel *>();
-        ASSERT_TRUE(dialog && dialog->isVisible());
-        box(dialog, 1)->click();
-        box(dialog, 16)->click();
-        pagetest::button(dialog, confirm ? u"OK"_s : u"Cancel"_s)->click();
+        QSignalSpy edited(&editor, &FieldEditor::edited);
+        for (bool confirm : {false, true}) {
+            named<QPushButton>(&page, u"Record Channel 03..."_s)->click();
+            auto *dialog = page.findChild<ChannelSelectionDialog *>();
+            ASSERT_TRUE(dialog && dialog->isVisible());
+            EXPECT_EQ(qobject_cast<CRemoteChannelSelect *>(dialog) != nullptr,
+                      kind == Dialog::AlarmOutputs);
+            box(dialog, 1)->click();
+            box(dialog, 16)->click();
+            pagetest::button(dialog, confirm ? u"OK"_s : u"Cancel"_s)->click();
+        }
+        EXPECT_EQ(edited.count(), 1);
+        EXPECT_EQ(editor.text()->text(), u"03,16,"_s);
+        QByteArray expected = record;
+        editor.gather(record, 0);
+        FieldTable::setNumber(expected, alarmIn::recordChannels, 0xA0018004, 2);
+        EXPECT_EQ(record, expected);
     }
-    EXPECT_EQ(edited.count(), 1);
-    EXPECT_EQ(editor.text()->text(), u"03,16,"_s);
-    QByteArray expected = record;
-    editor.gather(record, 0);
-    FieldTable::setNumber(expected, alarmIn::recordChannels, 0xA0018004, 2);
-    EXPECT_EQ(record, expected);
 }
 
 namespace {
@@ -137,6 +140,38 @@ QCheckBox *target(const QWidget *dialog, int channel)
 }
 
 } // namespace
+
+TEST(CopySettingDialog, EachCopyModeOffersItsProperties)
+{
+    const std::pair<int, QStringList> modes[] = {
+        {1, {u"Title"_s, u"Covert"_s, u"Audio"_s}},
+        {2, {u"Type"_s, u"Beep"_s, u"Alarm-Out"_s}},
+        {3, {u"Type"_s, u"Dwell Time"_s}},
+        {4, {u"Beep"_s, u"Alarm-Out"_s}},
+        {12, {u"Beep"_s, u"Alarm-Out"_s}},
+        {5, {u"Day Time"_s}},
+        {6, {u"Min Blocks"_s, u"Sensitivity"_s, u"Mask Zone"_s}},
+        {7, {u"Min Blocks"_s, u"Sensitivity"_s, u"Mask Zone"_s}},
+        {13,
+         {u"Protocol"_s, u"Baudrate"_s, u"Data Bits"_s, u"Stop Bits"_s, u"Parity"_s,
+          u"PTZ Speed"_s}},
+        {8, {}},
+        {0, {}},
+    };
+    CRemoteCameraCopySettingDlg dialog;
+    for (const auto &[mode, properties] : modes) {
+        dialog.setCopyMode(mode);
+        dialog.open();
+        QStringList shown;
+        for (QCheckBox *box : dialog.findChildren<QCheckBox *>()) {
+            if (box->isVisible() && !box->accessibleName().contains(u"Ch "_s)
+                && box->accessibleName() != u"Select All"_s)
+                shown.append(box->accessibleName());
+        }
+        EXPECT_EQ(shown, properties) << "mode " << mode;
+        dialog.reject();
+    }
+}
 
 TEST(CopySettingDialog, SelectAllNeverTicksTheSource)
 {

@@ -9,8 +9,6 @@
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/CRemoteCameraMotionMaskDlg.h"
 #include "setup/Fields.h"
-#include "setup/SetupFiles.h"
-#include "tests/TestSupport.h"
 #include "tests/pages/PageTestSupport.h"
 
 #include <QCheckBox>
@@ -256,11 +254,7 @@ class CameraPage : public ::testing::Test
 protected:
     void SetUp() override
     {
-        page.setDefaultSource([] {
-            return setup::SetupFiles::readDefaultFile(testsupport::dataDir()
-                                                      + u"/DEFDVRSETUP.DAT"_s)
-                .bytes;
-        });
+        page.setDefaultSource([] { return setup::FactoryDefaults::record(); });
         page.show();
     }
 

@@ -30,7 +30,7 @@ using setup::FieldTable;
 using setup::Section;
 using setup::SetupRecordMap;
 
-TEST(PageHostSave, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
+TEST(PageHostSave, EachPageWritesItsSectionAndOverlappingPagesTakeTheBytesSent)
 {
     // The notification pages before Stream, whose block holds their sections.
     const char *const labels[]
@@ -81,6 +81,19 @@ TEST(PageHostSave, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
         }
         stored = pagetest::withSection(stored, *page->section(), page->sectionBuffer());
         EXPECT_TRUE(testsupport::waitFor([&] { return sim.storedRecord() == stored; }));
+        // Every other page holds the bytes it shares with this one as they were sent.
+        const int from = page->recordOffset();
+        const int to = from + int(page->sectionBuffer().size());
+        for (const char *other : labels) {
+            const CSetupPage *o = host.page(PageCatalog::indexOf(other));
+            const int start = std::max(from, o->recordOffset());
+            const int end = std::min(to, o->recordOffset() + int(o->sectionBuffer().size()));
+            if (start < end) {
+                EXPECT_EQ(o->sectionBuffer().mid(start - o->recordOffset(), end - start),
+                          page->sectionBuffer().mid(start - from, end - start))
+                    << other;
+            }
+        }
     }
 }
 

@@ -1,6 +1,5 @@
 #include "tests/session/ScriptedRecorder.h"
 
-#include "session/RemoteCommand.h"
 #include "setup/LittleEndian.h"
 #include "setup/SetupRecordMap.h"
 
@@ -8,51 +7,15 @@ using session::Frame;
 
 ScriptedRecorder::ScriptedRecorder()
     : record(setup::SetupRecordMap::RecordSize, '\x5A')
-    , onFrame([this](const Frame &frame) { answerAsRecorder(frame); })
 {
+    onFrame = [this](const Frame &frame) {
+        answerAsRecorder(frame);
+    };
     m_server.listen(QHostAddress::LocalHost, 0);
     connect(&m_server, &QTcpServer::newConnection, this, [this] {
-        m_client = m_server.nextPendingConnection();
-        connect(m_client, &QTcpSocket::readyRead, this, [this] {
-            m_reader.feed(m_client->readAll());
-            while (m_reader.hasFrame()) {
-                const auto frame = Frame::decode(m_reader.takeFrame());
-                if (!frame)
-                    continue;
-                received.push_back(*frame);
-                onFrame(*frame);
-            }
-        });
+        m_hasClient = true;
+        attach(m_server.nextPendingConnection());
     });
-}
-
-std::vector<Frame> ScriptedRecorder::receivedWith(qint32 command) const
-{
-    std::vector<Frame> frames;
-    for (const Frame &f : received) {
-        if (f.command == command)
-            frames.push_back(f);
-    }
-    return frames;
-}
-
-void ScriptedRecorder::send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload)
-{
-    sendRaw(Frame::encode(m_sequence++, command, param, payload));
-}
-
-void ScriptedRecorder::sendRaw(const QByteArray &bytes)
-{
-    if (m_client) {
-        m_client->write(bytes);
-        m_client->flush();
-    }
-}
-
-void ScriptedRecorder::closeClient()
-{
-    if (m_client)
-        m_client->abort();
 }
 
 void ScriptedRecorder::answerAsRecorder(const Frame &frame)

@@ -99,13 +99,13 @@ protected:
     QString firmwareDir() const { return recordPath() + u".firmware"_s; }
     QStringList kept() const { return QDir(firmwareDir()).entryList(QDir::Files | QDir::Hidden); }
 
-    static std::optional<Frame> send(FrameClient &client, const Packet &packet)
+    static std::optional<Frame> send(FramePeer &client, const Packet &packet)
     {
         return client.request(RemoteCommand::FirmwarePacket, packet.param, packet.payload);
     }
 
     // Sends every packet, expecting each accepted.
-    static void sendAll(FrameClient &client, const std::vector<Packet> &packets)
+    static void sendAll(FramePeer &client, const std::vector<Packet> &packets)
     {
         for (std::size_t i = 0; i < packets.size(); ++i) {
             const auto reply = send(client, packets[i]);

@@ -51,7 +51,7 @@ QDateTime timeOf(const Frame &answer)
 
 // Proves that nothing was answered before: answers keep their order, so the
 // acknowledgement of an OPEN sent now must be the very next frame.
-void expectNothingAnsweredBefore(FrameClient &client)
+void expectNothingAnsweredBefore(FramePeer &client)
 {
     const auto next = client.request(RemoteCommand::Open);
     ASSERT_TRUE(next);
@@ -59,7 +59,7 @@ void expectNothingAnsweredBefore(FrameClient &client)
 }
 
 // OPEN, an Admin LOGIN and a setup request, sent without waiting for answers.
-void sendOpeningFrames(FrameClient &client)
+void sendOpeningFrames(FramePeer &client)
 {
     client.send(RemoteCommand::Open);
     PACKET_STRING login;
@@ -143,7 +143,7 @@ TEST_F(RecorderProtocol, LoginsBeyondMaxUsersAreRefusedUntilASessionEnds)
     EXPECT_EQ(refused->words[0], 4u);
 
     first->disconnect();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 3; }, FrameClient::WaitMs));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 3; }, FramePeer::WaitMs));
     auto retried = third->login("Admin", "");
     ASSERT_TRUE(retried);
     EXPECT_EQ(retried->words[0], Accepted);
@@ -260,7 +260,7 @@ TEST_F(RecorderProtocol, WholeBlockWritesWaitForTheirSessionsCommit)
     // A session that ends before its commit takes its staged writes along.
     importer->write(WholeBlock, 604, pattern(696, 'p'));
     importer->disconnect();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 1; }, FrameClient::WaitMs));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 1; }, FramePeer::WaitMs));
     EXPECT_EQ(watcher->commit(), 1);
     EXPECT_EQ(storedRecord().sliced(604, 696), before.sliced(604, 696));
 }
@@ -420,7 +420,7 @@ TEST_F(RecorderProtocol, WritesFailingAnyCheckAreRefusedAndChangeNothing)
     struct Case
     {
         const char *what;
-        FrameClient &client;
+        FramePeer &client;
         quint32 category;
         quint32 length;
         quint32 offset;
@@ -500,7 +500,7 @@ TEST_F(RecorderProtocol, AtTheConnectionCapIdleConnectionsMakeWay)
     EXPECT_TRUE(idle1->waitClosed());
     auto user2 = admin();
     EXPECT_TRUE(idle2->waitClosed());
-    FrameClient refused(server->port());
+    FramePeer refused(server->port());
     EXPECT_TRUE(refused.waitClosed());
     EXPECT_TRUE(user1->setupRecord().size() == RecordSize && !user2->isClosed());
 }
@@ -514,7 +514,7 @@ TEST_F(RecorderProtocol, AClientThatDoesNotReadIsDroppedWhileOthersAreServed)
     QTcpSocket greedy;
     greedy.setReadBufferSize(1);
     greedy.connectToHost(QHostAddress(QHostAddress::LocalHost), server->port());
-    ASSERT_TRUE(greedy.waitForConnected(FrameClient::WaitMs));
+    ASSERT_TRUE(greedy.waitForConnected(FramePeer::WaitMs));
     PACKET_STRING login;
     login.memberId = "Admin";
     QByteArray requests = Frame::encode(0, RemoteCommand::Open, {})
@@ -527,7 +527,7 @@ TEST_F(RecorderProtocol, AClientThatDoesNotReadIsDroppedWhileOthersAreServed)
 
     auto other = admin();
     EXPECT_EQ(other->setupRecord().size(), RecordSize);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 1; }, FrameClient::WaitMs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 1; }, FramePeer::WaitMs));
     EXPECT_EQ(other->setupRecord().size(), RecordSize);
     QLoggingCategory::setFilterRules({});
 }

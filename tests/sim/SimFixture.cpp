@@ -22,14 +22,14 @@ QByteArray SimFixture::storedRecord() const
     return testsupport::readFile(recordPath());
 }
 
-std::unique_ptr<FrameClient> SimFixture::connect()
+std::unique_ptr<FramePeer> SimFixture::connect()
 {
-    auto client = std::make_unique<FrameClient>(server->port());
+    auto client = std::make_unique<FramePeer>(server->port());
     EXPECT_TRUE(client->waitConnected());
     return client;
 }
 
-std::unique_ptr<FrameClient> SimFixture::admin()
+std::unique_ptr<FramePeer> SimFixture::admin()
 {
     auto client = connect();
     const auto answer = client->login("Admin", "");

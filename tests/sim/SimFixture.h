@@ -2,7 +2,7 @@
 
 #include "sim/RecorderServer.h"
 #include "sim/SimOptions.h"
-#include "tests/sim/FrameClient.h"
+#include "tests/session/FramePeer.h"
 
 #include <QTemporaryDir>
 
@@ -22,9 +22,9 @@ protected:
     QString recordPath() const { return m_dir.filePath(QStringLiteral("recorder.dat")); }
     QByteArray storedRecord() const;
 
-    std::unique_ptr<FrameClient> connect();
+    std::unique_ptr<FramePeer> connect();
     // Connected and logged in as Admin with the empty factory password.
-    std::unique_ptr<FrameClient> admin();
+    std::unique_ptr<FramePeer> admin();
 
     sim::SimOptions options;
     std::unique_ptr<sim::RecorderServer> server;

@@ -4,6 +4,7 @@
 #include "firmware/RecorderVersions.h"
 #include "session/RemoteCommand.h"
 #include "tests/TestSupport.h"
+#include "tests/firmware/UploadPackets.h"
 #include "tests/session/ScriptedRecorder.h"
 #include "tests/session/SessionHarness.h"
 
@@ -12,8 +13,6 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-#include <map>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -166,7 +165,6 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
 {
     const QString sentText = u"Updatefile transfer is completed. \n\rReboot the system to "
                              u"perform the update. \n\rThe Remote Setup is terminated."_s;
-    const quint32 H = FirmwarePackage::HeaderSize;
     struct Case
     {
         const char *what;
@@ -174,45 +172,32 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
         quint32 gap;
         std::vector<Component> components;
         FirmwareVersion recorderType8;
-        std::vector<Words> expected;
+        std::vector<bool> sent;
         std::vector<int> percentages;
     };
     const Case cases[] = {
+        // Each percentage advanced before its chunk went out: 100, 200, 250,
+        // 350, 390 of 390.
         {"recorder at the package's version: every component",
          v(1, 0, 0, 0),
          16,
          {{2, v(0, 1, 0, 0), 250}, {0x1234, v(0, 0, 0, 0), 100}, {16, v(0, 1, 0, 0), 40}},
          v(1, 0, 0, 0),
-         {{W::Header, H + 16, 0, 0, 0, 0, 0, 0},
-          {W::Data, 2, 0, 390, 250, 100, W::FirstChunk, 0},
-          {W::Data, 2, 1, 390, 250, 100, W::LaterChunk, 0},
-          {W::Data, 2, 2, 390, 250, 50, W::LaterChunk, 0},
-          {W::Data, 2, 3, 390, 250, 0, W::EndOfComponent, 0},
-          {W::Data, 0x1234, 4, 390, 100, 100, W::FirstChunk, 0},
-          {W::Data, 0x1234, 5, 390, 100, 0, W::EndOfComponent, 0},
-          {W::Data, 16, 6, 390, 40, 40, W::FirstChunk, 0},
-          {W::Data, 16, 7, 390, 40, 0, W::EndOfComponent, 0},
-          {W::Data, 16, 8, 390, 0, 0, W::EndOfPackage, 0}},
-         // Each advanced before its chunk went out: 100, 200, 250, 350, 390 of 390.
+         {true, true, true},
          {25, 51, 64, 89, 100}},
         {"older recorder: newer and unknown components only",
          v(2, 0, 0, 0),
          0,
          {{2, v(1, 0, 0, 1), 30}, {8, v(1, 5, 0, 0), 70}, {0x4242, v(0, 0, 0, 1), 20}},
          v(1, 5, 0, 0),
-         {{W::Header, H, 0, 0, 0, 0, 0, 0},
-          {W::Data, 2, 0, 50, 30, 30, W::FirstChunk, 0},
-          {W::Data, 2, 1, 50, 30, 0, W::EndOfComponent, 0},
-          {W::Data, 0x4242, 2, 50, 20, 20, W::FirstChunk, 0},
-          {W::Data, 0x4242, 3, 50, 20, 0, W::EndOfComponent, 0},
-          {W::Data, 0x4242, 4, 50, 0, 0, W::EndOfPackage, 0}},
+         {true, false, true},
          {60, 100}},
         {"nothing newer: only the end of the package",
          v(1, 0, 0, 1),
          0,
          {{2, v(1, 0, 0, 0), 500}, {0xF0010000, v(0, 9, 0, 0), 500}},
          v(1, 0, 0, 0),
-         {{W::Header, H, 0, 0, 0, 0, 0, 0}, {W::Data, 0, 0, 0, 0, 0, W::EndOfPackage, 0}},
+         {false, false},
          {}},
     };
     for (const Case &c : cases) {
@@ -225,21 +210,11 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
 
         EXPECT_EQ(upload->outcome(), Outcome::Completed);
         const std::vector<Frame> sent = packets();
-        ASSERT_EQ(sent.size(), c.expected.size());
-        const QByteArray file = testsupport::readFile(package.path());
-        EXPECT_EQ(sent[0].payload, file.first(FirmwarePackage::HeaderSize));
-        std::map<quint32, QByteArray> data;
+        const auto expected = uploadPackets(testsupport::readFile(package.path()), 100, c.sent);
+        ASSERT_EQ(sent.size(), expected.size());
         for (std::size_t i = 0; i < sent.size(); ++i) {
-            EXPECT_EQ(sent[i].param.words, c.expected[i]) << "packet " << i;
-            if (i > 0) {
-                EXPECT_EQ(sent[i].payload.size(), c.expected[i][5]) << "packet " << i;
-                data[sent[i].param.words[1]] += sent[i].payload;
-            }
-        }
-        for (const FirmwarePackage::Component &component : package.components()) {
-            if (data.count(component.type) && component.size > 0) {
-                EXPECT_EQ(data[component.type], file.sliced(component.offset, component.size));
-            }
+            EXPECT_EQ(sent[i].param, expected[i].param) << "packet " << i;
+            EXPECT_EQ(sent[i].payload, expected[i].payload) << "packet " << i;
         }
         EXPECT_EQ(percentages, c.percentages);
         EXPECT_EQ(harness.messages, QStringList {sentText});

@@ -4,11 +4,11 @@
 #include "session/FrameReader.h"
 #include "session/PacketString.h"
 #include "session/RemoteCommand.h"
+#include "tests/TestSupport.h"
 
 #include <QHostAddress>
 #include <QPointer>
 #include <QTcpSocket>
-#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -54,7 +54,7 @@ public:
     }
     bool waitReceived(std::size_t count)
     {
-        return QTest::qWaitFor([&] { return received.size() >= count; }, WaitMs);
+        return testsupport::waitFor([&] { return received.size() >= count; }, WaitMs);
     }
 
     void send(qint32 command, const PACKET_PARAM &param = {}, QByteArrayView payload = {})
@@ -79,12 +79,12 @@ public:
     }
     bool waitConnected()
     {
-        (void)QTest::qWaitFor([this] { return isConnected() || isClosed(); }, WaitMs);
+        (void)testsupport::waitFor([this] { return isConnected() || isClosed(); }, WaitMs);
         return isConnected();
     }
     bool waitClosed()
     {
-        return QTest::qWaitFor([this] { return isClosed(); }, WaitMs);
+        return testsupport::waitFor([this] { return isClosed(); }, WaitMs);
     }
     void close()
     {
@@ -101,7 +101,8 @@ public:
     // connection closed or nothing came in time.
     std::optional<session::Frame> next()
     {
-        (void)QTest::qWaitFor([this] { return m_taken < received.size() || isClosed(); }, WaitMs);
+        (void)testsupport::waitFor([this] { return m_taken < received.size() || isClosed(); },
+                                   WaitMs);
         return take();
     }
     // The same without waiting.

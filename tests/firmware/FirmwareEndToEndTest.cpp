@@ -54,15 +54,14 @@ TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
     gone.kill();
     ASSERT_TRUE(sim.isRunning() && busy.isRunning() && dropping.isRunning());
 
-    struct Case
+    const struct
     {
         const char *what;
         const SimProcess &sim;
         QStringList arguments;
         int exitCode;
         QString says;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"completed",
          sim,
          {u"upload"_s, good},
@@ -89,7 +88,7 @@ TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
          NoSession,
          u"The Remote Setup is terminated\\.|closed the connection"_s},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         const testsupport::CliRun run = c.sim.cli(c.arguments);
         EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();

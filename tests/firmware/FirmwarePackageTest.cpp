@@ -49,13 +49,12 @@ void setEntrySize(QByteArray &bytes, int entry, quint32 size)
 
 TEST(FirmwarePackage, RefusesBrokenPackagesNamingTheFault)
 {
-    struct Case
+    const struct
     {
         const char *what;
         std::function<void(QByteArray &)> change;
         Fault fault;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"shorter than the header", [](QByteArray &b) { b.truncate(Header - 1); },
          Fault::ShorterThanHeader},
         {"empty", [](QByteArray &b) { b.clear(); }, Fault::ShorterThanHeader},
@@ -91,7 +90,7 @@ TEST(FirmwarePackage, RefusesBrokenPackagesNamingTheFault)
          Fault::ComponentsPastEnd},
     };
     QTemporaryDir dir;
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         QByteArray bytes = goodPackage();
         c.change(bytes);

@@ -165,7 +165,7 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
 {
     const QString sentText = u"Updatefile transfer is completed. \n\rReboot the system to "
                              u"perform the update. \n\rThe Remote Setup is terminated."_s;
-    struct Case
+    const struct
     {
         const char *what;
         FirmwareVersion package;
@@ -174,8 +174,7 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
         FirmwareVersion recorderType8;
         std::vector<bool> sent;
         std::vector<int> percentages;
-    };
-    const Case cases[] = {
+    } cases[] = {
         // Each percentage advanced before its chunk went out: 100, 200, 250,
         // 350, 390 of 390.
         {"recorder at the package's version: every component",
@@ -200,7 +199,7 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
          {false, false},
          {}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         versions.components[1] = c.recorderType8;
         const FirmwarePackage package = write(c.package, c.components, c.gap);
@@ -228,13 +227,12 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
 // packet either.
 TEST_F(FirmwareUploaderTest, HeaderReplyThatDoesNotGoOnEndsQuietly)
 {
-    struct Case
+    const struct
     {
         const char *what;
         Words words;
         qsizetype versionBytes;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"word 0 not 1", {2, W::GoOn, 4, 0, 100, 0, 0, 0}, 54},
         {"declined", {1, W::Decline, 4, 0, 100, 0, 0, 0}, 54},
         {"unknown word 1", {1, 2, 4, 0, 100, 0, 0, 0}, 54},
@@ -245,7 +243,7 @@ TEST_F(FirmwareUploaderTest, HeaderReplyThatDoesNotGoOnEndsQuietly)
         {"chunk size past a frame", {1, W::GoOn, 4, 0, 1024 * 1024 + 1, 0, 0, 0}, 258},
     };
     const FirmwarePackage package = write(v(2, 0, 0, 0), {{2, v(2, 0, 0, 0), 250}});
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         header = c.words;
         versionBytes = c.versionBytes;
@@ -260,7 +258,7 @@ TEST_F(FirmwareUploaderTest, AnUnfinishedTransferSaysWhyAndStopsTheRecorderWhenI
 {
     const QString terminated = u"\nThe Remote Setup is terminated.\nPlease try to reconnect."_s;
     enum Fault { Busy, SilentOnHeader, SilentOnChunk, RefusedChunk, Cancel, FileCut, FileGone };
-    struct Case
+    const struct
     {
         const char *what;
         Fault fault;
@@ -268,8 +266,7 @@ TEST_F(FirmwareUploaderTest, AnUnfinishedTransferSaysWhyAndStopsTheRecorderWhenI
         std::size_t packets;
         bool stop; // a stop packet went out, and the program ends
         QString message;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"busy", Busy, Outcome::Busy, 1, false,
          u"Update Impossible.\nDVR is performing an important task."_s},
         {"silent on the header", SilentOnHeader, Outcome::NoResponse, 2, true,
@@ -285,7 +282,7 @@ TEST_F(FirmwareUploaderTest, AnUnfinishedTransferSaysWhyAndStopsTheRecorderWhenI
         {"file gone", FileGone, Outcome::ReadFailed, 1, true,
          u"UPDATE ERROR!! Unable to read file."_s + terminated},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         if (c.fault == Busy)
             header[1] = W::Busy;

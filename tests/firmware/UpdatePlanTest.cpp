@@ -58,13 +58,12 @@ TEST(RecorderVersions, ReadsTheShortAndTheLongFormOnly)
 
 TEST(UpdatePlan, OlderRecorderTakesOnlyNewerKnownComponentsAndEveryUnknownOne)
 {
-    struct Case
+    const struct
     {
         quint32 type;
         FirmwareVersion version;
         bool sent;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {2, v(1, 1, 0, 1), true}, // slot 0 holds 1.1.0.0
         {2, v(1, 1, 0, 0), false},          {2, v(1, 0, 9, 9), false},
         {0x00010002, v(1, 1, 0, 0), false}, // known by its low 16 bits

@@ -31,7 +31,7 @@ struct Recorded
 
 TEST(ConnectingWait, DecidesByTheWorkersWords)
 {
-    struct Case
+    const struct
     {
         const char *what;
         int state;
@@ -40,8 +40,7 @@ TEST(ConnectingWait, DecidesByTheWorkersWords)
         int rounds;
         bool arrivesAfterLocking;
         std::vector<std::string> expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"failed worker", 7, 0, true, 300, false, {"failed"}},
         {"idle worker", 0, 0, true, 300, false, {"failed"}},
         {"record arrived", 4, 1, true, 300, false, {"arrived"}},
@@ -50,7 +49,7 @@ TEST(ConnectingWait, DecidesByTheWorkersWords)
         {"short wait never locks", 3, 0, true, 20, false, {"timed out"}},
         {"record after the lock", 3, 0, true, 300, true, {"locked", "arrived"}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         auto status = std::make_shared<SessionStatus>();
         status->state = c.state;

@@ -75,13 +75,12 @@ TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimit)
 
 TEST(Frame, HeadCheckRejectsWrongMagicAndLengthsOutsideTheLimits)
 {
-    struct Case
+    const struct
     {
         const char *name;
         QByteArray head;
         qsizetype expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"bare head", headWith(Frame::Magic, 60), 60},
         {"largest frame", headWith(Frame::Magic, 60 + 1048576), 60 + 1048576},
         {"wrong magic", headWith(0x4B525350, 60), -1},
@@ -91,7 +90,7 @@ TEST(Frame, HeadCheckRejectsWrongMagicAndLengthsOutsideTheLimits)
         {"total at u32 max", headWith(Frame::Magic, 0xFFFFFFFF), -1},
         {"truncated head", headWith(Frame::Magic, 60).first(59), -1},
     };
-    for (const Case &c : cases)
+    for (const auto &c : cases)
         EXPECT_EQ(Frame::checkHead(c.head), c.expected) << c.name;
 }
 

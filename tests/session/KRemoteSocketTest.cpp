@@ -151,7 +151,7 @@ TEST_F(KRemoteSocketTest, ConnectRefusesBadEntriesAtOnceAndReportsTheAttemptsOut
         {"port 0", "127.0.0.1", 0, RefusedAtOnce},
         {"port beyond 16 bits", "127.0.0.1", 65536u + port, RefusedAtOnce},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         receiver.received.clear();
         REMOTESOCKET_CONNECT_INFO target;
@@ -282,13 +282,12 @@ TEST_F(KRemoteSocketTest, FramesAreNumberedInSendOrderAndInvalidSendsSendNothing
 
     ASSERT_TRUE(peer.waitReceived(7));
     ASSERT_EQ(peer.received.size(), 7u);
-    struct Expected
+    const struct
     {
         qint32 command;
         PACKET_PARAM param;
         QByteArray payload;
-    };
-    const Expected expected[] = {
+    } expected[] = {
         {RemoteCommand::Open, PACKET_PARAM {{1, 0x500000}}, {}},
         {RemoteCommand::Login, {}, login.toBytes()},
         {RemoteCommand::SetupRequest, request, {}},

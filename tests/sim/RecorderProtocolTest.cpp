@@ -90,13 +90,12 @@ TEST_F(RecorderProtocol, LoginCodesFollowTheUsersSection)
     options.slowFailedLogins = false;
     ASSERT_TRUE(start());
 
-    struct Case
+    const struct
     {
         const char *member;
         const char *password;
         quint32 code;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"Admin", "secret", 1},
         {"aDMIN", "secret", 1},
         {"Admin", "", 2},
@@ -112,7 +111,7 @@ TEST_F(RecorderProtocol, LoginCodesFollowTheUsersSection)
         {"", "", 0},
         {"Admin2", "secret", 0},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(std::string(c.member) + " / " + c.password);
         auto client = connect();
         const auto answer = client->login(c.member, c.password);
@@ -161,9 +160,7 @@ TEST_F(RecorderProtocol, RefuseLoginForcesItsCodeAndOnlyOpenAndLoginAreServedWit
     EXPECT_EQ(answer->words[0], 7u);
     client->send(RemoteCommand::SetupRequest);
     client->send(RemoteCommand::DateTime, timeParam(1));
-    PACKET_PARAM write;
-    write.words = {CameraCategory, 4, 1300};
-    client->send(RemoteCommand::SetupWrite, write, "abcd");
+    client->send(RemoteCommand::SetupWrite, PACKET_PARAM {{CameraCategory, 4, 1300}}, "abcd");
     expectNothingAnsweredBefore(*client);
     EXPECT_EQ(storedRecord(), before);
 }
@@ -173,59 +170,31 @@ TEST_F(RecorderProtocol, SetupAnswerCarriesTheRecordAndTheHardwareCounts)
     options.channels = 16;
     ASSERT_TRUE(start());
     auto client = admin();
-    PACKET_PARAM request;
-    request.words[0] = RecordSize;
-    const auto answer = client->request(RemoteCommand::SetupRequest, request);
+    const auto answer
+        = client->request(RemoteCommand::SetupRequest, PACKET_PARAM {{quint32(RecordSize)}});
     ASSERT_TRUE(answer);
     EXPECT_EQ(answer->command, RemoteCommand::SetupAnswer);
     EXPECT_EQ(answer->payload, storedRecord());
     EXPECT_EQ(answer->payload, setup::FactoryDefaults::record());
-    const QByteArray param = answer->param.toBytes();
-    EXPECT_EQ(LittleEndian::u32(param, 8), 0u);
-    EXPECT_EQ(LittleEndian::u16(param, 12), 16);
-    EXPECT_EQ(LittleEndian::u16(param, 14), 4);
-    EXPECT_EQ(LittleEndian::u16(param, 16), 4);
-    EXPECT_EQ(LittleEndian::u16(param, 18), 2);
+    // A current copy (word 2 is 0), then the counts as four 16-bit values.
+    EXPECT_EQ(answer->param.toBytes().sliced(8, 12),
+              QByteArray::fromHex("000000001000040004000200"));
 }
 
 TEST(SetupAnswerValues, ScaleWithTheChannelCount)
 {
-    struct Case
+    const struct
     {
         int channels;
         sim::SetupAnswerValues values;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {1, {1, 1, 1, 1}}, {4, {4, 1, 4, 1}}, {5, {5, 2, 4, 1}},
         {8, {8, 2, 4, 1}}, {9, {9, 3, 4, 2}}, {16, {16, 4, 4, 2}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.channels);
         EXPECT_EQ(sim::SetupAnswerValues::forChannels(c.channels), c.values);
     }
-}
-
-TEST_F(RecorderProtocol, WritesApplyAtOnceAndReachTheFile)
-{
-    ASSERT_TRUE(start());
-    auto client = admin();
-    auto watcher = admin();
-    const QByteArray camera = pattern(768, 'c');
-    const QByteArray users = pattern(532, 'u');
-    // Were these answered, the acknowledgement would not come next.
-    client->send(RemoteCommand::KeepAlive);
-    client->send(0x7777, {}, "unknown");
-    EXPECT_EQ(client->write(CameraCategory, 1300, camera), 1);
-    EXPECT_EQ(client->write(10, 32, users), 1);
-    // The last byte of the record is writable too.
-    EXPECT_EQ(client->write(1, 15147, "z"), 1);
-
-    QByteArray expected = setup::FactoryDefaults::record();
-    expected.replace(1300, 768, camera);
-    expected.replace(32, 532, users);
-    expected[15147] = 'z';
-    EXPECT_EQ(storedRecord(), expected);
-    EXPECT_EQ(watcher->setupRecord(), expected);
 }
 
 TEST_F(RecorderProtocol, WholeBlockWritesWaitForTheirSessionsCommit)
@@ -265,28 +234,40 @@ TEST_F(RecorderProtocol, WholeBlockWritesWaitForTheirSessionsCommit)
     EXPECT_EQ(storedRecord().sliced(604, 696), before.sliced(604, 696));
 }
 
-TEST_F(RecorderProtocol, DropAfterClosesOnceTheNthFrameIsAnswered)
+// Answers keep their order: a delay holds each of them back, and a drop
+// closes the connection once the n-th frame is answered.
+TEST_F(RecorderProtocol, DelayAndDropAfterKeepTheAnswersInOrder)
 {
-    options.dropAfter = 3;
-    ASSERT_TRUE(start());
-    auto client = connect();
-    // Three frames in one go, a fourth behind them that is never read.
-    sendOpeningFrames(*client);
-    client->send(RemoteCommand::Open);
-
     const qint32 expected[]
-        = {RemoteCommand::OpenAck, RemoteCommand::LoginAnswer, RemoteCommand::SetupAnswer};
-    for (const qint32 command : expected) {
-        const auto frame = client->next();
-        ASSERT_TRUE(frame);
-        EXPECT_EQ(frame->command, command);
+        = {RemoteCommand::OpenAck, RemoteCommand::LoginAnswer, RemoteCommand::SetupAnswer,
+           RemoteCommand::SetupWriteAck, RemoteCommand::DateTimeAnswer};
+    for (const bool drop : {false, true}) {
+        SCOPED_TRACE(drop ? "drop after 3" : "delay 300 ms");
+        options.delayMs = drop ? 0 : 300;
+        options.dropAfter = drop ? 3 : 0;
+        ASSERT_TRUE(start());
+        auto client = connect();
+        QElapsedTimer elapsed;
+        elapsed.start();
+        sendOpeningFrames(*client);
+        client->send(RemoteCommand::SetupWrite, PACKET_PARAM {{CameraCategory, 1, 1300}}, "w");
+        client->send(RemoteCommand::DateTime, timeParam(1));
+        for (quint32 i = 0; i < (drop ? 3u : 5u); ++i) {
+            const auto frame = client->next();
+            ASSERT_TRUE(frame);
+            EXPECT_EQ(frame->command, expected[i]);
+            EXPECT_EQ(frame->sequence, i);
+        }
+        if (drop) {
+            EXPECT_TRUE(client->waitClosed());
+            EXPECT_FALSE(client->take());
+            // Every connection gets its own count.
+            EXPECT_TRUE(connect()->request(RemoteCommand::Open));
+        } else {
+            // Only a lower bound: a slow machine can make it later, never earlier.
+            EXPECT_GE(elapsed.elapsed(), 300);
+        }
     }
-    EXPECT_TRUE(client->waitClosed());
-    EXPECT_FALSE(client->take());
-
-    // Every connection gets its own count.
-    auto other = connect();
-    EXPECT_TRUE(other->request(RemoteCommand::Open));
 }
 
 TEST_F(RecorderProtocol, MalformedFramesCloseOnlyTheirConnection)
@@ -311,9 +292,8 @@ TEST_F(RecorderProtocol, MalformedFramesCloseOnlyTheirConnection)
     }
 
     // A whole frame in front of the bad bytes is still served.
-    PACKET_PARAM write;
-    write.words = {CameraCategory, 4, 1300};
-    const QByteArray valid = Frame::encode(2, RemoteCommand::SetupWrite, write, "kept");
+    const QByteArray valid = Frame::encode(2, RemoteCommand::SetupWrite,
+                                           PACKET_PARAM {{CameraCategory, 4, 1300}}, "kept");
     auto client = admin();
     client->sendRaw(valid + garbage + valid);
     const auto ack = client->next();
@@ -364,32 +344,6 @@ TEST_F(RecorderProtocol, ClockCanBeSetAndReadAndIgnoresInvalidTimes)
     EXPECT_GE(timeOf(*leap), QDateTime(QDate(2032, 2, 29), QTime(23, 59), QTimeZone::utc()));
 }
 
-TEST_F(RecorderProtocol, DelayHoldsEveryAnswerBackButKeepsTheirOrder)
-{
-    options.delayMs = 300;
-    ASSERT_TRUE(start());
-    auto client = connect();
-    QElapsedTimer elapsed;
-    elapsed.start();
-    sendOpeningFrames(*client);
-    PACKET_PARAM write;
-    write.words = {CameraCategory, 1, 1300};
-    client->send(RemoteCommand::SetupWrite, write, "w");
-    client->send(RemoteCommand::DateTime, timeParam(1));
-
-    const qint32 expected[]
-        = {RemoteCommand::OpenAck, RemoteCommand::LoginAnswer, RemoteCommand::SetupAnswer,
-           RemoteCommand::SetupWriteAck, RemoteCommand::DateTimeAnswer};
-    for (quint32 i = 0; i < std::size(expected); ++i) {
-        const auto frame = client->next();
-        ASSERT_TRUE(frame);
-        EXPECT_EQ(frame->command, expected[i]);
-        EXPECT_EQ(frame->sequence, i);
-    }
-    // Only a lower bound: a slow machine can make it later, never earlier.
-    EXPECT_GE(elapsed.elapsed(), 300);
-}
-
 TEST_F(RecorderProtocol, AChangeThatCannotBeSavedIsRefusedAndUndone)
 {
     ASSERT_TRUE(start());
@@ -404,9 +358,10 @@ TEST_F(RecorderProtocol, AChangeThatCannotBeSavedIsRefusedAndUndone)
     EXPECT_EQ(client->setupRecord(), before);
 }
 
-// A write must fit the record outside the header, carry exactly its length
-// and fall in a section its account may change.
-TEST_F(RecorderProtocol, WritesFailingAnyCheckAreRefusedAndChangeNothing)
+// A write applies at once and reaches the file when it fits the record
+// outside the header, carries exactly its length and falls in a section its
+// account may change; else it is refused and changes nothing.
+TEST_F(RecorderProtocol, WritesApplyAtOnceUnlessAnyCheckFails)
 {
     // User1 may use the cameras (bit 2) and log in over the network (bit 8).
     QByteArray record = setup::FactoryDefaults::record();
@@ -416,8 +371,12 @@ TEST_F(RecorderProtocol, WritesFailingAnyCheckAreRefusedAndChangeNothing)
     auto user = connect();
     ASSERT_EQ(user->login("User1", "")->words[0], Accepted);
     auto admin = this->admin();
+    auto watcher = this->admin();
+    // Were these answered, the acknowledgement would not come next.
+    admin->send(RemoteCommand::KeepAlive);
+    admin->send(0x7777, {}, "unknown");
 
-    struct Case
+    const struct
     {
         const char *what;
         FramePeer &client;
@@ -426,8 +385,9 @@ TEST_F(RecorderProtocol, WritesFailingAnyCheckAreRefusedAndChangeNothing)
         quint32 offset;
         qsizetype payload;
         quint32 ack;
-    };
-    const Case cases[] = {
+    } cases[] = {
+        {"camera setup, by Admin", *admin, CameraCategory, 768, 1300, 768, 1},
+        {"the last byte", *admin, 1, 1, 15147, 1, 1},
         {"header", *admin, 0, 4, 28, 4, 0},
         {"header start", *admin, 0, 32, 0, 32, 0},
         {"one past the end", *admin, 1, 2, 15147, 2, 0},
@@ -446,18 +406,15 @@ TEST_F(RecorderProtocol, WritesFailingAnyCheckAreRefusedAndChangeNothing)
         {"camera setup running into PTZ", *user, CameraCategory, 16, 2060, 16, 0},
         {"stream", *user, 1, 1272, 13876, 1272, 0},
         {"a whole block", *user, WholeBlock, 7172, 1300, 7172, 0},
-        {"users, by Admin", *admin, 10, 4, 564 - 4, 4, 1},
+        {"the whole users section, by Admin", *admin, 10, 532, 32, 532, 1},
     };
     QByteArray expected = storedRecord();
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
-        PACKET_PARAM param;
-        param.words = {c.category, c.length, c.offset};
-        const QByteArray bytes = pattern(c.payload, 'r');
-        const auto ack = c.client.request(RemoteCommand::SetupWrite, param, bytes);
-        ASSERT_TRUE(ack);
-        EXPECT_EQ(ack->command, RemoteCommand::SetupWriteAck);
-        EXPECT_EQ(ack->param.words[0], c.ack);
+        const QByteArray bytes = pattern(c.payload, char('a' + (&c - cases)));
+        EXPECT_EQ(c.client.replyWord(RemoteCommand::SetupWriteAck, RemoteCommand::SetupWrite,
+                                     PACKET_PARAM {{c.category, c.length, c.offset}}, bytes),
+                  c.ack);
         if (c.ack)
             expected.replace(c.offset, c.length, bytes);
         EXPECT_EQ(storedRecord(), expected);
@@ -465,7 +422,7 @@ TEST_F(RecorderProtocol, WritesFailingAnyCheckAreRefusedAndChangeNothing)
     EXPECT_EQ(admin->commit(), 1);
     EXPECT_EQ(user->commit(), 1);
     EXPECT_EQ(storedRecord(), expected);
-    EXPECT_EQ(admin->setupRecord(), expected);
+    EXPECT_EQ(watcher->setupRecord(), expected);
 }
 
 TEST_F(RecorderProtocol, ConnectionsWithoutLoginOrKeepAliveAreClosedAndFreeTheirSlot)
@@ -476,8 +433,7 @@ TEST_F(RecorderProtocol, ConnectionsWithoutLoginOrKeepAliveAreClosedAndFreeTheir
     ASSERT_TRUE(start());
     auto silent = connect();
     auto oversized = connect();
-    PACKET_PARAM head;
-    oversized->sendRaw(Frame::encode(0, RemoteCommand::Login, head, QByteArray(65536, 'x')));
+    oversized->sendRaw(Frame::encode(0, RemoteCommand::Login, {}, QByteArray(65536, 'x')));
     auto first = admin();
     EXPECT_TRUE(silent->waitClosed());
     EXPECT_TRUE(oversized->waitClosed());
@@ -519,10 +475,9 @@ TEST_F(RecorderProtocol, AClientThatDoesNotReadIsDroppedWhileOthersAreServed)
     login.memberId = "Admin";
     QByteArray requests = Frame::encode(0, RemoteCommand::Open, {})
                           + Frame::encode(1, RemoteCommand::Login, {}, login.toBytes());
-    PACKET_PARAM whole;
-    whole.words[0] = RecordSize;
     for (quint32 i = 2; i < 2000; ++i)
-        requests += Frame::encode(i, RemoteCommand::SetupRequest, whole);
+        requests
+            += Frame::encode(i, RemoteCommand::SetupRequest, PACKET_PARAM {{quint32(RecordSize)}});
     greedy.write(requests);
 
     auto other = admin();

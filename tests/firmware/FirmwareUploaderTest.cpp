@@ -60,25 +60,20 @@ protected:
             if (frame.command != RemoteCommand::FirmwarePacket)
                 return recorder.answerAsRecorder(frame);
             const std::size_t index = packets().size() - 1;
-            if (index == silentOn)
+            const quint32 kind = frame.param.words[0];
+            if (index == silentOn || (kind != W::Header && kind != W::Data))
                 return;
-            if (cancelOnData && frame.param.words[0] == W::Data)
+            if (cancelOnData && kind == W::Data)
                 current->cancel();
-            if (frame.param.words[0] == W::Header)
-                reply(header, (versions.toBytes() + QByteArray(204, 'r')).first(versionBytes));
-            else if (frame.param.words[0] == W::Data)
-                reply({W::DataReply, index == refusedOn ? W::Refused : W::Accepted, 0, 0, 0, 0, 0,
-                       0});
+            const Words data {W::DataReply, index == refusedOn ? W::Refused : W::Accepted};
+            const QByteArray bytes
+                = (versions.toBytes() + QByteArray(204, 'r')).first(versionBytes);
+            recorder.send(RemoteCommand::FirmwareReply,
+                          PACKET_PARAM {kind == W::Header ? header : data},
+                          kind == W::Header ? bytes : QByteArray());
         };
         harness.connect(recorder.port());
         ASSERT_TRUE(harness.waitForReady());
-    }
-
-    void reply(const Words &words, const QByteArray &data = {})
-    {
-        PACKET_PARAM param;
-        param.words = words;
-        recorder.send(RemoteCommand::FirmwareReply, param, data);
     }
 
     FirmwarePackage write(FirmwareVersion version, const std::vector<Component> &components,
@@ -95,50 +90,36 @@ protected:
         return FirmwarePackage::open(path, &fault).value_or(FirmwarePackage());
     }
 
-    std::unique_ptr<FirmwareUploader> uploader(const FirmwarePackage &package)
+    // Runs an upload of `package` to its end and reacts to its outcome as
+    // its owner does, then makes sure that everything the client sent has
+    // reached the recorder: frames keep their order, so once a clock
+    // request sent afterwards has arrived, so has any stop packet.
+    std::unique_ptr<FirmwareUploader> run(const FirmwarePackage &package)
     {
         recorder.received.clear();
         harness.messages.clear();
         harness.sessionMessages.clear();
         harness.exitCode.reset();
         percentages.clear();
-        auto uploader = std::make_unique<FirmwareUploader>(*harness.worker, package);
-        current = uploader.get();
-        uploader->setWaits(0ms, silentOn == Never ? 10000ms : 300ms);
-        QObject::connect(uploader.get(), &FirmwareUploader::percentageChanged,
+        auto upload = std::make_unique<FirmwareUploader>(*harness.worker, package);
+        current = upload.get();
+        upload->setWaits(0ms, silentOn == Never ? 10000ms : 300ms);
+        QObject::connect(upload.get(), &FirmwareUploader::percentageChanged,
                          [this](int percent) { percentages.push_back(percent); });
-        return uploader;
-    }
-
-    // Runs an upload to its end and reacts to its outcome as its owner does,
-    // then makes sure that everything the client sent has reached the
-    // recorder: frames keep their order, so once a clock request sent
-    // afterwards has arrived, so has any stop packet.
-    bool run(FirmwareUploader &uploader)
-    {
-        if (!uploader.start()
-            || !testsupport::waitFor([&] { return bool(uploader.outcome()); }, 60000))
-            return false;
-        if (const QString text = FirmwareUploader::message(*uploader.outcome()); !text.isEmpty())
+        if (!upload->start()
+            || !testsupport::waitFor([&] { return bool(upload->outcome()); }, 60000))
+            return nullptr;
+        if (const QString text = FirmwareUploader::message(*upload->outcome()); !text.isEmpty())
             harness.messages.append(text);
-        if (FirmwareUploader::endsProgram(*uploader.outcome()))
+        if (FirmwareUploader::endsProgram(*upload->outcome()))
             harness.exitCode = 0;
         const std::size_t requests = recorder.receivedWith(RemoteCommand::DateTime).size();
         harness.worker->dateTimeCommand(1, RecorderTime {});
-        return testsupport::waitFor(
-            [&] { return recorder.receivedWith(RemoteCommand::DateTime).size() > requests; });
-    }
-
-    void expectEnd(const FirmwareUploader &upload, Outcome outcome, std::size_t count, bool stop,
-                   const QString &message)
-    {
-        EXPECT_EQ(upload.outcome(), outcome);
-        const std::vector<Frame> sent = packets();
-        ASSERT_EQ(sent.size(), count);
-        EXPECT_EQ(sent.back().param.words[0] == W::Stop, stop);
-        EXPECT_EQ(harness.messages, message.isEmpty() ? QStringList {} : QStringList {message});
-        EXPECT_EQ(harness.exitCode.has_value(), stop);
+        if (!testsupport::waitFor(
+                [&] { return recorder.receivedWith(RemoteCommand::DateTime).size() > requests; }))
+            return nullptr;
         EXPECT_EQ(harness.sessionMessages, std::vector<int>(2, int(SessionMessage::UploadRunning)));
+        return upload;
     }
 
     std::vector<Frame> packets() const
@@ -203,10 +184,10 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
         SCOPED_TRACE(c.what);
         versions.components[1] = c.recorderType8;
         const FirmwarePackage package = write(c.package, c.components, c.gap);
-        auto upload = uploader(package);
 
-        ASSERT_TRUE(run(*upload));
+        const auto upload = run(package);
 
+        ASSERT_TRUE(upload);
         EXPECT_EQ(upload->outcome(), Outcome::Completed);
         const std::vector<Frame> sent = packets();
         const auto expected = uploadPackets(testsupport::readFile(package.path()), 100, c.sent);
@@ -218,76 +199,76 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
         EXPECT_EQ(percentages, c.percentages);
         EXPECT_EQ(harness.messages, QStringList {sentText});
         EXPECT_EQ(harness.exitCode, 0);
-        EXPECT_EQ(harness.sessionMessages, std::vector<int>(2, int(SessionMessage::UploadRunning)));
         EXPECT_FALSE(upload->start()) << "an uploader runs once";
     }
 }
 
-// A header reply that does not go on ends the upload quietly, with no stop
-// packet either.
-TEST_F(FirmwareUploaderTest, HeaderReplyThatDoesNotGoOnEndsQuietly)
-{
-    const struct
-    {
-        const char *what;
-        Words words;
-        qsizetype versionBytes;
-    } cases[] = {
-        {"word 0 not 1", {2, W::GoOn, 4, 0, 100, 0, 0, 0}, 54},
-        {"declined", {1, W::Decline, 4, 0, 100, 0, 0, 0}, 54},
-        {"unknown word 1", {1, 2, 4, 0, 100, 0, 0, 0}, 54},
-        {"word 2 not 4", {1, W::GoOn, 3, 0, 100, 0, 0, 0}, 54},
-        {"53 bytes of versions", GoOnWords, 53},
-        {"no versions", GoOnWords, 0},
-        {"chunk size 0", {1, W::GoOn, 4, 0, 0, 0, 0, 0}, 54},
-        {"chunk size past a frame", {1, W::GoOn, 4, 0, 1024 * 1024 + 1, 0, 0, 0}, 258},
-    };
-    const FirmwarePackage package = write(v(2, 0, 0, 0), {{2, v(2, 0, 0, 0), 250}});
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.what);
-        header = c.words;
-        versionBytes = c.versionBytes;
-        auto upload = uploader(package);
-        ASSERT_TRUE(run(*upload));
-        expectEnd(*upload, Outcome::Declined, 1, false, {});
-    }
-}
-
-// Every other end short of a completed transfer.
+// Every end short of a completed transfer. A header reply that does not go
+// on ends the upload quietly, with no stop packet either; the other ends say
+// why, and stop the recorder when it was sending.
 TEST_F(FirmwareUploaderTest, AnUnfinishedTransferSaysWhyAndStopsTheRecorderWhenItWasSending)
 {
     const QString terminated = u"\nThe Remote Setup is terminated.\nPlease try to reconnect."_s;
-    enum Fault { Busy, SilentOnHeader, SilentOnChunk, RefusedChunk, Cancel, FileCut, FileGone };
+    const QString noResponse = u"No Response From The Set"_s + terminated;
+    enum Fault { None, SilentOnHeader, SilentOnChunk, RefusedChunk, Cancel, FileCut, FileGone };
     const struct
     {
         const char *what;
+        Words header;
+        qsizetype versionBytes;
         Fault fault;
         Outcome outcome;
         std::size_t packets;
         bool stop; // a stop packet went out, and the program ends
         QString message;
     } cases[] = {
-        {"busy", Busy, Outcome::Busy, 1, false,
+        {"word 0 not 1", {2, W::GoOn, 4, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
+        {"declined", {1, W::Decline, 4, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
+        {"unknown word 1", {1, 2, 4, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
+        {"word 2 not 4", {1, W::GoOn, 3, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
+        {"53 bytes of versions", GoOnWords, 53, None, Outcome::Declined, 1, false, {}},
+        {"no versions", GoOnWords, 0, None, Outcome::Declined, 1, false, {}},
+        {"chunk size 0", {1, W::GoOn, 4, 0, 0}, 54, None, Outcome::Declined, 1, false, {}},
+        {"chunk size past a frame",
+         {1, W::GoOn, 4, 0, 1024 * 1024 + 1},
+         258,
+         None,
+         Outcome::Declined,
+         1,
+         false,
+         {}},
+        {"busy",
+         {1, W::Busy, 4, 0, 100},
+         54,
+         None,
+         Outcome::Busy,
+         1,
+         false,
          u"Update Impossible.\nDVR is performing an important task."_s},
-        {"silent on the header", SilentOnHeader, Outcome::NoResponse, 2, true,
-         u"No Response From The Set"_s + terminated},
-        {"silent on the second chunk", SilentOnChunk, Outcome::NoResponse, 4, true,
-         u"No Response From The Set"_s + terminated},
-        {"second chunk refused", RefusedChunk, Outcome::Refused, 4, true,
+        {"silent on the header", GoOnWords, 54, SilentOnHeader, Outcome::NoResponse, 2, true,
+         noResponse},
+        {"silent on the second chunk", GoOnWords, 54, SilentOnChunk, Outcome::NoResponse, 4, true,
+         noResponse},
+        {"second chunk refused", GoOnWords, 54, RefusedChunk, Outcome::Refused, 4, true,
          u"UPDATE ERROR!! Unable to send data."_s + terminated},
-        {"canceled: ends after the chunk on its way", Cancel, Outcome::Canceled, 2, false, {}},
+        {"canceled: ends after the chunk on its way",
+         GoOnWords,
+         54,
+         Cancel,
+         Outcome::Canceled,
+         2,
+         false,
+         {}},
         // The package was checked when it was chosen; it changes afterwards.
-        {"file cut short", FileCut, Outcome::SizeIncorrect, 3, true,
+        {"file cut short", GoOnWords, 54, FileCut, Outcome::SizeIncorrect, 3, true,
          u"UPDATE ERROR!! File size is incorrect."_s + terminated},
-        {"file gone", FileGone, Outcome::ReadFailed, 1, true,
+        {"file gone", GoOnWords, 54, FileGone, Outcome::ReadFailed, 1, true,
          u"UPDATE ERROR!! Unable to read file."_s + terminated},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
-        if (c.fault == Busy)
-            header[1] = W::Busy;
-        else
-            header = GoOnWords;
+        header = c.header;
+        versionBytes = c.versionBytes;
         silentOn = c.fault == SilentOnHeader ? 0 : c.fault == SilentOnChunk ? 2 : Never;
         refusedOn = c.fault == RefusedChunk ? 2 : Never;
         cancelOnData = c.fault == Cancel;
@@ -296,16 +277,22 @@ TEST_F(FirmwareUploaderTest, AnUnfinishedTransferSaysWhyAndStopsTheRecorderWhenI
             QFile::resize(package.path(), FirmwarePackage::HeaderSize + 150);
         else if (c.fault == FileGone)
             QFile::remove(package.path());
-        auto upload = uploader(package);
-        ASSERT_TRUE(run(*upload));
-        expectEnd(*upload, c.outcome, c.packets, c.stop, c.message);
+        const auto upload = run(package);
+        ASSERT_TRUE(upload);
+        EXPECT_EQ(upload->outcome(), c.outcome);
+        const std::vector<Frame> sent = packets();
+        ASSERT_EQ(sent.size(), c.packets);
+        EXPECT_EQ(sent.back().param.words[0] == W::Stop, c.stop);
+        EXPECT_EQ(harness.messages, c.message.isEmpty() ? QStringList {} : QStringList {c.message});
+        EXPECT_EQ(harness.exitCode.has_value(), c.stop);
     }
 }
 
 TEST_F(FirmwareUploaderTest, TheSessionStopsItsUploadBeforeItsHandleGoes)
 {
     QPointer<FirmwareUploader> upload
-        = uploader(write(v(2, 0, 0, 0), {{2, v(2, 0, 0, 0), 100000}})).release();
+        = new FirmwareUploader(*harness.worker, write(v(2, 0, 0, 0), {{2, v(2, 0, 0, 0), 100000}}));
+    upload->setWaits(0ms, 10000ms);
     harness.worker->adoptUpload(upload);
     ASSERT_TRUE(upload->start());
     ASSERT_TRUE(testsupport::waitFor([&] { return packets().size() >= 3; }));

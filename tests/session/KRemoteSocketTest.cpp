@@ -31,6 +31,7 @@ struct Notification
     KRSMGAPI_HANDLE handle;
     quint32 kind;
     QByteArray packet;
+    friend bool operator==(const Notification &, const Notification &) = default;
 };
 
 // Stands in for the session: records every notification it is sent.
@@ -74,14 +75,6 @@ protected:
             KRSMGAPI_Destroy(handle);
     }
 
-    REMOTESOCKET_CONNECT_INFO info(quint16 port) const
-    {
-        REMOTESOCKET_CONNECT_INFO info;
-        info.address = "127.0.0.1";
-        info.port = port;
-        return info;
-    }
-
     KRSMGAPI_HANDLE create()
     {
         KRSMGAPI_HANDLE handle = KRSMGAPI_Create(&receiver, nullptr, nullptr);
@@ -94,25 +87,12 @@ protected:
     KRSMGAPI_HANDLE connectTo(ScriptedRecorder &recorder)
     {
         KRSMGAPI_HANDLE handle = create();
-        const REMOTESOCKET_CONNECT_INFO target = info(recorder.port());
+        const REMOTESOCKET_CONNECT_INFO target {"127.0.0.1", recorder.port()};
         EXPECT_NE(KRSMGAPI_Connect(handle, &target), 0);
+        const Notification connected {handle, REMOTESOCKET_NOTIFY::Connected, {}};
         EXPECT_TRUE(QTest::qWaitFor(
-            [&] {
-                return recorder.hasClient()
-                       && std::any_of(receiver.received.begin(), receiver.received.end(),
-                                      [&](const Notification &n) {
-                                          return n.handle == handle
-                                                 && n.kind == REMOTESOCKET_NOTIFY::Connected;
-                                      });
-            },
-            WaitMs));
+            [&] { return recorder.hasClient() && receiver.received.contains(connected); }, WaitMs));
         return handle;
-    }
-
-    // Waits for the n-th notification (counting from 1).
-    bool waitReceived(qsizetype n)
-    {
-        return QTest::qWaitFor([&] { return receiver.received.size() >= n; }, WaitMs);
     }
 
     ScriptedRecorder peer;
@@ -130,52 +110,46 @@ TEST_F(KRemoteSocketTest, ConnectRefusesBadEntriesAtOnceAndReportsTheAttemptsOut
     closed.close();
 
     constexpr quint32 RefusedAtOnce = ~0u; // nothing posted either
-    struct Case
+    const quint32 port = peer.port();
+    const struct
     {
         const char *name;
-        QByteArray address;
-        quint32 port;
+        REMOTESOCKET_CONNECT_INFO target;
         quint32 notified;
-    };
-    const quint16 port = peer.port();
-    const Case cases[] = {
-        {"address", "127.0.0.1", port, REMOTESOCKET_NOTIFY::Connected},
-        {"name", "localhost", port, REMOTESOCKET_NOTIFY::Connected},
+    } cases[] = {
+        {"address", {"127.0.0.1", port}, REMOTESOCKET_NOTIFY::Connected},
+        {"name", {"localhost", port}, REMOTESOCKET_NOTIFY::Connected},
         // A zero byte ends the address, as in the fixed-width field it comes from.
-        {"address ended by a zero", QByteArray("127.0.0.1\0junk", 14), port,
+        {"address ended by a zero",
+         {QByteArray("127.0.0.1\0junk", 14), port},
          REMOTESOCKET_NOTIFY::Connected},
-        {"refused", "127.0.0.1", closedPort, REMOTESOCKET_NOTIFY::ConnectFailed},
-        {"unresolvable", "no-such-recorder.invalid", port, REMOTESOCKET_NOTIFY::ConnectFailed},
-        {"empty address", "", port, RefusedAtOnce},
-        {"address filling its field", QByteArray(260, 'a'), port, RefusedAtOnce},
-        {"port 0", "127.0.0.1", 0, RefusedAtOnce},
-        {"port beyond 16 bits", "127.0.0.1", 65536u + port, RefusedAtOnce},
+        {"refused", {"127.0.0.1", closedPort}, REMOTESOCKET_NOTIFY::ConnectFailed},
+        {"unresolvable", {"no-such-recorder.invalid", port}, REMOTESOCKET_NOTIFY::ConnectFailed},
+        {"empty address", {"", port}, RefusedAtOnce},
+        {"address filling its field", {QByteArray(260, 'a'), port}, RefusedAtOnce},
+        {"port 0", {"127.0.0.1", 0}, RefusedAtOnce},
+        {"port beyond 16 bits", {"127.0.0.1", 65536u + port}, RefusedAtOnce},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         receiver.received.clear();
-        REMOTESOCKET_CONNECT_INFO target;
-        target.address = c.address;
-        target.port = c.port;
         KRSMGAPI_HANDLE handle = create();
         ASSERT_NE(handle, nullptr);
         const bool started = c.notified != RefusedAtOnce;
-        EXPECT_EQ(KRSMGAPI_Connect(handle, &target) != 0, started);
+        EXPECT_EQ(KRSMGAPI_Connect(handle, &c.target) != 0, started);
+        const QList<Notification> expected {{handle, c.notified, {}}};
         if (started) {
-            ASSERT_TRUE(waitReceived(1));
-            EXPECT_EQ(receiver.received[0].handle, handle);
-            EXPECT_EQ(receiver.received[0].kind, c.notified);
-            EXPECT_TRUE(receiver.received[0].packet.isEmpty());
+            ASSERT_TRUE(QTest::qWaitFor([&] { return !receiver.received.isEmpty(); }, WaitMs));
         }
         QCoreApplication::processEvents();
-        EXPECT_EQ(receiver.received.size(), started ? 1 : 0);
+        EXPECT_TRUE(receiver.received == (started ? expected : QList<Notification> {}));
         // One connection per handle, and sends only on an established one.
-        EXPECT_EQ(KRSMGAPI_Connect(handle, &target), 0);
+        EXPECT_EQ(KRSMGAPI_Connect(handle, &c.target), 0);
         const bool connected = c.notified == REMOTESOCKET_NOTIFY::Connected;
         EXPECT_EQ(sendKeepAlive(handle) != 0, connected);
         EXPECT_EQ(KRSMGAPI_SendInitPacketData(handle) != 0, connected);
     }
-    const REMOTESOCKET_CONNECT_INFO target = info(peer.port());
+    const REMOTESOCKET_CONNECT_INFO target {"127.0.0.1", port};
     EXPECT_EQ(KRSMGAPI_Connect(create(), nullptr), 0);
     EXPECT_EQ(KRSMGAPI_Connect(nullptr, &target), 0);
     EXPECT_EQ(KRSMGAPI_Create(nullptr, nullptr, nullptr), nullptr);
@@ -185,9 +159,7 @@ TEST_F(KRemoteSocketTest, ConnectRefusesBadEntriesAtOnceAndReportsTheAttemptsOut
 TEST_F(KRemoteSocketTest, AHangingAttemptEndsSilentlyWithDisconnect)
 {
     testsupport::HangingListener listener;
-    REMOTESOCKET_CONNECT_INFO target;
-    target.address = "127.0.0.1";
-    target.port = listener.port();
+    const REMOTESOCKET_CONNECT_INFO target {"127.0.0.1", listener.port()};
     KRSMGAPI_HANDLE handle = create();
     ASSERT_NE(KRSMGAPI_Connect(handle, &target), 0);
     QTest::qWait(200);
@@ -221,25 +193,20 @@ TEST_F(KRemoteSocketTest, PeerFramesBecomeNotificationsOfTheirHandleWhateverTheC
         QCoreApplication::processEvents();
     }
 
-    ASSERT_TRUE(waitReceived(7));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return receiver.received.size() >= 7; }, WaitMs));
     QList<Notification> ofA;
     QList<Notification> ofB;
     for (const Notification &n : receiver.received)
         (n.handle == a ? ofA : ofB).append(n);
-    ASSERT_EQ(ofA.size(), 5);
-    EXPECT_EQ(ofA[0].kind, REMOTESOCKET_NOTIFY::Connected);
-    EXPECT_EQ(ofA[1].kind, REMOTESOCKET_NOTIFY::InitAcknowledged);
-    EXPECT_TRUE(ofA[1].packet.isEmpty());
-    for (int i : {2, 3, 4})
-        EXPECT_EQ(ofA[i].kind, REMOTESOCKET_NOTIFY::PacketReceived) << i;
-    EXPECT_EQ(ofA[2].packet, loginAnswer);
-    EXPECT_TRUE(ofA[3].packet == setupAnswer);
-    EXPECT_EQ(ofA[4].packet, loginAnswer);
-    ASSERT_EQ(ofB.size(), 2);
-    EXPECT_EQ(ofB[0].handle, b);
-    EXPECT_EQ(ofB[0].kind, REMOTESOCKET_NOTIFY::Connected);
-    EXPECT_EQ(ofB[1].handle, b);
-    EXPECT_EQ(ofB[1].packet, toB);
+    constexpr quint32 Packet = REMOTESOCKET_NOTIFY::PacketReceived;
+    EXPECT_TRUE(ofA
+                == (QList<Notification> {{a, REMOTESOCKET_NOTIFY::Connected, {}},
+                                         {a, REMOTESOCKET_NOTIFY::InitAcknowledged, {}},
+                                         {a, Packet, loginAnswer},
+                                         {a, Packet, setupAnswer},
+                                         {a, Packet, loginAnswer}}));
+    EXPECT_TRUE(
+        ofB == (QList<Notification> {{b, REMOTESOCKET_NOTIFY::Connected, {}}, {b, Packet, toB}}));
 }
 
 // Sends refused for their arguments send nothing and use up no number: the

@@ -54,43 +54,31 @@ TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
     gone.kill();
     ASSERT_TRUE(sim.isRunning() && busy.isRunning() && dropping.isRunning());
 
+    const QString none = dir.filePath(u"none.KRP"_s);
+    // The upload's arguments: the package, when there is one.
     const struct
     {
         const char *what;
         const SimProcess &sim;
-        QStringList arguments;
+        QString package;
         int exitCode;
         QString says;
     } cases[] = {
-        {"completed",
-         sim,
-         {u"upload"_s, good},
-         Success,
-         u"\n100 %\nUpdatefile transfer is completed."_s},
-        {"busy recorder", busy, {u"upload"_s, good}, Refused, u"Update Impossible."_s},
+        {"completed", sim, good, Success, u"\n100 %\nUpdatefile transfer is completed."_s},
+        {"busy recorder", busy, good, Refused, u"Update Impossible."_s},
         // Checked before connecting: the recorder is not even there.
-        {"broken package",
-         gone,
-         {u"upload"_s, broken},
-         Refused,
-         u"components of the firmware package run past the end"_s},
-        {"missing package",
-         gone,
-         {u"upload"_s, dir.filePath(u"none.KRP"_s)},
-         UsageError,
-         u"cannot be read"_s},
-        {"no package", gone, {u"upload"_s}, UsageError, u"upload takes one PACKAGE"_s},
-        {"no recorder", gone, {u"upload"_s, good}, NoSession, u"cannot connect"_s},
+        {"broken package", gone, broken, Refused, u"components of the firmware package run past"_s},
+        {"missing package", gone, none, UsageError, u"cannot be read"_s},
+        {"no package", gone, {}, UsageError, u"upload takes one PACKAGE"_s},
+        {"no recorder", gone, good, NoSession, u"cannot connect"_s},
         // Whichever notices first, the upload or the session's probe.
-        {"connection lost",
-         dropping,
-         {u"upload"_s, good},
-         NoSession,
+        {"connection lost", dropping, good, NoSession,
          u"The Remote Setup is terminated\\.|closed the connection"_s},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
-        const testsupport::CliRun run = c.sim.cli(c.arguments);
+        const testsupport::CliRun run = c.sim.cli(
+            c.package.isEmpty() ? QStringList {u"upload"_s} : QStringList {u"upload"_s, c.package});
         EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(QRegularExpression(c.says))) << run.err.toStdString();
     }

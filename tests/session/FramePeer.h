@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -29,17 +30,11 @@ public:
     FramePeer() = default;
     // The client end, connecting to `port`.
     explicit FramePeer(quint16 port)
+        : m_own(std::make_unique<QTcpSocket>())
     {
-        attach(new QTcpSocket);
+        attach(m_own.get());
         m_socket->connectToHost(QHostAddress(QHostAddress::LocalHost), port);
     }
-    virtual ~FramePeer()
-    {
-        if (m_owned)
-            delete m_socket.data();
-    }
-    FramePeer(const FramePeer &) = delete;
-    FramePeer &operator=(const FramePeer &) = delete;
 
     // Frames received so far, in order; onFrame sees each as it arrives.
     std::vector<session::Frame> received;
@@ -90,11 +85,6 @@ public:
     {
         if (m_socket)
             m_socket->abort();
-    }
-    void disconnect()
-    {
-        if (m_socket)
-            m_socket->disconnectFromHost();
     }
 
     // The next frame not handed out yet, once it came; nothing when the
@@ -163,12 +153,10 @@ public:
     }
 
 protected:
-    // Takes the frames of `socket` from now on; a socket without a parent
-    // is the peer's own.
+    // Takes the frames of `socket` from now on.
     void attach(QTcpSocket *socket)
     {
         m_socket = socket;
-        m_owned = socket->parent() == nullptr;
         QObject::connect(socket, &QTcpSocket::readyRead, socket, [this] { readAvailable(); });
     }
 
@@ -190,8 +178,8 @@ private:
         }
     }
 
+    std::unique_ptr<QTcpSocket> m_own;
     QPointer<QTcpSocket> m_socket;
-    bool m_owned = false;
     session::FrameReader m_reader;
     std::size_t m_taken = 0;
     quint32 m_sequence = 0;

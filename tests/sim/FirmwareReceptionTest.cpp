@@ -197,7 +197,7 @@ TEST_F(FirmwareReceptionTest, StopPacketOrHangUpDiscardsTheTransfer)
         auto client = admin();
         sendAll(*client, {packets.begin(), packets.begin() + 2});
         if (hangUp) {
-            client->disconnect();
+            client->close();
             ASSERT_TRUE(testsupport::waitFor([&] { return server->sessionCount() == 0; }));
         } else {
             client->send(RemoteCommand::FirmwarePacket, PACKET_PARAM {{W::Stop}});

@@ -141,7 +141,7 @@ TEST_F(RecorderProtocol, LoginsBeyondMaxUsersAreRefusedUntilASessionEnds)
     ASSERT_TRUE(refused);
     EXPECT_EQ(refused->words[0], 4u);
 
-    first->disconnect();
+    first->close();
     ASSERT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 3; }, FramePeer::WaitMs));
     auto retried = third->login("Admin", "");
     ASSERT_TRUE(retried);
@@ -228,7 +228,7 @@ TEST_F(RecorderProtocol, WholeBlockWritesWaitForTheirSessionsCommit)
 
     // A session that ends before its commit takes its staged writes along.
     importer->write(WholeBlock, 604, pattern(696, 'p'));
-    importer->disconnect();
+    importer->close();
     ASSERT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 1; }, FramePeer::WaitMs));
     EXPECT_EQ(watcher->commit(), 1);
     EXPECT_EQ(storedRecord().sliced(604, 696), before.sliced(604, 696));

@@ -133,6 +133,12 @@ public:
             return std::nullopt;
         return answer->param;
     }
+    // The code of that login answer; -1 without one.
+    qint64 loginCode(QByteArrayView memberId, QByteArrayView password)
+    {
+        const auto answer = login(memberId, password);
+        return answer ? qint64(answer->words[0]) : -1;
+    }
     // A setup write (or commit) and the word of its acknowledgement; -1 without one.
     qint64 write(quint32 category, quint32 offset, QByteArrayView bytes)
     {

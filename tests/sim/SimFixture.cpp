@@ -32,7 +32,6 @@ std::unique_ptr<FramePeer> SimFixture::connect()
 std::unique_ptr<FramePeer> SimFixture::admin()
 {
     auto client = connect();
-    const auto answer = client->login("Admin", "");
-    EXPECT_TRUE(answer && answer->words[0] == 1) << "Admin login failed";
+    EXPECT_EQ(client->loginCode("Admin", ""), 1) << "Admin login failed";
     return client;
 }

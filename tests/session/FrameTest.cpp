@@ -49,7 +49,7 @@ const QList<QByteArray> &sampleFrames()
 
 } // namespace
 
-TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimit)
+TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimitAndDecodesItBack)
 {
     PACKET_PARAM param;
     for (int i = 0; i < PACKET_PARAM::WordCount; ++i)
@@ -67,6 +67,17 @@ TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimit)
                                                       "05050505060606060707070708080808")
                                 + "xyz";
     EXPECT_EQ(frame, expected);
+
+    // Decoding takes apart only a whole, well-formed packet.
+    const std::optional<Frame> decoded = Frame::decode(frame);
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(decoded->sequence, 0x0A0B0C0Du);
+    EXPECT_EQ(decoded->command, -65535);
+    EXPECT_EQ(decoded->param, param);
+    EXPECT_EQ(decoded->payload, "xyz");
+    EXPECT_FALSE(Frame::decode(frame.chopped(1)));
+    EXPECT_FALSE(Frame::decode(frame + 'x'));
+    EXPECT_FALSE(Frame::decode(frame.first(30)));
 
     EXPECT_EQ(Frame::encode(0, 4227, {}, QByteArray(Frame::MaxPayloadSize, 'c')).size(),
               Frame::MaxSize);
@@ -92,24 +103,6 @@ TEST(Frame, HeadCheckRejectsWrongMagicAndLengthsOutsideTheLimits)
     };
     for (const auto &c : cases)
         EXPECT_EQ(Frame::checkHead(c.head), c.expected) << c.name;
-}
-
-TEST(Frame, DecodeTakesApartOnlyAWholeWellFormedPacket)
-{
-    PACKET_PARAM param;
-    param.words = {5, 768, 1300, 0, 0, 0, 0, 0xFFFFFFFF};
-    const QByteArray payload(768, 'p');
-    const QByteArray packet = Frame::encode(7, 4608, param, payload);
-    const std::optional<Frame> frame = Frame::decode(packet);
-    ASSERT_TRUE(frame);
-    EXPECT_EQ(frame->sequence, 7u);
-    EXPECT_EQ(frame->command, 4608);
-    EXPECT_EQ(frame->param, param);
-    EXPECT_EQ(frame->payload, payload);
-
-    EXPECT_FALSE(Frame::decode(packet.chopped(1)));
-    EXPECT_FALSE(Frame::decode(packet + 'x'));
-    EXPECT_FALSE(Frame::decode(packet.first(30)));
 }
 
 // Covers whole-stream feeds (both cuts at 0) and frames glued together.

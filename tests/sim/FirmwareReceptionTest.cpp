@@ -59,44 +59,31 @@ protected:
         return client.request(RemoteCommand::FirmwarePacket, packet.param, packet.payload);
     }
 
-    // Sends every packet, expecting each accepted.
-    static void sendAll(FramePeer &client, const std::vector<UploadPacket> &packets)
+    // Sends every packet, expecting each accepted; the versions the reply
+    // to the header carries.
+    static std::optional<RecorderVersions> sendAll(FramePeer &client,
+                                                   const std::vector<UploadPacket> &packets)
     {
+        std::optional<RecorderVersions> versions;
         for (std::size_t i = 0; i < packets.size(); ++i) {
             const auto reply = send(client, packets[i]);
-            ASSERT_TRUE(reply) << "packet " << i;
+            if (!reply) {
+                ADD_FAILURE() << "no reply to packet " << i;
+                break;
+            }
             EXPECT_EQ(reply->command, RemoteCommand::FirmwareReply);
             const Words expected
                 = i == 0 ? Words {W::HeaderReply, W::GoOn, W::VersionDataFollows, 0, ChunkSize}
                          : Accepted;
             EXPECT_EQ(reply->param.words, expected) << "packet " << i;
+            if (i == 0)
+                versions = RecorderVersions::fromBytes(reply->payload);
         }
+        return versions;
     }
 };
 
 } // namespace
-
-// A busy recorder's reply is the uploader's end-to-end test.
-TEST_F(FirmwareReceptionTest, HeaderReplyCarriesTheVersionsAndTheChunkSize)
-{
-    options.softwareVersion = {3, 4, 5, 6};
-    options.chunkSize = 512;
-    options.channels = 8;
-    ASSERT_TRUE(start());
-    auto client = admin();
-
-    const auto reply = send(*client, packetsOf().front());
-
-    ASSERT_TRUE(reply);
-    EXPECT_EQ(reply->param.words,
-              (Words {W::HeaderReply, W::GoOn, W::VersionDataFollows, 0, 512, 0, 0, 0}));
-    const auto versions = RecorderVersions::fromBytes(reply->payload);
-    ASSERT_TRUE(versions);
-    EXPECT_EQ(versions->overall, (FirmwareVersion {{3, 4, 5, 6}}));
-    for (const FirmwareVersion &component : versions->components)
-        EXPECT_EQ(component, versions->overall);
-    EXPECT_EQ(versions->model, "SIM-DVR 8CH");
-}
 
 TEST_F(FirmwareReceptionTest, ReceivedPackageIsKeptAndItsVersionReportedFromThenOn)
 {
@@ -114,22 +101,28 @@ TEST_F(FirmwareReceptionTest, ReceivedPackageIsKeptAndItsVersionReportedFromThen
         {"the second only", {false, true}, head + bytes.sliced(dataOffset + 300)},
         {"nothing", {false, false}, head},
     };
+    options.softwareVersion = {3, 4, 5, 6};
+    options.channels = 8;
     ASSERT_TRUE(start());
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         QDir(firmwareDir()).removeRecursively();
         auto client = admin();
 
-        sendAll(*client, packetsOf(c.send));
+        const auto versions = sendAll(*client, packetsOf(c.send));
 
+        // The version of the package received before, from then on.
+        ASSERT_TRUE(versions);
+        const FirmwareVersion before
+            = &c == cases ? FirmwareVersion {{3, 4, 5, 6}} : FirmwareVersion {{2, 0, 0, 0}};
+        EXPECT_EQ(versions->overall, before);
+        for (const FirmwareVersion &component : versions->components)
+            EXPECT_EQ(component, versions->overall);
+        EXPECT_EQ(versions->model, "SIM-DVR 8CH");
         EXPECT_EQ(kept(), QStringList {u"firmware-2.0.0.0.KRP"_s});
         EXPECT_EQ(testsupport::readFile(firmwareDir() + u"/firmware-2.0.0.0.KRP"_s), c.kept);
         EXPECT_EQ(storedRecord().sliced(setup::SetupRecordMap::SoftwareVersionOffset, 4),
                   QByteArray("\x02\0\0\0", 4));
-        const auto reply = send(*client, packetsOf().front());
-        ASSERT_TRUE(reply);
-        EXPECT_EQ(RecorderVersions::fromBytes(reply->payload)->overall,
-                  (FirmwareVersion {{2, 0, 0, 0}}));
     }
 }
 

@@ -178,8 +178,7 @@ TEST(CWork, EventsOfAnEndedSessionAreDropped)
 TEST(CWork, ConnectionEventForAnotherHandleFailsTheSession)
 {
     ScriptedRecorder recorder;
-    recorder.onFrame = [](const Frame &) {
-    };
+    recorder.onFrame = {};
     SessionHarness harness;
     CWork &work = harness.connect(recorder.port());
     ASSERT_TRUE(waitFor([&] { return !recorder.received.empty(); }));
@@ -205,19 +204,16 @@ TEST(CWork, SetupAnswersOfTheWrongLengthAreNotStoredButStillAskTheTime)
 
     // A second current copy overwrites the mirror and asks for the time again;
     // a reference copy goes to its own buffer.
-    PACKET_PARAM current;
-    recorder.send(RemoteCommand::SetupAnswer, current, numberedRecord());
-    PACKET_PARAM reference;
-    reference.words[2] = 1;
+    recorder.send(RemoteCommand::SetupAnswer, {}, numberedRecord());
     const QByteArray other(SetupRecordMap::RecordSize, '\x11');
-    recorder.send(RemoteCommand::SetupAnswer, reference, other);
+    recorder.send(RemoteCommand::SetupAnswer, PACKET_PARAM {{0, 0, 1}}, other);
     ASSERT_TRUE(waitFor([&] { return work.referenceCopy() == other; }));
     EXPECT_EQ(work.mirror(), numberedRecord());
     EXPECT_TRUE(
         waitFor([&] { return recorder.receivedWith(RemoteCommand::DateTime).size() == 2; }));
 
     // An empty current answer has no setup data.
-    recorder.send(RemoteCommand::SetupAnswer, current);
+    recorder.send(RemoteCommand::SetupAnswer);
     ASSERT_TRUE(waitFor([&] { return !harness.messages.isEmpty(); }));
     EXPECT_EQ(harness.messages, QStringList {u"No Setup Data"_s});
     EXPECT_EQ(work.mirror(), numberedRecord());

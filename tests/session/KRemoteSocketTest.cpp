@@ -56,6 +56,12 @@ QByteArray frame(qint32 command, PACKET_PARAM param = {}, const QByteArray &payl
     return Frame::encode(0, command, param, payload);
 }
 
+int sendStream(KRSMGAPI_HANDLE handle, qint32 command, const PACKET_PARAM &param,
+               const QByteArray &bytes)
+{
+    return KRSMGAPI_SendPacketStream(handle, command, &param, bytes.data(), quint32(bytes.size()));
+}
+
 int sendKeepAlive(KRSMGAPI_HANDLE handle)
 {
     const PACKET_PARAM zero;
@@ -224,9 +230,7 @@ TEST_F(KRemoteSocketTest, FramesAreNumberedInSendOrderAndInvalidSendsSendNothing
     const QByteArray tooBig(Frame::MaxPayloadSize + 1, 'x');
 
     EXPECT_EQ(KRSMGAPI_SendPacketStream(handle, RemoteCommand::SetupWrite, &write, nullptr, 4), 0);
-    EXPECT_EQ(KRSMGAPI_SendPacketStream(handle, RemoteCommand::FirmwarePacket, &write,
-                                        tooBig.data(), quint32(tooBig.size())),
-              0);
+    EXPECT_EQ(sendStream(handle, RemoteCommand::FirmwarePacket, write, tooBig), 0);
     EXPECT_EQ(KRSMGAPI_SendPacketStream(handle, RemoteCommand::SetupWrite, nullptr, "ab", 2), 0);
     EXPECT_EQ(KRSMGAPI_SendPacketCmd(handle, RemoteCommand::SetupRequest, nullptr), 0);
     EXPECT_EQ(KRSMGAPI_SendPacketString(handle, RemoteCommand::Login, nullptr), 0);
@@ -238,13 +242,9 @@ TEST_F(KRemoteSocketTest, FramesAreNumberedInSendOrderAndInvalidSendsSendNothing
     ASSERT_NE(KRSMGAPI_SendInitPacketData(handle), 0);
     ASSERT_NE(KRSMGAPI_SendPacketString(handle, RemoteCommand::Login, &login), 0);
     ASSERT_NE(KRSMGAPI_SendPacketCmd(handle, RemoteCommand::SetupRequest, &request), 0);
-    ASSERT_NE(KRSMGAPI_SendPacketStream(handle, RemoteCommand::SetupWrite, &write, slice.data(),
-                                        quint32(slice.size())),
-              0);
+    ASSERT_NE(sendStream(handle, RemoteCommand::SetupWrite, write, slice), 0);
     ASSERT_NE(sendKeepAlive(handle), 0);
-    ASSERT_NE(KRSMGAPI_SendPacketStream(handle, RemoteCommand::FirmwarePacket, &write, chunk.data(),
-                                        quint32(chunk.size())),
-              0);
+    ASSERT_NE(sendStream(handle, RemoteCommand::FirmwarePacket, write, chunk), 0);
     ASSERT_NE(KRSMGAPI_SendPacketStream(handle, RemoteCommand::SetupWrite, &write, nullptr, 0), 0);
 
     ASSERT_TRUE(peer.waitReceived(7));
@@ -284,9 +284,7 @@ TEST_F(KRemoteSocketTest, ConcurrentSendsArriveWholeAndNumbered)
         for (quint32 i = 0; i < PerThread; ++i) {
             const PACKET_PARAM param = PACKET_PARAM {{sender, i}};
             const QByteArray payload = payloadOf(sender, i);
-            EXPECT_NE(KRSMGAPI_SendPacketStream(handle, RemoteCommand::FirmwarePacket, &param,
-                                                payload.data(), quint32(payload.size())),
-                      0);
+            EXPECT_NE(sendStream(handle, RemoteCommand::FirmwarePacket, param, payload), 0);
         }
     };
     std::thread upload(sendAll, 0);
@@ -326,9 +324,7 @@ TEST_F(KRemoteSocketTest, EveryEndOfAConnectionMakesLaterSendsFail)
         KRSMGAPI_HANDLE handle = connectTo(peer);
         const QByteArray chunk(Frame::MaxPayloadSize, 'z');
         const PACKET_PARAM stop {{4}};
-        ASSERT_NE(KRSMGAPI_SendPacketStream(handle, RemoteCommand::FirmwarePacket, &stop,
-                                            chunk.data(), quint32(chunk.size())),
-                  0);
+        ASSERT_NE(sendStream(handle, RemoteCommand::FirmwarePacket, stop, chunk), 0);
         ASSERT_NE(KRSMGAPI_SendPacketCmd(handle, RemoteCommand::FirmwarePacket, &stop), 0);
         if (end == PeerCloses) {
             peer.closeClient();

@@ -1,4 +1,3 @@
-#include "firmware/FirmwarePackage.h"
 #include "firmware/PackageBuilder.h"
 #include "setup/SetupRecordMap.h"
 #include "tests/SimProcess.h"
@@ -11,7 +10,6 @@
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
-using firmware::FirmwarePackage;
 using firmware::FirmwareVersion;
 using firmware::PackageBuilder;
 

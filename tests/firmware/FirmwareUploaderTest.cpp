@@ -1,18 +1,12 @@
 #include "firmware/FirmwareUploader.h"
 #include "firmware/PackageBuilder.h"
-#include "firmware/PacketWords.h"
 #include "firmware/RecorderVersions.h"
-#include "session/RemoteCommand.h"
-#include "tests/TestSupport.h"
 #include "tests/firmware/UploadPackets.h"
 #include "tests/session/ScriptedRecorder.h"
 #include "tests/session/SessionHarness.h"
 
 #include <QFile>
-#include <QPointer>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

@@ -1,14 +1,9 @@
 #include "session/CWork.h"
-#include "session/RemoteCommand.h"
 #include "session/SocketNotifyEvent.h"
-#include "setup/LittleEndian.h"
-#include "tests/TestSupport.h"
 #include "tests/session/ScriptedRecorder.h"
 #include "tests/session/SessionHarness.h"
 
 #include <QCoreApplication>
-
-#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 using session::Frame;

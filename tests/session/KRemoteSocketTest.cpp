@@ -1,9 +1,6 @@
 #include "session/KRemoteSocket.h"
 
-#include "session/Frame.h"
-#include "session/RemoteCommand.h"
 #include "session/SocketNotifyEvent.h"
-#include "tests/TestSupport.h"
 #include "tests/session/ScriptedRecorder.h"
 
 #include <QCoreApplication>
@@ -11,10 +8,6 @@
 #include <QTcpServer>
 #include <QTest>
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
 #include <thread>
 
 using session::Frame;

@@ -1,20 +1,14 @@
 #include "session/SetupTransfer.h"
-#include "session/CWork.h"
-#include "session/RemoteCommand.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
 #include "setup/LittleEndian.h"
 #include "setup/SetupFiles.h"
-#include "tests/TestSupport.h"
 #include "tests/session/ScriptedRecorder.h"
 #include "tests/session/SessionHarness.h"
 
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 using session::Frame;

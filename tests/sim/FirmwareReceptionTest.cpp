@@ -1,10 +1,6 @@
-#include "firmware/FirmwarePackage.h"
 #include "firmware/PackageBuilder.h"
-#include "firmware/PacketWords.h"
 #include "firmware/RecorderVersions.h"
-#include "session/RemoteCommand.h"
 #include "setup/SetupRecordMap.h"
-#include "tests/TestSupport.h"
 #include "tests/firmware/UploadPackets.h"
 #include "tests/sim/SimFixture.h"
 

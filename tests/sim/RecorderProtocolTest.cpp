@@ -1,10 +1,7 @@
-#include "session/PacketString.h"
-#include "session/RemoteCommand.h"
 #include "setup/FactoryDefaults.h"
 #include "setup/LittleEndian.h"
 #include "sim/SetupAnswerValues.h"
 #include "sim/UserAccounts.h"
-#include "tests/TestSupport.h"
 #include "tests/sim/SimFixture.h"
 
 #include <QDir>

@@ -1,5 +1,4 @@
 #include "tests/TestSupport.h"
-#include "tests/session/FramePeer.h"
 
 #include <QProcess>
 #include <QTcpServer>
@@ -37,7 +36,7 @@ TEST(RecorderSimProcess, ExitsWithAReasonWhenItCannotStart)
         SCOPED_TRACE(c.arguments.join(u' ').toStdString());
         QProcess process;
         process.start(testsupport::dataDir() + u"/recorder-sim"_s, c.arguments);
-        ASSERT_TRUE(process.waitForFinished(FramePeer::WaitMs));
+        ASSERT_TRUE(process.waitForFinished(60000));
         EXPECT_EQ(process.exitCode(), c.exitCode);
         const QString err = QString::fromUtf8(process.readAllStandardError());
         EXPECT_TRUE(err.contains(c.message)) << err.toStdString();

@@ -119,25 +119,19 @@ public:
         return answer && answer->command == reply ? qint64(answer->param.words[0]) : -1;
     }
 
-    // The opening exchange and a login: the login answer's parameter, or
-    // nothing when an answer is missing.
-    std::optional<PACKET_PARAM> login(QByteArrayView memberId, QByteArrayView password)
+    // The opening exchange and a login: the login answer's parameter, all
+    // ones when an answer is missing.
+    PACKET_PARAM login(QByteArrayView memberId, QByteArrayView password)
     {
-        if (replyWord(RemoteCommand::OpenAck, RemoteCommand::Open) < 0)
-            return std::nullopt;
         PACKET_STRING login;
         login.memberId = memberId.toByteArray();
         login.password = password.toByteArray();
-        const auto answer = request(RemoteCommand::Login, {}, login.toBytes());
-        if (!answer || answer->command != RemoteCommand::LoginAnswer)
-            return std::nullopt;
-        return answer->param;
-    }
-    // The code of that login answer; -1 without one.
-    qint64 loginCode(QByteArrayView memberId, QByteArrayView password)
-    {
-        const auto answer = login(memberId, password);
-        return answer ? qint64(answer->words[0]) : -1;
+        const auto answer = replyWord(RemoteCommand::OpenAck, RemoteCommand::Open) < 0
+                                ? std::nullopt
+                                : request(RemoteCommand::Login, {}, login.toBytes());
+        PACKET_PARAM none;
+        none.words.fill(~0u);
+        return answer && answer->command == RemoteCommand::LoginAnswer ? answer->param : none;
     }
     // A setup write (or commit) and the word of its acknowledgement; -1 without one.
     qint64 write(quint32 category, quint32 offset, QByteArrayView bytes)

@@ -17,7 +17,7 @@ using session::Frame;
 
 namespace {
 
-constexpr qint64 Accepted = 1;
+constexpr quint32 Accepted = 1;
 constexpr qsizetype RecordSize = 15148;
 constexpr quint32 CameraCategory = 5;
 constexpr quint32 WholeBlock = 8;
@@ -101,11 +101,10 @@ TEST_F(RecorderProtocol, LoginCodesFollowTheUsersSection)
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(std::string(c.member) + " / " + c.password);
-        const auto answer = connect()->login(c.member, c.password);
-        ASSERT_TRUE(answer);
-        EXPECT_EQ(answer->words[0], c.code);
+        const PACKET_PARAM answer = connect()->login(c.member, c.password);
+        EXPECT_EQ(answer.words[0], c.code);
         // The channel count and the video standard, in bytes 4 and 6.
-        EXPECT_EQ(answer->words[1], 0x00010008u);
+        EXPECT_EQ(answer.words[1], 0x00010008u);
     }
 }
 
@@ -115,16 +114,16 @@ TEST_F(RecorderProtocol, LoginsBeyondMaxUsersAreRefusedUntilASessionEnds)
     ASSERT_TRUE(start());
     auto first = admin();
     auto failed = connect();
-    ASSERT_TRUE(failed->login("Admin", "wrong"));
+    ASSERT_EQ(failed->login("Admin", "wrong").words[0], 2u);
     auto second = admin();
     // Logging in again does not count the session twice.
-    EXPECT_EQ(second->loginCode("Admin", ""), Accepted);
+    EXPECT_EQ(second->login("Admin", "").words[0], Accepted);
     auto third = connect();
-    EXPECT_EQ(third->loginCode("Admin", ""), 4);
+    EXPECT_EQ(third->login("Admin", "").words[0], 4u);
 
     first->close();
     ASSERT_TRUE(QTest::qWaitFor([&] { return server->sessionCount() == 3; }, FramePeer::WaitMs));
-    EXPECT_EQ(third->loginCode("Admin", ""), Accepted);
+    EXPECT_EQ(third->login("Admin", "").words[0], Accepted);
 }
 
 // A forced refusal leaves the session as unserved as one that never logged in.
@@ -134,7 +133,7 @@ TEST_F(RecorderProtocol, RefuseLoginForcesItsCodeAndOnlyOpenAndLoginAreServedWit
     ASSERT_TRUE(start());
     const QByteArray before = storedRecord();
     auto client = connect();
-    EXPECT_EQ(client->loginCode("Admin", ""), 7);
+    EXPECT_EQ(client->login("Admin", "").words[0], 7u);
     client->send(RemoteCommand::SetupRequest);
     client->send(RemoteCommand::DateTime, timeParam(1));
     client->send(RemoteCommand::SetupWrite, PACKET_PARAM {{CameraCategory, 4, 1300}}, "abcd");
@@ -343,7 +342,7 @@ TEST_F(RecorderProtocol, WritesApplyAtOnceUnlessAnyCheckFails)
     testsupport::writeFile(recordPath(), record);
     ASSERT_TRUE(start());
     auto user = connect();
-    ASSERT_EQ(user->loginCode("User1", ""), Accepted);
+    ASSERT_EQ(user->login("User1", "").words[0], Accepted);
     auto admin = this->admin();
     auto watcher = this->admin();
     // Were these answered, the acknowledgement would not come next.
@@ -414,10 +413,10 @@ TEST_F(RecorderProtocol, ConnectionsWithoutLoginOrKeepAliveAreClosedAndFreeTheir
 
     // The first session stays silent: its slot goes to the next one.
     auto second = connect();
-    EXPECT_EQ(second->loginCode("Admin", ""), 4);
+    EXPECT_EQ(second->login("Admin", "").words[0], 4u);
     EXPECT_TRUE(first->waitClosed());
     auto third = connect();
-    EXPECT_EQ(third->loginCode("Admin", ""), Accepted);
+    EXPECT_EQ(third->login("Admin", "").words[0], Accepted);
 }
 
 TEST_F(RecorderProtocol, AtTheConnectionCapIdleConnectionsMakeWay)

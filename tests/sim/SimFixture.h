@@ -44,7 +44,7 @@ protected:
     std::unique_ptr<FramePeer> admin()
     {
         auto client = connect();
-        EXPECT_EQ(client->loginCode("Admin", ""), 1) << "Admin login failed";
+        EXPECT_EQ(client->login("Admin", "").words[0], 1u) << "Admin login failed";
         return client;
     }
 

@@ -11,22 +11,10 @@ using setup::Section;
 using setup::SetupRecordMap;
 using testsupport::waitFor;
 
-namespace {
-
-QByteArray numberedRecord()
-{
-    QByteArray record(SetupRecordMap::RecordSize, '\0');
-    for (qsizetype i = 0; i < record.size(); ++i)
-        record[i] = char(i * 7);
-    return record;
-}
-
-} // namespace
-
 TEST(CWork, LogsInFetchesTheRecordAndStartsTheClock)
 {
     ScriptedRecorder recorder;
-    recorder.record = numberedRecord();
+    recorder.record = testsupport::patternedRecord(7, 0);
     recorder.channels = 4;
     recorder.video = 1;
     SessionHarness harness;
@@ -189,8 +177,9 @@ TEST(CWork, ConnectionEventForAnotherHandleFailsTheSession)
 
 TEST(CWork, SetupAnswersOfTheWrongLengthAreNotStoredButStillAskTheTime)
 {
+    const QByteArray numbered = testsupport::patternedRecord(7, 0);
     ScriptedRecorder recorder;
-    recorder.record = numberedRecord().first(15147);
+    recorder.record = numbered.first(15147);
     SessionHarness harness;
     CWork &work = harness.connect(recorder.port());
     ASSERT_TRUE(harness.waitForReady());
@@ -199,11 +188,11 @@ TEST(CWork, SetupAnswersOfTheWrongLengthAreNotStoredButStillAskTheTime)
 
     // A second current copy overwrites the mirror and asks for the time again;
     // a reference copy goes to its own buffer.
-    recorder.send(RemoteCommand::SetupAnswer, {}, numberedRecord());
+    recorder.send(RemoteCommand::SetupAnswer, {}, numbered);
     const QByteArray other(SetupRecordMap::RecordSize, '\x11');
     recorder.send(RemoteCommand::SetupAnswer, PACKET_PARAM {{0, 0, 1}}, other);
     ASSERT_TRUE(waitFor([&] { return work.referenceCopy() == other; }));
-    EXPECT_EQ(work.mirror(), numberedRecord());
+    EXPECT_EQ(work.mirror(), numbered);
     EXPECT_TRUE(
         waitFor([&] { return recorder.receivedWith(RemoteCommand::DateTime).size() == 2; }));
 
@@ -211,7 +200,7 @@ TEST(CWork, SetupAnswersOfTheWrongLengthAreNotStoredButStillAskTheTime)
     recorder.send(RemoteCommand::SetupAnswer);
     ASSERT_TRUE(waitFor([&] { return !harness.messages.isEmpty(); }));
     EXPECT_EQ(harness.messages, QStringList {u"No Setup Data"_s});
-    EXPECT_EQ(work.mirror(), numberedRecord());
+    EXPECT_EQ(work.mirror(), numbered);
 }
 
 // A write counts as applied, and is announced, only when acknowledged with 1.
@@ -270,7 +259,8 @@ TEST(CWork, NothingIsSentOrMirroredBeforeTheSessionIsReady)
     CWork work;
     const QByteArray camera(768, 'C');
     EXPECT_EQ(work.writeSection(Section::Camera, camera), 0);
-    EXPECT_EQ(work.writeWholeRecord(CWork::WholeRecord::Import, numberedRecord()), 0);
+    EXPECT_EQ(work.writeWholeRecord(CWork::WholeRecord::Import, testsupport::patternedRecord(7, 0)),
+              0);
     QByteArray audio;
     EXPECT_EQ(work.readSection(Section::Audio, &audio), 0);
     EXPECT_EQ(work.mirror(), QByteArray(SetupRecordMap::RecordSize, '\0'));

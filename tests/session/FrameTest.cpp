@@ -27,9 +27,7 @@ QByteArray frameWith(quint32 sequence, qint32 command, qsizetype payloadSize)
     QByteArray payload(payloadSize, '\0');
     for (qsizetype i = 0; i < payloadSize; ++i)
         payload[i] = char(i * 7 + sequence);
-    PACKET_PARAM param;
-    param.words[0] = sequence;
-    return Frame::encode(sequence, command, param, payload);
+    return Frame::encode(sequence, command, PACKET_PARAM {{sequence}}, payload);
 }
 
 QList<QByteArray> drain(FrameReader &reader)
@@ -37,13 +35,6 @@ QList<QByteArray> drain(FrameReader &reader)
     QList<QByteArray> frames;
     while (reader.hasFrame())
         frames.append(reader.takeFrame());
-    return frames;
-}
-
-const QList<QByteArray> &sampleFrames()
-{
-    static const QList<QByteArray> frames {frameWith(0, 0x0F01, 0), frameWith(1, 4098, 0),
-                                           frameWith(2, 4226, 150), frameWith(3, 4609, 1)};
     return frames;
 }
 
@@ -108,7 +99,9 @@ TEST(Frame, HeadCheckRejectsWrongMagicAndLengthsOutsideTheLimits)
 // Covers whole-stream feeds (both cuts at 0) and frames glued together.
 TEST(FrameReader, YieldsTheSameFramesWhereverTheStreamIsSplit)
 {
-    const QByteArray stream = sampleFrames().join();
+    const QList<QByteArray> sample {frameWith(0, 0x0F01, 0), frameWith(1, 4098, 0),
+                                    frameWith(2, 4226, 150), frameWith(3, 4609, 1)};
+    const QByteArray stream = sample.join();
     for (qsizetype first = 0; first <= stream.size(); ++first) {
         for (qsizetype second = first; second <= stream.size(); second += 13) {
             FrameReader reader;
@@ -119,7 +112,7 @@ TEST(FrameReader, YieldsTheSameFramesWhereverTheStreamIsSplit)
                 ASSERT_TRUE(reader.feed(chunk));
                 frames += drain(reader);
             }
-            ASSERT_EQ(frames, sampleFrames()) << "split at " << first << " and " << second;
+            ASSERT_EQ(frames, sample) << "split at " << first << " and " << second;
             EXPECT_EQ(reader.pendingBytes(), 0);
         }
     }

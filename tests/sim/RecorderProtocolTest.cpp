@@ -58,9 +58,7 @@ void sendOpeningFrames(FramePeer &client)
 
 } // namespace
 
-class RecorderProtocol : public SimFixture
-{
-};
+using RecorderProtocol = SimFixture;
 
 TEST_F(RecorderProtocol, LoginCodesFollowTheUsersSection)
 {

@@ -13,11 +13,7 @@
 
 using sim::RecorderStore;
 
-namespace {
-
 constexpr qsizetype RecordSize = 15148;
-
-} // namespace
 
 TEST(RecorderStore, CreatesMissingFilesFromTheDefaultsAndKeepsExistingOnes)
 {

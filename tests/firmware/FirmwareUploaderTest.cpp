@@ -38,10 +38,11 @@ struct Component
 };
 
 // A logged-in session with a scripted recorder that answers the firmware
-// packets like a recorder at 1.0.0.0 taking chunks of 100 bytes: the header
-// with `header` and `versionBytes` bytes of versions, every chunk accepted,
-// except for packet `silentOn` (never answered) and `refusedOn` (refused);
-// with `cancelOnData`, the upload is canceled as each chunk arrives.
+// packets like a recorder at 1.0.0.0 (its type-8 component at 1.5.0.0)
+// taking chunks of 100 bytes: the header with `header` and `versionBytes`
+// bytes of versions, every chunk accepted, except for packet `silentOn`
+// (never answered) and `refusedOn` (refused); with `cancelOnData`, the
+// upload is canceled as each chunk arrives.
 class FirmwareUploaderTest : public ::testing::Test
 {
 protected:
@@ -49,6 +50,7 @@ protected:
     {
         versions.overall = v(1, 0, 0, 0);
         versions.components.fill(v(1, 0, 0, 0));
+        versions.components[1] = v(1, 5, 0, 0);
         versions.model = "TEST-DVR";
         recorder.onFrame = [this](const Frame &frame) {
             if (frame.command != RemoteCommand::FirmwarePacket)
@@ -145,7 +147,6 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
         FirmwareVersion package;
         quint32 gap;
         std::vector<Component> components;
-        FirmwareVersion recorderType8;
         std::vector<bool> sent;
         std::vector<int> percentages;
     } cases[] = {
@@ -155,27 +156,23 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
          v(1, 0, 0, 0),
          16,
          {{2, v(0, 1, 0, 0), 250}, {0x1234, v(0, 0, 0, 0), 100}, {16, v(0, 1, 0, 0), 40}},
-         v(1, 0, 0, 0),
          {true, true, true},
          {25, 51, 64, 89, 100}},
         {"older recorder: newer and unknown components only",
          v(2, 0, 0, 0),
          0,
          {{2, v(1, 0, 0, 1), 30}, {8, v(1, 5, 0, 0), 70}, {0x4242, v(0, 0, 0, 1), 20}},
-         v(1, 5, 0, 0),
          {true, false, true},
          {60, 100}},
         {"nothing newer: only the end of the package",
          v(1, 0, 0, 1),
          0,
          {{2, v(1, 0, 0, 0), 500}, {0xF0010000, v(0, 9, 0, 0), 500}},
-         v(1, 0, 0, 0),
          {false, false},
          {}},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
-        versions.components[1] = c.recorderType8;
         const FirmwarePackage package = write(c.package, c.components, c.gap);
 
         const auto upload = run(package);

@@ -165,9 +165,8 @@ TEST(CWork, ConnectionEventForAnotherHandleFailsTheSession)
     SessionHarness harness;
     CWork &work = harness.connect(recorder.port());
     ASSERT_TRUE(waitFor([&] { return !recorder.received.empty(); }));
-    REMOTESOCKET_NOTIFY foreign;
-    foreign.handle = reinterpret_cast<KRSMGAPI_HANDLE>(&foreign);
-    foreign.kind = REMOTESOCKET_NOTIFY::Connected;
+    const REMOTESOCKET_NOTIFY foreign {reinterpret_cast<KRSMGAPI_HANDLE>(&harness),
+                                       REMOTESOCKET_NOTIFY::Connected};
     session::SocketNotifyEvent event(foreign, {});
     QCoreApplication::sendEvent(&work, &event);
     EXPECT_EQ(harness.record.status.load(), CWork::Failed);

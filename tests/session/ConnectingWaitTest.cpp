@@ -11,24 +11,6 @@
 using namespace std::chrono_literals;
 using testsupport::waitFor;
 
-namespace {
-
-struct Recorded
-{
-    std::vector<std::string> hooks;
-
-    ConnectingWait::Hooks make()
-    {
-        return {[this] { hooks.push_back("locked"); }, [this] { hooks.push_back("arrived"); },
-                [this] { hooks.push_back("failed"); },
-                [this] {
-                    hooks.push_back("timed out");
-                }};
-    }
-};
-
-} // namespace
-
 // Stopping ends it without a decision.
 TEST(ConnectingWait, DecidesByTheWorkersWords)
 {
@@ -59,21 +41,28 @@ TEST(ConnectingWait, DecidesByTheWorkersWords)
         status->setupReceived = c.setupReceived;
         status->workerAlive = c.workerAlive;
         QObject context;
-        Recorded recorded;
+        std::vector<std::string> hooks;
+        const auto note = [&](const char *hook) {
+            return [&hooks, hook] {
+                hooks.push_back(hook);
+            };
+        };
         {
-            ConnectingWait wait(&context, status, recorded.make(), c.rounds,
-                                c.then == Stop ? 10000ms : 1ms);
+            ConnectingWait wait(
+                &context, status,
+                {note("locked"), note("arrived"), note("failed"), note("timed out")}, c.rounds,
+                c.then == Stop ? 10000ms : 1ms);
             if (c.then == Stop)
                 wait.stop();
             if (c.then == Arrives) {
-                ASSERT_TRUE(waitFor([&] { return !recorded.hooks.empty(); }));
+                ASSERT_TRUE(waitFor([&] { return !hooks.empty(); }));
                 status->state = 4;
                 status->setupReceived = 1;
             }
             ASSERT_TRUE(waitFor([&] { return wait.isFinished(); }, c.then == Stop ? 2000 : 10000));
-            ASSERT_TRUE(waitFor([&] { return recorded.hooks.size() == c.expected.size(); }));
+            ASSERT_TRUE(waitFor([&] { return hooks.size() == c.expected.size(); }));
         }
         waitFor([] { return false; }, c.then == Stop ? 50 : 0);
-        EXPECT_EQ(recorded.hooks, c.expected);
+        EXPECT_EQ(hooks, c.expected);
     }
 }

@@ -20,18 +20,6 @@ constexpr int Refused = 1;
 constexpr int UsageError = 2;
 constexpr int NoSession = 3;
 
-// Newer than the simulator's factory 1.0.0.0 in every component.
-QString writePackage(const QString &path)
-{
-    PackageBuilder builder(FirmwareVersion {{2, 1, 0, 0}});
-    builder.addGeneratedComponent(2, FirmwareVersion {{2, 1, 0, 0}}, 20000);
-    builder.addGeneratedComponent(0xF004, FirmwareVersion {{2, 0, 0, 0}}, 9000);
-    builder.addGeneratedComponent(0x5151, FirmwareVersion {{1, 0, 0, 0}}, 3000);
-    QString error;
-    EXPECT_TRUE(builder.write(path, &error)) << error.toStdString();
-    return path;
-}
-
 } // namespace
 
 // A completed upload lands whole on the recorder and becomes its software
@@ -39,7 +27,14 @@ QString writePackage(const QString &path)
 TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
 {
     QTemporaryDir dir;
-    const QString good = writePackage(dir.filePath(u"good.KRP"_s));
+    // Newer than the simulator's factory 1.0.0.0 in every component.
+    PackageBuilder builder(FirmwareVersion {{2, 1, 0, 0}});
+    builder.addGeneratedComponent(2, FirmwareVersion {{2, 1, 0, 0}}, 20000);
+    builder.addGeneratedComponent(0xF004, FirmwareVersion {{2, 0, 0, 0}}, 9000);
+    builder.addGeneratedComponent(0x5151, FirmwareVersion {{1, 0, 0, 0}}, 3000);
+    const QString good = dir.filePath(u"good.KRP"_s);
+    QString error;
+    ASSERT_TRUE(builder.write(good, &error)) << error.toStdString();
     const QString broken = dir.filePath(u"broken.KRP"_s);
     testsupport::writeFile(broken, testsupport::readFile(good).first(4000));
 

@@ -32,10 +32,7 @@ QByteArray pattern(qsizetype size, char seed)
 
 PACKET_PARAM timeParam(quint32 mode, std::array<quint32, 6> fields = {})
 {
-    PACKET_PARAM param;
-    param.words[0] = mode;
-    std::copy(fields.begin(), fields.end(), param.words.begin() + 1);
-    return param;
+    return PACKET_PARAM {{mode, fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]}};
 }
 
 QDateTime timeOf(const Frame &answer)

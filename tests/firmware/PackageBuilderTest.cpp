@@ -33,7 +33,6 @@ TEST(PackageBuilder, ToolWritesTheComponentsItIsGiven)
     const auto package = FirmwarePackage::open(out, &fault);
     ASSERT_TRUE(package);
     EXPECT_EQ(fault, FirmwarePackage::Fault::None);
-    EXPECT_EQ(package->path(), out);
     const QByteArray file = testsupport::readFile(out);
     EXPECT_EQ(package->header(), file.first(FirmwarePackage::HeaderSize));
     EXPECT_EQ(package->version(), (FirmwareVersion {{4, 3, 2, 1}}));

@@ -41,7 +41,6 @@ TEST(RecorderVersions, ReadsTheShortAndTheLongFormOnly)
 {
     const RecorderVersions recorder = recorderAtOne();
     QByteArray data = recorder.toBytes();
-    ASSERT_EQ(data.size(), 54);
     EXPECT_EQ(data.first(8), QByteArray("\x01\0\0\0\x01\x01\0\0", 8));
     EXPECT_EQ(data.sliced(32, 4), QByteArray("DVR\0", 4));
 

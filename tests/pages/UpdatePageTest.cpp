@@ -118,7 +118,6 @@ TEST_F(UpdateWindow, CanceledUploadLeavesThePageUsableAndTheNextOneLandsWithStea
 {
     openPage({u"--delay-ms"_s, u"40"_s});
     button(page, u"Start"_s)->click();
-    EXPECT_TRUE(menusEnabled(false));
     EXPECT_FALSE(button(page, u"Start"_s)->isEnabled());
     EXPECT_FALSE(button(page, u"Open"_s)->isEnabled());
     ASSERT_TRUE(uploadUnderway());

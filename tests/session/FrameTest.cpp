@@ -40,7 +40,9 @@ QList<QByteArray> drain(FrameReader &reader)
 
 } // namespace
 
-TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimitAndDecodesItBack)
+// The size limit the socket's tests show: the largest chunk goes, one byte
+// more does not.
+TEST(Frame, EncodesTheHeadFieldByFieldAndDecodesItBack)
 {
     PACKET_PARAM param;
     for (int i = 0; i < PACKET_PARAM::WordCount; ++i)
@@ -68,10 +70,6 @@ TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimitAndDecodesItBack)
     EXPECT_EQ(decoded->payload, "xyz");
     EXPECT_FALSE(Frame::decode(frame.chopped(1)));
     EXPECT_FALSE(Frame::decode(frame + 'x'));
-
-    EXPECT_EQ(Frame::encode(0, 4227, {}, QByteArray(Frame::MaxPayloadSize, 'c')).size(),
-              Frame::MaxSize);
-    EXPECT_TRUE(Frame::encode(0, 4227, {}, QByteArray(Frame::MaxPayloadSize + 1, 'c')).isEmpty());
 }
 
 TEST(Frame, HeadCheckRejectsWrongMagicAndLengthsOutsideTheLimits)

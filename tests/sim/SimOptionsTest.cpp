@@ -62,7 +62,6 @@ TEST(SimOptions, RefusesWhatMakesNoSense)
         {{u"--version"_s, u"1.2.3.256"_s}, u"--version takes four numbers"_s},
         {{u"--model"_s, u"0x1FFFFFFFF"_s}, u"--model must be a 32-bit number"_s},
         {{u"--refuse-login"_s, u"-1"_s}, u"--refuse-login must be"_s},
-        {{u"--delay-ms"_s, u"-5"_s}, u"--delay-ms must be"_s},
         {{u"--login-timeout"_s, u"0"_s}, u"--login-timeout must be a number from 1 to 3600"_s},
         {{u"--listen"_s, u"9000"_s}, u"--listen takes HOST:PORT"_s},
         {{u"--listen"_s, u"example.org:9000"_s}, u"--listen takes HOST:PORT"_s},

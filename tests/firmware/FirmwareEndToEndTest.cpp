@@ -46,7 +46,6 @@ TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
     gone.kill();
     ASSERT_TRUE(sim.isRunning() && busy.isRunning() && dropping.isRunning());
 
-    const QString none = dir.filePath(u"none.KRP"_s);
     // The upload's arguments: the package, when there is one.
     const struct
     {
@@ -60,7 +59,7 @@ TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
         {"busy recorder", busy, good, Refused, u"Update Impossible."_s},
         // Checked before connecting: the recorder is not even there.
         {"broken package", gone, broken, Refused, u"components of the firmware package run past"_s},
-        {"missing package", gone, none, UsageError, u"cannot be read"_s},
+        {"missing package", gone, dir.filePath(u"none.KRP"_s), UsageError, u"cannot be read"_s},
         {"no package", gone, {}, UsageError, u"upload takes one PACKAGE"_s},
         // Whichever notices first, the upload or the session's probe.
         {"connection lost", dropping, good, NoSession,

@@ -245,3 +245,15 @@ TEST_F(FirmwareUploaderTest, AnUnfinishedTransferSaysWhyAndStopsTheRecorderWhenI
         EXPECT_EQ(FirmwareUploader::endsProgram(c.outcome), c.stop);
     }
 }
+
+TEST_F(FirmwareUploaderTest, TheSessionStopsItsUploadBeforeItsHandleGoes)
+{
+    QPointer<FirmwareUploader> upload
+        = new FirmwareUploader(*harness.worker, write(v(2, 0, 0, 0), {{2, v(2, 0, 0, 0), 100000}}));
+    upload->setWaits(0ms, 10000ms);
+    harness.worker->adoptUpload(upload);
+    ASSERT_TRUE(upload->start());
+    ASSERT_TRUE(testsupport::waitFor([&] { return packets().size() >= 3; }));
+    harness.worker.reset();
+    EXPECT_TRUE(upload.isNull());
+}

@@ -64,10 +64,8 @@ TEST(Frame, EncodesTheHeadFieldByFieldAndDecodesItBack)
     // Decoding takes apart only a whole, well-formed packet.
     const std::optional<Frame> decoded = Frame::decode(frame);
     ASSERT_TRUE(decoded);
-    EXPECT_EQ(decoded->sequence, 0x0A0B0C0Du);
-    EXPECT_EQ(decoded->command, -65535);
-    EXPECT_EQ(decoded->param, param);
-    EXPECT_EQ(decoded->payload, "xyz");
+    EXPECT_EQ(std::tie(decoded->sequence, decoded->command, decoded->param, decoded->payload),
+              std::tuple(0x0A0B0C0Du, -65535, param, QByteArray("xyz")));
     EXPECT_FALSE(Frame::decode(frame.chopped(1)));
     EXPECT_FALSE(Frame::decode(frame + 'x'));
 }

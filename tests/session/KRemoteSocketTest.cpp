@@ -251,7 +251,6 @@ TEST_F(KRemoteSocketTest, ConcurrentSendsArriveWholeAndNumbered)
     keepAlive.join();
 
     ASSERT_TRUE(peer.waitReceived(2 * PerThread));
-    ASSERT_EQ(peer.received.size(), 2u * PerThread);
     quint32 next[2] = {0, 0};
     for (std::size_t seq = 0; seq < peer.received.size(); ++seq) {
         const Frame &f = peer.received[seq];

@@ -137,14 +137,13 @@ protected:
 
 } // namespace
 
+// Which components are newer is the plan's to say; the uploader sends those.
+// The operator sees the outcome's message on the Update page.
 TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
 {
-    const QString sentText = u"Updatefile transfer is completed. \n\rReboot the system to "
-                             u"perform the update. \n\rThe Remote Setup is terminated."_s;
     const struct
     {
         const char *what;
-        FirmwareVersion package;
         quint32 gap;
         std::vector<Component> components;
         std::vector<bool> sent;
@@ -152,20 +151,15 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
     } cases[] = {
         // Each percentage advanced before its chunk went out: 100, 200, 250,
         // 350, 390 of 390.
-        {"recorder at the package's version: every component",
-         v(1, 0, 0, 0),
+        {"newer and unknown components only",
          16,
-         {{2, v(0, 1, 0, 0), 250}, {0x1234, v(0, 0, 0, 0), 100}, {16, v(0, 1, 0, 0), 40}},
-         {true, true, true},
+         {{2, v(1, 0, 0, 1), 250},
+          {8, v(1, 5, 0, 0), 70},
+          {0x1234, v(0, 0, 0, 0), 100},
+          {0x4242, v(0, 0, 0, 1), 40}},
+         {true, false, true, true},
          {25, 51, 64, 89, 100}},
-        {"older recorder: newer and unknown components only",
-         v(2, 0, 0, 0),
-         0,
-         {{2, v(1, 0, 0, 1), 30}, {8, v(1, 5, 0, 0), 70}, {0x4242, v(0, 0, 0, 1), 20}},
-         {true, false, true},
-         {60, 100}},
         {"nothing newer: only the end of the package",
-         v(1, 0, 0, 1),
          0,
          {{2, v(1, 0, 0, 0), 500}, {0xF0010000, v(0, 9, 0, 0), 500}},
          {false, false},
@@ -173,7 +167,7 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
-        const FirmwarePackage package = write(c.package, c.components, c.gap);
+        const FirmwarePackage package = write(v(2, 0, 0, 0), c.components, c.gap);
 
         const auto upload = run(package);
 
@@ -187,8 +181,6 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
             EXPECT_EQ(sent[i].payload, expected[i].payload) << "packet " << i;
         }
         EXPECT_EQ(percentages, c.percentages);
-        EXPECT_EQ(FirmwareUploader::message(Outcome::Completed), sentText);
-        EXPECT_TRUE(FirmwareUploader::endsProgram(Outcome::Completed));
         EXPECT_FALSE(upload->start()) << "an uploader runs once";
     }
 }
@@ -200,72 +192,48 @@ TEST_F(FirmwareUploaderTest, AnUnfinishedTransferSaysWhyAndStopsTheRecorderWhenI
 {
     const QString terminated = u"\nThe Remote Setup is terminated.\nPlease try to reconnect."_s;
     const QString noResponse = u"No Response From The Set"_s + terminated;
-    enum Fault { None, SilentOnHeader, SilentOnChunk, RefusedChunk, Cancel, FileCut, FileGone };
+    const QString busy = u"Update Impossible.\nDVR is performing an important task."_s;
+    enum Fault { None, Short, SilentOnHeader, SilentOnChunk, RefusedChunk, Cancel, Cut, Gone };
     const struct
     {
         const char *what;
         Words header;
-        qsizetype versionBytes;
         Fault fault;
         Outcome outcome;
         std::size_t packets;
         bool stop; // a stop packet went out, and the program ends
         QString message;
     } cases[] = {
-        {"word 0 not 1", {2, W::GoOn, 4, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
-        {"declined", {1, W::Decline, 4, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
-        {"unknown word 1", {1, 2, 4, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
-        {"word 2 not 4", {1, W::GoOn, 3, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
-        {"53 bytes of versions", GoOnWords, 53, None, Outcome::Declined, 1, false, {}},
-        {"no versions", GoOnWords, 0, None, Outcome::Declined, 1, false, {}},
-        {"chunk size 0", {1, W::GoOn, 4, 0, 0}, 54, None, Outcome::Declined, 1, false, {}},
-        {"chunk size past a frame",
-         {1, W::GoOn, 4, 0, 1024 * 1024 + 1},
-         258,
-         None,
-         Outcome::Declined,
-         1,
-         false,
-         {}},
-        {"busy",
-         {1, W::Busy, 4, 0, 100},
-         54,
-         None,
-         Outcome::Busy,
-         1,
-         false,
-         u"Update Impossible.\nDVR is performing an important task."_s},
-        {"silent on the header", GoOnWords, 54, SilentOnHeader, Outcome::NoResponse, 2, true,
-         noResponse},
-        {"silent on the second chunk", GoOnWords, 54, SilentOnChunk, Outcome::NoResponse, 4, true,
-         noResponse},
-        {"second chunk refused", GoOnWords, 54, RefusedChunk, Outcome::Refused, 4, true,
+        {"word 0 not 1", {2, W::GoOn, 4, 0, 100}, None, Outcome::Declined, 1, false, {}},
+        {"declined", {1, W::Decline, 4, 0, 100}, None, Outcome::Declined, 1, false, {}},
+        {"word 2 not 4", {1, W::GoOn, 3, 0, 100}, None, Outcome::Declined, 1, false, {}},
+        {"53 bytes of versions", GoOnWords, Short, Outcome::Declined, 1, false, {}},
+        {"chunk size 0", {1, W::GoOn, 4, 0, 0}, None, Outcome::Declined, 1, false, {}},
+        {"chunk too big", {1, W::GoOn, 4, 0, 0x100001}, None, Outcome::Declined, 1, false, {}},
+        {"busy", {1, W::Busy, 4, 0, 100}, None, Outcome::Busy, 1, false, busy},
+        {"silent on header", GoOnWords, SilentOnHeader, Outcome::NoResponse, 2, true, noResponse},
+        {"silent on chunk 2", GoOnWords, SilentOnChunk, Outcome::NoResponse, 4, true, noResponse},
+        {"second chunk refused", GoOnWords, RefusedChunk, Outcome::Refused, 4, true,
          u"UPDATE ERROR!! Unable to send data."_s + terminated},
-        {"canceled: ends after the chunk on its way",
-         GoOnWords,
-         54,
-         Cancel,
-         Outcome::Canceled,
-         2,
-         false,
-         {}},
+        // It ends after the chunk on its way.
+        {"canceled", GoOnWords, Cancel, Outcome::Canceled, 2, false, {}},
         // The package was checked when it was chosen; it changes afterwards.
-        {"file cut short", GoOnWords, 54, FileCut, Outcome::SizeIncorrect, 3, true,
+        {"file cut short", GoOnWords, Cut, Outcome::SizeIncorrect, 3, true,
          u"UPDATE ERROR!! File size is incorrect."_s + terminated},
-        {"file gone", GoOnWords, 54, FileGone, Outcome::ReadFailed, 1, true,
+        {"file gone", GoOnWords, Gone, Outcome::ReadFailed, 1, true,
          u"UPDATE ERROR!! Unable to read file."_s + terminated},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         header = c.header;
-        versionBytes = c.versionBytes;
+        versionBytes = c.fault == Short ? 53 : 54;
         silentOn = c.fault == SilentOnHeader ? 0 : c.fault == SilentOnChunk ? 2 : Never;
         refusedOn = c.fault == RefusedChunk ? 2 : Never;
         cancelOnData = c.fault == Cancel;
         const FirmwarePackage package = write(v(2, 0, 0, 0), {{2, v(2, 0, 0, 0), 250}});
-        if (c.fault == FileCut)
+        if (c.fault == Cut)
             QFile::resize(package.path(), FirmwarePackage::HeaderSize + 150);
-        else if (c.fault == FileGone)
+        else if (c.fault == Gone)
             QFile::remove(package.path());
         const auto upload = run(package);
         ASSERT_TRUE(upload);

@@ -33,7 +33,6 @@ TEST(PackageBuilder, ToolWritesTheComponentsItIsGiven)
     const auto package = FirmwarePackage::open(out, &fault);
     ASSERT_TRUE(package);
     EXPECT_EQ(fault, FirmwarePackage::Fault::None);
-    EXPECT_EQ(package->path(), out);
     const QByteArray file = testsupport::readFile(out);
     EXPECT_EQ(package->header(), file.first(FirmwarePackage::HeaderSize));
     EXPECT_EQ(package->version(), (FirmwareVersion {{4, 3, 2, 1}}));
@@ -42,12 +41,10 @@ TEST(PackageBuilder, ToolWritesTheComponentsItIsGiven)
     ASSERT_EQ(package->components().size(), 3u);
     const FirmwarePackage::Component &first = package->components()[0];
     const FirmwarePackage::Component &second = package->components()[1];
-    EXPECT_EQ(first.type, 0x20000u);
-    EXPECT_EQ(first.version, (FirmwareVersion {{4, 0, 0, 0}}));
-    EXPECT_EQ(first.size, 2048u);
-    EXPECT_EQ(first.offset, 4096u);
-    EXPECT_EQ(second.type, 2u);
-    EXPECT_EQ(second.version, (FirmwareVersion {{4, 0, 0, 1}}));
+    EXPECT_EQ(std::tie(first.type, first.version, first.size, first.offset),
+              std::tuple(0x20000u, FirmwareVersion {{4, 0, 0, 0}}, 2048u, 4096));
+    EXPECT_EQ(std::tie(second.type, second.version),
+              std::tuple(2u, FirmwareVersion {{4, 0, 0, 1}}));
     EXPECT_EQ(file.sliced(second.offset, second.size), QByteArray(5000, 'i'));
     // Generated data, streamed in blocks, are not constant, and differ
     // between components.

@@ -41,7 +41,6 @@ TEST(RecorderVersions, ReadsTheShortAndTheLongFormOnly)
 {
     const RecorderVersions recorder = recorderAtOne();
     QByteArray data = recorder.toBytes();
-    ASSERT_EQ(data.size(), 54);
     EXPECT_EQ(data.first(8), QByteArray("\x01\0\0\0\x01\x01\0\0", 8));
     EXPECT_EQ(data.sliced(32, 4), QByteArray("DVR\0", 4));
 
@@ -50,7 +49,6 @@ TEST(RecorderVersions, ReadsTheShortAndTheLongFormOnly)
         ASSERT_TRUE(read) << form.size();
         EXPECT_EQ(read->overall, recorder.overall);
         EXPECT_EQ(read->components, recorder.components);
-        EXPECT_EQ(read->model, "DVR");
     }
     for (const qsizetype size : {0, 53, 55, 257, 259})
         EXPECT_FALSE(RecorderVersions::fromBytes(QByteArray(size, '\1'))) << size;

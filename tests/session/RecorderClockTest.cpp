@@ -4,16 +4,10 @@
 
 namespace {
 
-RecorderTime at(int y, int mo, int d, int h, int mi, int s)
+// The day of the week stays as it was.
+RecorderTime at(quint16 y, quint16 mo, quint16 d, quint16 h, quint16 mi, quint16 s)
 {
-    RecorderTime t;
-    t.year = quint16(y);
-    t.month = quint16(mo);
-    t.day = quint16(d);
-    t.hour = quint16(h);
-    t.minute = quint16(mi);
-    t.second = quint16(s);
-    return t;
+    return {y, mo, 0, d, h, mi, s};
 }
 
 } // namespace

@@ -18,7 +18,6 @@ namespace W = firmware::PacketWords;
 namespace {
 
 constexpr quint32 ChunkSize = 128;
-constexpr Words Accepted {W::DataReply, W::Accepted, 0, 0, 0, 0, 0, 0};
 constexpr Words Refused {W::DataReply, W::Refused, 0, 0, 0, 0, 0, 0};
 
 // Version 2.0.0.0, data 100 bytes after the header, components of 300 and
@@ -30,12 +29,6 @@ QByteArray packageBytes()
     builder.addGeneratedComponent(2, FirmwareVersion {{2, 0, 0, 0}}, 300);
     builder.addGeneratedComponent(0x77, FirmwareVersion {{1, 0, 0, 0}}, 100);
     return builder.build();
-}
-
-// The packets a client sends to upload the components marked in `send`.
-std::vector<UploadPacket> packetsOf(std::vector<bool> send = {true, true})
-{
-    return uploadPackets(packageBytes(), ChunkSize, send);
 }
 
 class FirmwareReceptionTest : public SimFixture
@@ -67,10 +60,9 @@ protected:
                 ADD_FAILURE() << "no reply to packet " << i;
                 break;
             }
-            EXPECT_EQ(reply->command, RemoteCommand::FirmwareReply);
             const Words expected
                 = i == 0 ? Words {W::HeaderReply, W::GoOn, W::VersionDataFollows, 0, ChunkSize}
-                         : Accepted;
+                         : Words {W::DataReply, W::Accepted};
             EXPECT_EQ(reply->param.words, expected) << "packet " << i;
             if (i == 0)
                 versions = RecorderVersions::fromBytes(reply->payload);
@@ -105,7 +97,7 @@ TEST_F(FirmwareReceptionTest, ReceivedPackageIsKeptAndItsVersionReportedFromThen
         QDir(firmwareDir()).removeRecursively();
         auto client = admin();
 
-        const auto versions = sendAll(*client, packetsOf(c.send));
+        const auto versions = sendAll(*client, uploadPackets(packageBytes(), ChunkSize, c.send));
 
         // The version of the package received before, from then on.
         ASSERT_TRUE(versions);
@@ -122,13 +114,16 @@ TEST_F(FirmwareReceptionTest, ReceivedPackageIsKeptAndItsVersionReportedFromThen
     }
 }
 
-TEST_F(FirmwareReceptionTest, FaultyPacketIsRefusedAndDropsTheTransfer)
+// A faulty packet is refused; a stop packet (unanswered) or a hang-up ends
+// the transfer too. Whatever ends it, nothing is kept and the next packet
+// is refused.
+TEST_F(FirmwareReceptionTest, AFaultyPacketAStopOrAHangUpDropsTheTransfer)
 {
     // Packets: 0 header | 1-3 chunks of component 0 | 4 its end | 5 chunk of
     // component 1 | 6 its end | 7 end of package.
     // Each case sets words of one packet; an extra byte grows its payload,
     // a cleared one empties it.
-    enum Payload { Same, Extra, Cleared };
+    enum Payload { Same, Extra, Cleared, HangUp };
     const struct
     {
         const char *what;
@@ -149,9 +144,11 @@ TEST_F(FirmwareReceptionTest, FaultyPacketIsRefusedAndDropsTheTransfer)
         {"unknown packet kind", 1, {{0, 3}}, Same},
         {"component ends early", 3, {{5, 0}, {6, W::EndOfComponent}}, Cleared},
         {"package ends inside a component", 3, {{4, 0}, {5, 0}, {6, W::EndOfPackage}}, Cleared},
+        {"stop packet", 2, {{0, W::Stop}}, Cleared},
+        {"hang-up", 2, {}, HangUp},
     };
     ASSERT_TRUE(start());
-    const std::vector<UploadPacket> packets = packetsOf();
+    const auto packets = uploadPackets(packageBytes(), ChunkSize, {true, true});
     ASSERT_EQ(packets.size(), 8u);
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
@@ -165,39 +162,27 @@ TEST_F(FirmwareReceptionTest, FaultyPacketIsRefusedAndDropsTheTransfer)
         else if (c.payload == Cleared)
             faulty.payload.clear();
 
-        const auto refusal = send(*client, faulty);
-        const auto after = send(*client, packets[c.index]);
-
-        ASSERT_TRUE(refusal && after);
-        EXPECT_EQ(refusal->param.words, Refused);
-        EXPECT_EQ(after->param.words, Refused) << "the transfer is gone";
+        const bool stop = faulty.param.words[0] == W::Stop;
+        if (c.payload == HangUp) {
+            client->close();
+            ASSERT_TRUE(testsupport::waitFor([&] { return server->sessionCount() == 0; }));
+        } else if (stop) {
+            client->send(RemoteCommand::FirmwarePacket, faulty.param);
+        } else {
+            const auto refusal = send(*client, faulty);
+            ASSERT_TRUE(refusal);
+            EXPECT_EQ(refusal->param.words, Refused);
+        }
+        if (c.payload != HangUp) {
+            const auto after = send(*client, packets[c.index]);
+            ASSERT_TRUE(after);
+            EXPECT_EQ(after->param.words, Refused) << "the transfer is gone";
+            // Answers are numbered: two for the login, one for each packet
+            // sent before; none for a stop.
+            EXPECT_EQ(after->sequence, 2 + c.index + (stop ? 0 : 1));
+        }
         EXPECT_TRUE(kept().isEmpty()) << kept().join(u' ').toStdString();
     }
     EXPECT_EQ(storedRecord().sliced(setup::SetupRecordMap::SoftwareVersionOffset, 4),
               QByteArray("\x01\0\0\0", 4));
-}
-
-TEST_F(FirmwareReceptionTest, StopPacketOrHangUpDiscardsTheTransfer)
-{
-    ASSERT_TRUE(start());
-    const std::vector<UploadPacket> packets = packetsOf();
-    for (const bool hangUp : {false, true}) {
-        SCOPED_TRACE(hangUp ? "hang-up" : "stop packet");
-        auto client = admin();
-        sendAll(*client, {packets.begin(), packets.begin() + 2});
-        if (hangUp) {
-            client->close();
-            ASSERT_TRUE(testsupport::waitFor([&] { return server->sessionCount() == 0; }));
-        } else {
-            client->send(RemoteCommand::FirmwarePacket, PACKET_PARAM {{W::Stop}});
-            // Unanswered: the next answer is the one to this OPEN.
-            const auto next = client->request(RemoteCommand::Open);
-            ASSERT_TRUE(next);
-            EXPECT_EQ(next->command, RemoteCommand::OpenAck);
-            const auto after = send(*client, packets[2]);
-            ASSERT_TRUE(after);
-            EXPECT_EQ(after->param.words, Refused);
-        }
-        EXPECT_TRUE(kept().isEmpty()) << kept().join(u' ').toStdString();
-    }
 }

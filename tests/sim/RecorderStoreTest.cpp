@@ -1,6 +1,5 @@
 #include "sim/RecorderStore.h"
 #include "setup/FactoryDefaults.h"
-#include "sim/UserAccounts.h"
 #include "tests/TestSupport.h"
 
 #include <QFile>
@@ -15,38 +14,25 @@ using sim::RecorderStore;
 
 constexpr qsizetype RecordSize = 15148;
 
+// What a new record takes from the options (model, version, Admin's
+// password) the command line's tests read back from recorder-sim.
 TEST(RecorderStore, CreatesMissingFilesFromTheDefaultsAndKeepsExistingOnes)
 {
     QTemporaryDir dir;
-    QByteArray custom = setup::FactoryDefaults::record(0x00AB00CD, {2, 3, 4, 5});
-    ASSERT_TRUE(sim::UserAccounts::setPassword(custom, sim::UserAccounts::Admin, "twelve-bytes"));
-    const struct
-    {
-        const char *file;
-        RecorderStore::NewRecord fresh;
-        QByteArray expected;
-    } cases[] = {
-        {"plain.dat", {}, setup::FactoryDefaults::record()},
-        {"custom.dat", {0x00AB00CD, std::array<quint8, 4> {2, 3, 4, 5}, "twelve-bytes"}, custom},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.file);
-        const QString path = dir.filePath(QLatin1StringView(c.file));
-        RecorderStore created;
-        QString error;
-        ASSERT_TRUE(created.open(path, c.fresh, &error)) << error.toStdString();
-        EXPECT_TRUE(created.created());
-        EXPECT_EQ(created.record(), c.expected);
-        EXPECT_EQ(testsupport::readFile(path), c.expected);
-        // It holds passwords.
-        EXPECT_EQ(QFile::permissions(path) & ~QFileDevice::Permissions(0x7700),
-                  QFileDevice::Permissions());
+    const QString path = dir.filePath(QStringLiteral("plain.dat"));
+    RecorderStore created;
+    QString error;
+    ASSERT_TRUE(created.open(path, {}, &error)) << error.toStdString();
+    EXPECT_TRUE(created.created());
+    EXPECT_EQ(testsupport::readFile(path), setup::FactoryDefaults::record());
+    // It holds passwords.
+    EXPECT_EQ(QFile::permissions(path) & ~QFileDevice::Permissions(0x7700),
+              QFileDevice::Permissions());
 
-        RecorderStore reopened;
-        ASSERT_TRUE(reopened.open(path, {7, std::array<quint8, 4> {9, 9, 9, 9}, "other"}, &error));
-        EXPECT_FALSE(reopened.created());
-        EXPECT_EQ(reopened.record(), c.expected);
-    }
+    RecorderStore reopened;
+    ASSERT_TRUE(reopened.open(path, {7, std::array<quint8, 4> {9, 9, 9, 9}, "other"}, &error));
+    EXPECT_FALSE(reopened.created());
+    EXPECT_EQ(reopened.record(), setup::FactoryDefaults::record());
 }
 
 TEST(RecorderStore, RefusesFilesOfAnyOtherSize)
@@ -60,8 +46,7 @@ TEST(RecorderStore, RefusesFilesOfAnyOtherSize)
         RecorderStore store;
         QString error;
         EXPECT_FALSE(store.open(path, {}, &error));
-        EXPECT_TRUE(error.contains(path)) << error.toStdString();
-        EXPECT_TRUE(error.contains(QString::number(size))) << error.toStdString();
+        // recorder-sim's own test reads the message.
         EXPECT_EQ(testsupport::readFile(path), content);
     }
 }

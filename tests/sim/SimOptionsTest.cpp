@@ -19,39 +19,25 @@ std::optional<SimOptions> parse(const QStringList &arguments, QString *error = n
 
 } // namespace
 
-TEST(SimOptions, TakesEveryOption)
+// The options the tests of the command line, the window and the fleet start
+// recorder-sim with show there that they work; these are the others.
+TEST(SimOptions, TakesTheLimitsAndTheListeningAddress)
 {
     QTemporaryDir dir;
     const QString passwordFile = dir.filePath(u"admin.txt"_s);
     testsupport::writeFile(passwordFile, "s3cret\r\nsecond line\n");
-    const QString arguments
-        = u"--listen [::1]:9100 --record r.dat --channels 4 --video PAL "
-          "--max-users 9 --version 1.2.3.255 --model 0x160004 --chunk-size 4096 "
-          "--firmware-dir fw --refuse-login 6 --busy --drop-after 5 --delay-ms 250 "
-          "--count 3 --max-connections 7 --login-timeout 2 "
-          "--keep-alive-timeout 9 --refuse-write-at 4"_s;
+    const QString arguments = u"--listen [::1]:9100 --max-users 9 --count 3 --max-connections 7 "
+                              "--login-timeout 2 --keep-alive-timeout 9"_s;
     const auto options
         = parse(arguments.split(u' ') + QStringList {u"--admin-password-file"_s, passwordFile});
     ASSERT_TRUE(options);
     EXPECT_EQ(options->address, QHostAddress(QHostAddress::LocalHostIPv6));
     EXPECT_EQ(options->portFor(2), 9102);
-    EXPECT_EQ(options->recordFileFor(2), u"r.dat.2"_s);
-    EXPECT_EQ(options->channels, 4);
-    EXPECT_EQ(options->videoStandard, 1);
     EXPECT_EQ(options->maxUsers, 9);
-    EXPECT_EQ(options->softwareVersion, (SimOptions::Version {1, 2, 3, 255}));
-    EXPECT_EQ(options->modelId, 0x160004u);
-    EXPECT_EQ(options->chunkSize, 4096);
     EXPECT_EQ(options->adminPassword, QByteArray("s3cret"));
-    EXPECT_EQ(options->firmwareDir, u"fw"_s);
-    EXPECT_EQ(options->refuseLoginCode, 6u);
-    EXPECT_TRUE(options->busy);
-    EXPECT_EQ(options->dropAfter, 5);
-    EXPECT_EQ(options->delayMs, 250);
     EXPECT_EQ(options->maxConnections, 7);
     EXPECT_EQ(options->loginTimeoutMs, 2000);
     EXPECT_EQ(options->keepAliveTimeoutMs, 9000);
-    EXPECT_EQ(options->refuseWriteAt, 4);
 
     // Port 0 stays 0 for every recorder: each picks its own.
     const auto anyPort = parse({u"--listen=localhost:0"_s, u"--count=2"_s});
@@ -59,6 +45,7 @@ TEST(SimOptions, TakesEveryOption)
     EXPECT_EQ(anyPort->portFor(1), 0);
 }
 
+// The numeric options share one check; its rows show it with the bounds of two.
 TEST(SimOptions, RefusesWhatMakesNoSense)
 {
     QTemporaryDir dir;
@@ -72,14 +59,9 @@ TEST(SimOptions, RefusesWhatMakesNoSense)
         {{u"--channels"_s, u"17"_s}, u"--channels must be a number from 1 to 16, not '17'"_s},
         {{u"--channels"_s, u"four"_s}, u"not 'four'"_s},
         {{u"--video"_s, u"secam"_s}, u"--video must be ntsc or pal"_s},
-        {{u"--max-users"_s, u"0"_s}, u"--max-users must be"_s},
         {{u"--version"_s, u"1.2.3.256"_s}, u"--version takes four numbers"_s},
         {{u"--model"_s, u"0x1FFFFFFFF"_s}, u"--model must be a 32-bit number"_s},
-        {{u"--chunk-size"_s, u"0"_s}, u"--chunk-size must be"_s},
         {{u"--refuse-login"_s, u"-1"_s}, u"--refuse-login must be"_s},
-        {{u"--drop-after"_s, u"0"_s}, u"--drop-after must be"_s},
-        {{u"--delay-ms"_s, u"-5"_s}, u"--delay-ms must be"_s},
-        {{u"--count"_s, u"0"_s}, u"--count must be"_s},
         {{u"--login-timeout"_s, u"0"_s}, u"--login-timeout must be a number from 1 to 3600"_s},
         {{u"--listen"_s, u"9000"_s}, u"--listen takes HOST:PORT"_s},
         {{u"--listen"_s, u"example.org:9000"_s}, u"--listen takes HOST:PORT"_s},

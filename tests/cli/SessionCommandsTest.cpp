@@ -81,7 +81,6 @@ TEST(SessionCommands, OutcomesMapToExitCodesAndOnlyAWholeTransferChangesTheRecor
     };
     const QString admin = u"--admin-password-file %D/admin"_s;
     const Case cases[] = {
-        {admin, u"--password-file %D/admin info"_s, 0, {}},
         {admin, u"--password-file %D/wrong info"_s, 1, u"Login failed by password error"_s},
         {admin, u"info"_s, 0, {}, u"Success"_s, "right"},
         {admin, u"--password-file %D/two-lines info"_s, 0, {}, u"Success"_s, "wrong"},

@@ -4,6 +4,7 @@
 #include "setup/FieldTable.h"
 #include "setup/Fields.h"
 #include "setup/RecordDump.h"
+#include "setup/SetupRecordMap.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
 #include "tests/cli/InProcessCli.h"
@@ -44,8 +45,6 @@ TEST(FieldCommands, SetThenGetRoundTripsEveryKindOfValue)
     };
     const Case cases[] = {
         {u"camera.title[2]=Kasse Ü"_s, u"camera.title[2] = \"Kasse \\xDC\""_s},
-        {u"camera.covert[0]=on"_s, u"camera.covert[0] = 1 (On)"_s},
-        {u"date-time.time-zone=75"_s, u"date-time.time-zone = 75 ((GMT+09:30) Adelaide)"_s},
         {u"date-time.utc-offset=-300"_s, u"date-time.utc-offset = -300"_s},
         {u"record.quality[1][0]=Low"_s, u"record.quality[1][0] = 0xFF03 (Low)"_s},
         {u"video-loss.alarm-out[1]=1,3"_s, u"video-loss.alarm-out[1] = 0x00000005"_s},
@@ -78,12 +77,16 @@ TEST(FieldCommands, SetThenGetRoundTripsEveryKindOfValue)
 // when `ack` is Silent: set writes each touched section once, a page's time
 // rule stops a command before anything is sent, and an acknowledgement
 // other than 1 stops it where it came; no commit follows blocks left
-// unacknowledged.
-TEST(FieldCommands, CommandsStopAtAPageRuleOrAnAcknowledgementOtherThanOne)
+// unacknowledged. A setup answer other than a whole record (either side of
+// it, none, the largest frame's) stops every command before it reads or
+// writes anything, the file to export into too.
+TEST(FieldCommands, CommandsStopAtAPageRuleABadSetupAnswerOrAnAcknowledgementOtherThanOne)
 {
     QTemporaryDir dir;
     const QString defaultFile = dir.filePath(u"default.dat"_s);
     testsupport::writeFile(defaultFile, setup::FactoryDefaults::record());
+    const QString exportFile = dir.filePath(u"setup.dat"_s);
+    testsupport::writeFile(exportFile, "a good old export");
     constexpr int Silent = -1;
     struct Case
     {
@@ -93,6 +96,7 @@ TEST(FieldCommands, CommandsStopAtAPageRuleOrAnAcknowledgementOtherThanOne)
         int exitCode;
         QString message;
         int writes;
+        qsizetype recordSize = setup::SetupRecordMap::RecordSize;
     };
     const Case cases[] = {
         {u"set motion.day-start-minute[0]=59"_s, 1, 1, 2, u"Set Time Error!!\nChannel : 1"_s, 0},
@@ -105,11 +109,16 @@ TEST(FieldCommands, CommandsStopAtAPageRuleOrAnAcknowledgementOtherThanOne)
          u"the recorder refused the write of buzzer"_s, 1},
         {u"factory-default --default-file %F"_s, 16, Silent, 3,
          u"no acknowledgement of the whole setup"_s, 6},
+        {u"info"_s, 16, 1, 3, u"instead of a whole record of 15148"_s, 0, 0},
+        {u"export %E"_s, 16, 1, 3, u"instead of a whole record of 15148"_s, 0, 15147},
+        {u"factory-default --default-file %F"_s, 16, 1, 3, u"instead of a whole record"_s, 0,
+         15149},
+        {u"export %E"_s, 16, 1, 3, u"instead of a whole record"_s, 0, 1024 * 1024},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE((c.command + u" ack "_s + QString::number(c.ack)).toStdString());
         ScriptedRecorder recorder;
-        recorder.record = setup::FactoryDefaults::record();
+        recorder.record = setup::FactoryDefaults::record().leftJustified(c.recordSize, 0, true);
         recorder.channels = c.channels;
         recorder.onFrame = [&](const Frame &frame) {
             if (frame.command != RemoteCommand::SetupWrite || c.ack == 1)
@@ -119,12 +128,15 @@ TEST(FieldCommands, CommandsStopAtAPageRuleOrAnAcknowledgementOtherThanOne)
             if (c.ack != Silent)
                 recorder.send(RemoteCommand::SetupWriteAck, ack);
         };
-        const auto run
-            = runAgainst(recorder, QString(c.command).replace(u"%F"_s, defaultFile).split(u' '));
+        const auto run = runAgainst(recorder, QString(c.command)
+                                                  .replace(u"%F"_s, defaultFile)
+                                                  .replace(u"%E"_s, exportFile)
+                                                  .split(u' '));
         EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
         EXPECT_EQ(int(recorder.receivedWith(RemoteCommand::SetupWrite).size()), c.writes);
     }
+    EXPECT_EQ(testsupport::readFile(exportFile), "a good old export");
 }
 
 TEST(FieldCommands, DumpAndDiffReadFilesAndRecorders)

@@ -1,10 +1,7 @@
-#include "session/RemoteCommand.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
-#include "tests/cli/InProcessCli.h"
-#include "tests/session/ScriptedRecorder.h"
 
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -84,7 +81,6 @@ TEST(SessionCommands, OutcomesMapToExitCodesAndOnlyAWholeTransferChangesTheRecor
         {admin, u"--password-file %D/wrong info"_s, 1, u"Login failed by password error"_s},
         {admin, u"info"_s, 0, {}, u"Success"_s, "right"},
         {admin, u"--password-file %D/two-lines info"_s, 0, {}, u"Success"_s, "wrong"},
-        {admin, u"--user nobody info"_s, 1, u"Login failed\n"_s},
         {admin, u"--password-file %D/missing info"_s, 2, u"cannot read password file"_s},
         {admin, u"--password-file /dev/zero info"_s, 2, u"longer than 4096 bytes"_s},
         {admin, u"--host "_s + QString(64, u'h') + u" info"_s, 2,
@@ -148,33 +144,4 @@ TEST(SessionCommands, OutcomesMapToExitCodesAndOnlyAWholeTransferChangesTheRecor
         EXPECT_EQ(sim->storedRecord() == before, reads);
     }
     qunsetenv("REMOTE_SETUP_PASSWORD");
-}
-
-// Sizes on either side of a whole record, none and the largest frame's.
-TEST(SessionCommands, NothingIsReadOrWrittenWithoutAWholeSetupRecord)
-{
-    QTemporaryDir dir;
-    const QString exportFile = dir.filePath(u"setup.dat"_s);
-    testsupport::writeFile(exportFile, "a good old export");
-    const QString defaultFile = dir.filePath(u"default.dat"_s);
-    testsupport::writeFile(defaultFile, setup::FactoryDefaults::record());
-    const std::pair<qsizetype, QStringList> cases[] = {
-        {0, {u"info"_s}},
-        {15147, {u"export"_s, exportFile}},
-        {15149, {u"factory-default"_s, u"--default-file"_s, defaultFile}},
-        {1024 * 1024, {u"export"_s, exportFile}},
-    };
-    for (const auto &[size, command] : cases) {
-        SCOPED_TRACE(command.first().toStdString() + " after " + std::to_string(size));
-        ScriptedRecorder recorder;
-        recorder.record = QByteArray(size, '\x11');
-        const auto run
-            = runInProcess(QStringList {u"--port"_s, QString::number(recorder.port())} + command);
-        EXPECT_EQ(run.exitCode, 3) << run.err.toStdString();
-        EXPECT_TRUE(run.err.contains(u"instead of a whole record of 15148"_s))
-            << run.err.toStdString();
-        EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
-        EXPECT_TRUE(recorder.receivedWith(RemoteCommand::SetupWrite).empty());
-    }
-    EXPECT_EQ(testsupport::readFile(exportFile), "a good old export");
 }

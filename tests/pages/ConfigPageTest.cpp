@@ -5,7 +5,6 @@
 #include "tests/TestSupport.h"
 #include "tests/pages/PageTestSupport.h"
 
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
@@ -22,19 +21,6 @@ using setup::FieldTable;
 namespace {
 
 constexpr quint32 Model = 77;
-
-// A record of model 77 whose first camera is called `title`.
-QByteArray recordWithTitle(const QByteArray &title)
-{
-    QByteArray record = FactoryDefaults::record(Model);
-    FieldTable::setBytes(record, setup::fields::camera::title, title);
-    return record;
-}
-
-QByteArray firstTitle(const QByteArray &record)
-{
-    return FieldTable::text(record, setup::fields::camera::title);
-}
 
 QString shown(const QWidget *page, const QString &name)
 {
@@ -61,25 +47,6 @@ QLineEdit *fileNameEntry(const QFileDialog *dialog)
             return qobject_cast<QLineEdit *>(label->buddy());
     }
     return nullptr;
-}
-
-QPushButton *acceptButton(const QFileDialog *dialog)
-{
-    for (const QDialogButtonBox *box : dialog->findChildren<QDialogButtonBox *>()) {
-        for (QAbstractButton *button : box->buttons()) {
-            if (box->buttonRole(button) == QDialogButtonBox::AcceptRole)
-                return qobject_cast<QPushButton *>(button);
-        }
-    }
-    return nullptr;
-}
-
-// Picks `path` in the open dialog, so that no earlier choice stays
-// selected, and presses its accept button.
-void choose(QFileDialog *dialog, const QString &path)
-{
-    dialog->selectFile(path);
-    acceptButton(dialog)->click();
 }
 
 class ConfigPage : public ::testing::Test
@@ -148,10 +115,11 @@ TEST_F(ConfigPage, InformationShowsTheRecorderOfEachLoad)
 // the recorder without asking.
 TEST_F(ConfigPage, FileDialogsAndFactoryDefault)
 {
-    SimProcess sim({u"--model"_s, u"77"_s}, recordWithTitle("Lobby"));
+    QByteArray record = FactoryDefaults::record(Model);
+    FieldTable::setBytes(record, setup::fields::camera::title, "Lobby");
+    SimProcess sim({u"--model"_s, u"77"_s}, record);
     ASSERT_TRUE(pagetest::attach(window, sim, page));
-    testsupport::writeFile(dir.filePath(u"good.dat"_s),
-                           ExportFile::build(recordWithTitle("Elsewhere")));
+    testsupport::writeFile(dir.filePath(u"good.dat"_s), ExportFile::build(record));
     for (const QString &button : {u"Import"_s, u"Export"_s}) {
         SCOPED_TRACE(button.toStdString());
         QFileDialog *dialog = clickForDialog(button);
@@ -171,14 +139,14 @@ TEST_F(ConfigPage, FileDialogsAndFactoryDefault)
     EXPECT_EQ(dialog->defaultSuffix(), u"dat"_s);
     EXPECT_FALSE(dialog->testOption(QFileDialog::DontConfirmOverwrite));
     EXPECT_EQ(fileNameEntry(dialog)->text(), u"Export_SetupData"_s);
-    EXPECT_EQ(acceptButton(dialog)->text(), u"Save"_s);
+    EXPECT_EQ(dialog->labelText(QFileDialog::Accept), u"Save"_s);
     // The default suffix completes a name typed without one.
-    choose(dialog, dir.filePath(u"site-a"_s));
+    dialog->selectFile(dir.filePath(u"site-a"_s));
+    QMetaObject::invokeMethod(dialog, "accept");
     const QString path = dir.filePath(u"site-a.dat"_s);
     EXPECT_EQ(testsupport::readFile(path), ExportFile::build(window.worker->mirror()));
     EXPECT_EQ(window.messages, QStringList {u"Export completed"_s});
     EXPECT_EQ(fileNameField(&page), QDir::toNativeSeparators(path));
-    EXPECT_EQ(page.openFileDialog(), nullptr);
     // Offered again, the proposed name is back.
     dialog = clickForDialog(u"Export"_s);
     ASSERT_NE(dialog, nullptr);
@@ -198,19 +166,19 @@ TEST_F(ConfigPage, FileDialogsAndFactoryDefault)
         ASSERT_NE(dialog, nullptr);
         EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptOpen);
         EXPECT_EQ(dialog->nameFilters(), QStringList {u"Data Files(*.dat) (*.dat)"_s});
-        EXPECT_EQ(acceptButton(dialog)->text(), u"Open"_s);
-        choose(dialog, file);
+        EXPECT_EQ(dialog->labelText(QFileDialog::Accept), u"Open"_s);
+        dialog->selectFile(file);
+        QMetaObject::invokeMethod(dialog, "accept");
         EXPECT_EQ(window.messages, QStringList {message});
         EXPECT_EQ(fileNameField(&page), QDir::toNativeSeparators(file));
     }
 
     window.messages.clear();
     pagetest::button(&page, u"Factory Default"_s)->click();
-    EXPECT_EQ(page.openFileDialog(), nullptr);
     ASSERT_TRUE(testsupport::waitFor(
         [&] { return window.messages.contains(u"Default Setup Success"_s); }, 60000))
         << window.messages.join(u" | "_s).toStdString();
     EXPECT_EQ(window.messages, QStringList {u"Default Setup Success"_s});
-    EXPECT_EQ(firstTitle(sim.storedRecord()), "CAM 01");
+    EXPECT_EQ(FieldTable::text(sim.storedRecord(), setup::fields::camera::title), "CAM 01");
     EXPECT_EQ(window.sessionMessages, std::vector<int> {SessionMessage::SetupRestored});
 }

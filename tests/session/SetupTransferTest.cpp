@@ -15,17 +15,11 @@ using session::Frame;
 using setup::ExportFile;
 using setup::SetupFiles;
 using setup::SetupRecordMap;
+using testsupport::patternedRecord;
 using testsupport::waitFor;
 using Result = SetupTransfer::Result;
 
 namespace {
-
-// Patterned after the accounts, so that Admin can still log in.
-QByteArray patterned(int seed)
-{
-    constexpr qsizetype AfterAccounts = 216;
-    return testsupport::patternedRecord(seed, AfterAccounts);
-}
 
 QByteArray withU32(QByteArray bytes, qsizetype offset, quint32 value)
 {
@@ -42,9 +36,9 @@ QByteArray withU32(QByteArray bytes, qsizetype offset, quint32 value)
 TEST(SetupTransfer, AWholeRecordWriteEndsInSuccessOnlyWhenEveryWriteWasApplied)
 {
     QTemporaryDir dir;
-    const QByteArray good = ExportFile::build(patterned(2));
-    const QByteArray image = patterned(3);
-    const QByteArray record = patterned(1);
+    const QByteArray good = ExportFile::build(patternedRecord(2));
+    const QByteArray image = patternedRecord(3);
+    const QByteArray record = patternedRecord(1);
     const QString refused = u"This file can not be imported."_s;
     const QByteArray none;
 
@@ -140,13 +134,13 @@ TEST(SetupTransfer, AWholeRecordWriteEndsInSuccessOnlyWhenEveryWriteWasApplied)
 TEST(SetupTransfer, ASecondWholeRecordWriteIsRefusedWhileOneRunsAndTheSessionGoesOn)
 {
     ScriptedRecorder recorder;
-    recorder.record = patterned(1);
+    recorder.record = patternedRecord(1);
     SessionHarness harness;
     CWork &work = harness.connect(recorder.port());
     ASSERT_TRUE(harness.waitForReady());
 
-    ASSERT_EQ(SetupTransfer::restoreDefaults(work, patterned(3)), Result::Sent);
-    EXPECT_EQ(SetupTransfer::importData(work, ExportFile::build(patterned(2))), Result::Busy);
+    ASSERT_EQ(SetupTransfer::restoreDefaults(work, patternedRecord(3)), Result::Sent);
+    EXPECT_EQ(SetupTransfer::importData(work, ExportFile::build(patternedRecord(2))), Result::Busy);
     ASSERT_TRUE(waitFor([&] { return harness.messages.size() == 2; }));
     EXPECT_EQ(harness.messages, (QStringList {u"Import Error!"_s, u"Default Setup Success"_s}));
     // Acknowledgements count as plain saves again.
@@ -158,7 +152,7 @@ TEST(SetupTransfer, ASecondWholeRecordWriteIsRefusedWhileOneRunsAndTheSessionGoe
 TEST(SetupTransfer, ExportWritesTheRecordersRecordAndSaysSoEitherWay)
 {
     ScriptedRecorder recorder;
-    recorder.record = patterned(1);
+    recorder.record = patternedRecord(1);
     SessionHarness harness;
     CWork &work = harness.connect(recorder.port());
     ASSERT_TRUE(harness.waitForReady());

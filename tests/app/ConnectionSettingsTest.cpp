@@ -46,8 +46,6 @@ TEST(ConnectionSettings, FillsTheRecordOnlyFromValidEntries)
         {"port not a number", manual(u"10.0.0.7"_s, u" "_s), {}, 0},
         {"address blank", manual(u"  "_s, u"9000"_s), {}, 0},
         {"address trimmed", manual(u" dvr.local "_s, u"9000"_s), "dvr.local", 9000},
-        {"DDNS standard port", ddns(u"ddns.example.net"_s, u"shop12"_s), "shop12.ddns.example.net",
-         9000},
         {"DDNS name blank", ddns(u"ddns.example.net"_s, u" "_s), {}, 0},
         {"DDNS name too long", ddns(QString(40, u'd'), QString(23, u'n')), {}, 0},
         {"DDNS name just fits", ddns(QString(40, u'd'), QString(22, u'n')),

@@ -62,7 +62,7 @@ protected:
     // Connects to `sim` and waits until the first page is on display.
     ::testing::AssertionResult connectTo(const SimProcess &sim,
                                          const QString &address = u"127.0.0.1"_qs);
-    ::testing::AssertionResult waitForDisconnectedLook();
+    bool waitForDisconnectedLook();
     void send(int kind, qintptr wParam = 0, qintptr lParam = 0);
 
     std::unique_ptr<CRemoteKSetupDlg> window;

@@ -8,26 +8,32 @@
 
 using namespace Qt::StringLiterals;
 
-SimProcess::SimProcess(const QStringList &extraArguments, const QByteArray &initialRecord)
+SimProcess::SimProcess(const QStringList &extraArguments, const QByteArray &initialRecord,
+                       int fleet)
 {
     if (!initialRecord.isEmpty())
         testsupport::writeFile(recordPath(), initialRecord);
+    QStringList arguments {u"--listen"_s, u"127.0.0.1:0"_s, u"--record"_s, recordPath()};
+    if (fleet > 0)
+        arguments << u"--count"_s << QString::number(fleet);
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(testsupport::dataDir() + u"/recorder-sim"_s,
-                    QStringList {u"--listen"_s, u"127.0.0.1:0"_s, u"--record"_s, recordPath()}
-                        + extraArguments);
-    if (!m_process.waitForStarted(10000)) {
-        ADD_FAILURE() << "recorder-sim did not start";
-        return;
+    m_process.start(testsupport::dataDir() + u"/recorder-sim"_s, arguments + extraArguments);
+    static const QRegularExpression listening(u"^listening on 127\\.0\\.0\\.1:(\\d+)$"_s);
+    while (m_ports.size() < std::max(fleet, 1)) {
+        if (!m_process.canReadLine() && !m_process.waitForReadyRead(10000))
+            break;
+        const QString line = QString::fromUtf8(m_process.readLine()).trimmed();
+        const auto match = listening.match(line);
+        if (!match.hasMatch()) {
+            ADD_FAILURE() << "unexpected line from recorder-sim: " << line.toStdString();
+            break;
+        }
+        m_ports.append(quint16(match.captured(1).toUInt()));
     }
-    while (!m_process.canReadLine() && m_process.waitForReadyRead(10000)) { }
-    const QString line = QString::fromUtf8(m_process.readLine()).trimmed();
-    const auto match = QRegularExpression(u"^listening on 127\\.0\\.0\\.1:(\\d+)$"_s).match(line);
-    if (!match.hasMatch()) {
-        ADD_FAILURE() << "unexpected first line from recorder-sim: " << line.toStdString();
-        return;
+    if (m_ports.size() < std::max(fleet, 1)) {
+        ADD_FAILURE() << "recorder-sim did not start its recorders";
+        m_ports.clear();
     }
-    m_port = quint16(match.captured(1).toUInt());
 }
 
 SimProcess::~SimProcess()
@@ -43,14 +49,14 @@ void SimProcess::kill()
     }
 }
 
-QByteArray SimProcess::storedRecord() const
+QByteArray SimProcess::storedRecord(int k) const
 {
-    return testsupport::readFile(recordPath());
+    return testsupport::readFile(k < 0 ? recordPath() : recordPath() + u'.' + QString::number(k));
 }
 
 testsupport::CliRun SimProcess::cli(const QStringList &arguments,
                                     const QStringList &globalOptions) const
 {
-    return testsupport::runCli(QStringList {u"--port"_s, QString::number(m_port)} + globalOptions
+    return testsupport::runCli(QStringList {u"--port"_s, QString::number(port())} + globalOptions
                                + arguments);
 }

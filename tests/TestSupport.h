@@ -19,7 +19,7 @@ QByteArray readFile(const QString &path);
 // A factory-default record whose bytes from `from` on depend on `seed`, so
 // that records of different seeds differ wherever a copy could go wrong.
 // Starting after the accounts (216) keeps "Admin" able to log in.
-QByteArray patternedRecord(int seed, qsizetype from);
+QByteArray patternedRecord(int seed, qsizetype from = 216);
 
 // `record` with what a recorder keeps through an import or a factory default
 // put back from `recorder`: the header, block F (13,876, 276 bytes) and, when

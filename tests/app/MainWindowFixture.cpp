@@ -1,7 +1,9 @@
 #include "tests/app/MainWindowFixture.h"
 
 #include "app/ConnectionPanel.h"
+#include "app/PageCatalog.h"
 #include "app/PageHost.h"
+#include "app/PageMenuBar.h"
 #include "session/CWork.h"
 #include "session/SessionMessage.h"
 
@@ -29,6 +31,23 @@ void MainWindowFixture::openWindow()
     window.reset();
     window = std::make_unique<CRemoteKSetupDlg>(testsupport::dataDir() + u"/language.config"_s);
     window->show();
+}
+
+QStringList MainWindowFixture::labelTexts(const QWidget *root)
+{
+    QStringList list;
+    for (const QLabel *label : root->findChildren<QLabel *>())
+        list.append(label->text());
+    return list;
+}
+
+CSetupPage *MainWindowFixture::showPage(const char *label) const
+{
+    const int index = PageCatalog::indexOf(label);
+    QAction *item = window->pageMenus()->item(index);
+    EXPECT_TRUE(item->isEnabled()) << label;
+    item->trigger();
+    return window->pageHost()->page(index);
 }
 
 QLineEdit *MainWindowFixture::field(const QString &name) const
@@ -80,9 +99,7 @@ void MainWindowFixture::connectWith(const QString &address, const QString &port,
         return ::testing::AssertionFailure() << "the panel still shows a session";
     if (CWork::instance())
         return ::testing::AssertionFailure() << "a session worker is still alive";
-    QStringList labels;
-    for (const QLabel *label : panel->findChildren<QLabel *>())
-        labels.append(label->text());
+    const QStringList labels = labelTexts(panel);
     if (!labels.contains(u"Disconnect"_s) || !labels.contains(u"VERSION UNKNOWN"_s))
         return ::testing::AssertionFailure()
                << "status texts: " << labels.join(u" | "_s).toStdString();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/CRemoteKSetupDlg.h"
+#include "pages/common/CSetupPage.h"
 #include "session/MessageSink.h"
 #include "session/ProgramExit.h"
 #include "tests/SimProcess.h"
@@ -50,7 +51,10 @@ protected:
         ADD_FAILURE() << "no control named " << name.toStdString();
         return nullptr;
     }
+    static QStringList labelTexts(const QWidget *root);
     QLineEdit *field(const QString &name) const;
+    // Chooses the page of that menu label, as the operator does, and returns it.
+    CSetupPage *showPage(const char *label) const;
     QPushButton *panelButton(const QString &text) const;
     // Types into the panel's fields (MANUAL mode) and clicks CONNECT.
     void connectWith(const QString &address, const QString &port,

@@ -1,11 +1,9 @@
 #include "tests/app/MainWindowFixture.h"
 
 #include "app/ConnectionPanel.h"
-#include "app/PageCatalog.h"
 #include "app/PageHost.h"
 #include "app/PageMenuBar.h"
 #include "firmware/PackageBuilder.h"
-#include "pages/common/CSetupPage.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "pages/system/CRemoteSystemUpdateDlg.h"
 #include "session/CWork.h"
@@ -13,7 +11,6 @@
 #include "setup/ExportFile.h"
 #include "setup/SetupRecordMap.h"
 
-#include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QTemporaryDir>
@@ -32,23 +29,6 @@ QStringList texts(const QList<QAction *> &actions)
     return list;
 }
 
-QStringList labelTexts(const QWidget *root)
-{
-    QStringList list;
-    for (const QLabel *label : root->findChildren<QLabel *>())
-        list.append(label->text());
-    return list;
-}
-
-QAction *menuItem(const CRemoteKSetupDlg &window, int menu, const QString &text)
-{
-    for (QAction *action : window.pageMenus()->menu(menu)->actions()) {
-        if (action->text() == text)
-            return action;
-    }
-    return nullptr;
-}
-
 // Every page that exists holds its section of the worker's mirror.
 void expectPagesHoldTheMirror(const CRemoteKSetupDlg &window)
 {
@@ -64,18 +44,15 @@ void expectPagesHoldTheMirror(const CRemoteKSetupDlg &window)
     }
 }
 
-constexpr int CameraMenu = 2;
 constexpr int NetworkMenu = 5;
 
 } // namespace
 
 using MainWindowTest = MainWindowFixture;
 
-TEST_F(MainWindowTest, BeforeConnectingTheMenusAreDisabledAndThePanelFollowsTheMode)
+TEST_F(MainWindowTest, BeforeConnectingTheMenusAreDisabledAndThePanelChecksItsEntries)
 {
-    EXPECT_EQ(texts(window->pageMenus()->actions()),
-              (QStringList {u"SYSTEM"_s, u"DISPLAY"_s, u"CAMERA"_s, u"RECORD"_s, u"DEVICE"_s,
-                            u"NETWORK"_s}));
+    // The menus' names and order: TextsFollowTheStartupLanguage.
     qsizetype items = 0;
     for (const QAction *menu : window->pageMenus()->actions()) {
         for (const QAction *item : menu->menu()->actions()) {
@@ -100,11 +77,25 @@ TEST_F(MainWindowTest, BeforeConnectingTheMenusAreDisabledAndThePanelFollowsTheM
     QTest::keyClicks(field(u"PORT NUMBER"_s), u"9a0-b0"_s);
     EXPECT_EQ(field(u"PORT NUMBER"_s)->text(), u"900"_s);
 
+    // The entries go through the connection settings' checks (tested on
+    // their own) before any connection: a bad one shows "Connect Fail" and
+    // ends the program.
+    connectWith(u"127.0.0.1"_s, u"0"_s);
+    EXPECT_EQ(messages, QStringList {u"Connect Fail"_s});
+    EXPECT_EQ(exitCodes, std::vector<int> {0});
+    EXPECT_EQ(window->worker(), nullptr);
+
+    // DDNS reaches host name dot domain on the standard port.
     EXPECT_TRUE(field(u"PORT NUMBER"_s)->isVisible());
     EXPECT_FALSE(field(u"Host name"_s)->isVisible());
     QTest::mouseClick(control<QAbstractButton>(panel, u"DDNS"_s), Qt::LeftButton);
     EXPECT_FALSE(field(u"PORT NUMBER"_s)->isVisible());
     EXPECT_TRUE(field(u"Host name"_s)->isVisible());
+    QTest::keyClicks(field(u"Host name"_s), u"dvr1"_s);
+    connectWith(u"ddns.invalid"_s, {});
+    ASSERT_NE(window->worker(), nullptr);
+    EXPECT_EQ(window->worker()->address(), "dvr1.ddns.invalid");
+    EXPECT_EQ(window->worker()->port(), 9000u);
 }
 
 TEST_F(MainWindowTest, TextsFollowTheStartupLanguage)
@@ -144,10 +135,7 @@ TEST_F(MainWindowTest, ConnectFillsThePagesAndShowsTheFirst)
         EXPECT_TRUE(labelTexts(panel).contains(u"S/W Version 1.0.0.0"_s));
         EXPECT_TRUE(testsupport::waitFor([&] { return labelTexts(panel).contains(u"Ready"_s); }));
 
-        QAction *camera = menuItem(*window, CameraMenu, u"Camera Setup"_s);
-        ASSERT_NE(camera, nullptr);
-        EXPECT_TRUE(camera->isEnabled());
-        camera->trigger();
+        showPage("Camera Setup");
         // The title keeps fourteen characters of the address.
         EXPECT_EQ(window->windowTitle(), u"127.000.000.00 - Remote Setup / Camera / Setup"_s);
         EXPECT_EQ(window->currentPageId(), 0x8009);
@@ -161,68 +149,6 @@ TEST_F(MainWindowTest, ConnectFillsThePagesAndShowsTheFirst)
     }
 }
 
-// The panel's entries are checked before any connection: a bad one shows
-// "Connect Fail" and ends the program. DDNS reaches host name dot domain on
-// the standard port.
-TEST_F(MainWindowTest, PanelEntriesAreCheckedBeforeConnecting)
-{
-    struct Case
-    {
-        const char *name;
-        bool ddns;
-        QString address;
-        QString portOrHost;
-        QByteArray reached; // empty: refused
-    };
-    const Case cases[] = {
-        {"port zero", false, u"127.0.0.1"_s, u"0"_s, {}},
-        {"port above range", false, u"127.0.0.1"_s, u"70000"_s, {}},
-        {"address empty", false, {}, u"9000"_s, {}},
-        {"DDNS domain empty", true, {}, u"dvr1"_s, {}},
-        {"DDNS host name empty", true, u"ddns.example.net"_s, {}, {}},
-        {"DDNS", true, u"ddns.invalid"_s, u"dvr1"_s, "dvr1.ddns.invalid"},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.name);
-        openWindow();
-        messages.clear();
-        exitCodes.clear();
-        if (c.ddns) {
-            QTest::mouseClick(control<QAbstractButton>(window->connectionPanel(), u"DDNS"_s),
-                              Qt::LeftButton);
-            QTest::keyClicks(field(u"ADDRESS"_s), c.address);
-            QTest::keyClicks(field(u"Host name"_s), c.portOrHost);
-            QTest::keyClicks(field(u"USER ID"_s), u"Admin"_s);
-            QTest::mouseClick(panelButton(u"CONNECT"_s), Qt::LeftButton);
-        } else {
-            connectWith(c.address, c.portOrHost);
-        }
-        if (c.reached.isEmpty()) {
-            EXPECT_EQ(messages, QStringList {u"Connect Fail"_s});
-            EXPECT_EQ(exitCodes, std::vector<int> {0});
-            EXPECT_EQ(window->worker(), nullptr);
-        } else {
-            ASSERT_NE(window->worker(), nullptr);
-            EXPECT_EQ(window->worker()->address(), c.reached);
-            EXPECT_EQ(window->worker()->port(), 9000u);
-        }
-    }
-}
-
-TEST_F(MainWindowTest, ConnectRunsOnceAndClosingEndsTheSession)
-{
-    SimProcess sim;
-    connectWith(u"127.0.0.1"_s, QString::number(sim.port()));
-    const CWork *first = window->worker();
-    ASSERT_NE(first, nullptr);
-    QTest::mouseClick(panelButton(u"CONNECT"_s), Qt::LeftButton);
-    EXPECT_EQ(window->worker(), first);
-
-    window->close();
-    EXPECT_EQ(window->worker(), nullptr);
-    EXPECT_EQ(CWork::instance(), nullptr);
-}
-
 // By the DISCONNECT button or by the session's own end message; a new
 // session then starts from the same window, its pages as built.
 TEST_F(MainWindowTest, SessionEndReturnsThePanelToItsDisconnectedLook)
@@ -231,7 +157,7 @@ TEST_F(MainWindowTest, SessionEndReturnsThePanelToItsDisconnectedLook)
     ASSERT_TRUE(connectTo(sim));
     for (const bool button : {false, true}) {
         SCOPED_TRACE(button ? "DISCONNECT" : "message");
-        menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
+        showPage("Camera Setup");
         // A new session is ready once its record arrived.
         ASSERT_TRUE(testsupport::waitFor([&] { return window->saveButton()->isEnabled(); },
                                          SessionTimeoutMs));
@@ -282,6 +208,10 @@ TEST_F(MainWindowTest, ConnectingNeverHoldsTheWindow)
         QObject::connect(&ticker, &QTimer::timeout, [&] { ++ticks; });
         ticker.start(10);
         connectWith(u"127.0.0.1"_s, QString::number(port));
+        const CWork *worker = window->worker();
+        ASSERT_NE(worker, nullptr);
+        QTest::mouseClick(panelButton(u"CONNECT"_s), Qt::LeftButton);
+        EXPECT_EQ(window->worker(), worker) << "a second CONNECT started another session";
         ASSERT_TRUE(testsupport::waitFor([&] { return panelButton(u"DISCONNECT"_s)->isEnabled(); },
                                          SessionTimeoutMs));
         // The loop kept running through the wait's locking round.
@@ -292,6 +222,12 @@ TEST_F(MainWindowTest, ConnectingNeverHoldsTheWindow)
     }
     EXPECT_TRUE(exitCodes.empty());
     EXPECT_TRUE(messages.isEmpty());
+
+    // Closing the window ends a session still connecting.
+    connectWith(u"127.0.0.1"_s, QString::number(hanging.port()));
+    window->close();
+    EXPECT_EQ(window->worker(), nullptr);
+    EXPECT_EQ(CWork::instance(), nullptr);
 }
 
 TEST_F(MainWindowTest, ClosingTheWindowStopsARunningUploadFirst)
@@ -299,10 +235,8 @@ TEST_F(MainWindowTest, ClosingTheWindowStopsARunningUploadFirst)
     // Every answer late, so that the upload is still running.
     SimProcess sim({u"--delay-ms"_s, u"200"_s});
     ASSERT_TRUE(connectTo(sim));
-    const int update = PageCatalog::indexOf("Update");
-    auto *page = static_cast<CRemoteSystemUpdateDlg *>(window->pageHost()->page(update));
+    auto *page = static_cast<CRemoteSystemUpdateDlg *>(showPage("Update"));
     ASSERT_NE(page, nullptr);
-    window->pageMenus()->item(update)->trigger();
 
     QTemporaryDir dir;
     const QString path = dir.filePath(u"update.KRP"_s);
@@ -327,10 +261,8 @@ TEST_F(MainWindowTest, AShortImportFileIsSentOnlyWhenTheOperatorSaysYes)
     const QByteArray file = setup::ExportFile::build(before);
     testsupport::writeFile(path, file.first(file.size() / 2));
 
-    const int index = PageCatalog::indexOf("Configuration");
-    auto *page = static_cast<CRemoteSystemConfigDlg *>(window->pageHost()->page(index));
+    auto *page = static_cast<CRemoteSystemConfigDlg *>(showPage("Configuration"));
     ASSERT_NE(page, nullptr);
-    window->pageMenus()->item(index)->trigger();
     for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
         SCOPED_TRACE(answer);
         control<QPushButton>(page, u"Import"_s)->click();
@@ -357,7 +289,7 @@ TEST_F(MainWindowTest, PageAndUploadMessagesActOnTheButtonsAndItems)
     SimProcess sim;
     ASSERT_TRUE(connectTo(sim));
     // The buttons act only on a page with a Save action.
-    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
+    showPage("Camera Setup");
     struct Step
     {
         int kind;
@@ -404,8 +336,7 @@ TEST_F(MainWindowTest, SaveWritesTheCameraSectionAndRestoredSetupReloadsThePages
 {
     SimProcess sim;
     ASSERT_TRUE(connectTo(sim));
-    menuItem(*window, CameraMenu, u"Camera Setup"_s)->trigger();
-    CSetupPage *camera = window->pageHost()->currentPage();
+    CSetupPage *camera = showPage("Camera Setup");
     auto *title3 = control<QLineEdit>(camera, u"Camera Title 03"_s);
     ASSERT_NE(title3, nullptr);
     title3->selectAll();

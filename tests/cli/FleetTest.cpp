@@ -1,12 +1,9 @@
 #include "setup/FieldTable.h"
 #include "setup/Fields.h"
+#include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
-#include "tests/cli/InProcessCli.h"
-#include "tests/session/ScriptedRecorder.h"
 
 #include <QDir>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -14,46 +11,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// One recorder-sim process serving `count` recorders on free ports.
-class SimFleet
-{
-public:
-    SimFleet(int count, const QStringList &faults = {})
-    {
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(testsupport::dataDir() + u"/recorder-sim"_s,
-                        QStringList {u"--listen"_s, u"127.0.0.1:0"_s, u"--record"_s, recordPath(),
-                                     u"--count"_s, QString::number(count)}
-                            + faults);
-        static const QRegularExpression listening(u"^listening on 127\\.0\\.0\\.1:(\\d+)$"_s);
-        while (ports.size() < count) {
-            if (!m_process.canReadLine() && !m_process.waitForReadyRead(10000))
-                break;
-            const auto match = listening.match(QString::fromUtf8(m_process.readLine()).trimmed());
-            if (match.hasMatch())
-                ports.append(quint16(match.captured(1).toUInt()));
-        }
-        EXPECT_EQ(ports.size(), count) << "recorder-sim did not start its recorders";
-    }
-    ~SimFleet()
-    {
-        m_process.kill();
-        m_process.waitForFinished(10000);
-    }
-
-    QString recordPath() const { return m_dir.filePath(u"record"_s); }
-    QByteArray storedRecord(int k) const
-    {
-        return testsupport::readFile(recordPath() + u'.' + QString::number(k));
-    }
-
-    QList<quint16> ports;
-
-private:
-    QTemporaryDir m_dir;
-    QProcess m_process;
-};
 
 QString hostsLines(const QList<quint16> &ports)
 {
@@ -65,69 +22,31 @@ QString hostsLines(const QList<quint16> &ports)
 
 } // namespace
 
-TEST(Fleet, BadHostsFilesAndBadInputAreRefusedBeforeAnyRecorderIsContacted)
-{
-    ScriptedRecorder recorder;
-    const QString good = u"127.0.0.1:%1\n"_s.arg(recorder.port());
-    QTemporaryDir dir;
-    struct Case
-    {
-        QString hosts;
-        QStringList command;
-        QStringList messages;
-    };
-    const Case cases[] = {
-        {good + u"# shop 2\n\nhost name with words\n127.0.0.1:70000\n[::1\n"_s,
-         {u"info"_s},
-         {u"hosts:4: expected 'host[:port] [user]', found 4 words"_s,
-          u"hosts:5: port 70000 is not from 1 to 65535"_s, u"hosts:6: '[::1' is not a host"_s,
-          u"nothing was sent to any recorder"_s}},
-        {good + u"127.0.0.1:1\n"_s + good,
-         {u"info"_s},
-         {u"hosts:3: 127.0.0.1:"_s, u"is already listed on line 1"_s}},
-        {u"# nobody yet\n"_s, {u"info"_s}, {u"lists no recorders"_s}},
-        {good, {u"set"_s, u"camera.covert[0]=sometimes"_s}, {u"one of Off, On"_s}},
-        {good, {u"get"_s, u"camera.titles"_s}, {u"did you mean camera.title"_s}},
-        {good, {u"upload"_s, dir.filePath(u"missing.krp"_s)}, {u"missing.krp"_s}},
-        {good, {u"export"_s, dir.filePath(u"hosts"_s)}, {u"into a folder"_s}},
-        {good, {u"factory-default"_s}, {u"does not run on a fleet"_s}},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.command.join(u' ').toStdString());
-        testsupport::writeFile(dir.filePath(u"hosts"_s), c.hosts.toUtf8());
-        const auto run
-            = runInProcess(QStringList {u"--hosts"_s, dir.filePath(u"hosts"_s)} + c.command);
-        EXPECT_EQ(run.exitCode, 2);
-        for (const QString &message : c.messages)
-            EXPECT_TRUE(run.err.contains(message)) << run.err.toStdString();
-        EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
-        EXPECT_TRUE(recorder.received.empty());
-    }
-}
-
 TEST(Fleet, TwentyRecordersWithTwoRefusingAndOneSilent)
 {
-    SimFleet healthy(18);
-    SimFleet refusing(2, {u"--refuse-login"_s, u"2"_s});
-    SimFleet silent(1, {u"--delay-ms"_s, u"600000"_s});
+    SimProcess healthy({}, {}, 18);
+    SimProcess refusing({u"--refuse-login"_s, u"2"_s}, {}, 2);
+    SimProcess silent({u"--delay-ms"_s, u"600000"_s}, {}, 1);
+    ASSERT_TRUE(healthy.isRunning() && refusing.isRunning() && silent.isRunning());
     QTemporaryDir dir;
     const QString hosts = dir.filePath(u"shops.txt"_s);
     // The last healthy recorder is left out: its file must stay as it was.
-    testsupport::writeFile(hosts, (u"# every shop\n"_s + hostsLines(healthy.ports.first(17))
-                                   + hostsLines(refusing.ports) + hostsLines(silent.ports))
+    testsupport::writeFile(hosts, (u"# every shop\n"_s + hostsLines(healthy.ports().first(17))
+                                   + hostsLines(refusing.ports()) + hostsLines(silent.ports()))
                                       .toUtf8());
 
     const auto run = testsupport::runCli({u"--hosts"_s, hosts, u"--timeout"_s, u"3"_s, u"--jobs"_s,
                                           u"4"_s, u"set"_s, u"camera.title[0]=Fleet"_s});
     EXPECT_EQ(run.exitCode, 3) << "the worst result is the silent recorder's";
     const QString refusedLabels
-        = u"127.0.0.1:%1, 127.0.0.1:%2"_s.arg(refusing.ports[0]).arg(refusing.ports[1]);
+        = u"127.0.0.1:%1, 127.0.0.1:%2"_s.arg(refusing.ports()[0]).arg(refusing.ports()[1]);
     EXPECT_TRUE(run.out.endsWith(u"summary:\n  ok             17\n  refused         2   "_s
                                  + refusedLabels + u"\n  no session      1   127.0.0.1:"_s
-                                 + QString::number(silent.ports[0]) + u"\n  total          20\n"_s))
+                                 + QString::number(silent.ports()[0])
+                                 + u"\n  total          20\n"_s))
         << run.out.toStdString();
     for (int k = 0; k < 17; ++k) {
-        const quint16 port = healthy.ports[k];
+        const quint16 port = healthy.ports()[k];
         EXPECT_TRUE(run.out.contains(
             u"127.0.0.1:%1: camera.title[0] = \"Fleet\"\n127.0.0.1:%1: ok\n"_s.arg(port)));
         EXPECT_EQ(setup::FieldTable::text(healthy.storedRecord(k), setup::fields::camera::title, 0),
@@ -138,12 +57,12 @@ TEST(Fleet, TwentyRecordersWithTwoRefusingAndOneSilent)
         EXPECT_EQ(setup::FieldTable::text(untouched, setup::fields::camera::title, 0), "CAM 01");
 
     // Export names each file by host, with the port where hosts repeat.
-    testsupport::writeFile(hosts, hostsLines(healthy.ports.first(3)).toUtf8());
+    testsupport::writeFile(hosts, hostsLines(healthy.ports().first(3)).toUtf8());
     const QString folder = dir.filePath(u"exports/"_s);
     const auto exported = testsupport::runCli({u"--hosts"_s, hosts, u"export"_s, folder});
     EXPECT_EQ(exported.exitCode, 0) << exported.err.toStdString();
     QStringList expected;
-    for (quint16 port : healthy.ports.first(3))
+    for (quint16 port : healthy.ports().first(3))
         expected.append(u"127.0.0.1_%1.dat"_s.arg(port));
     expected.sort();
     EXPECT_EQ(QDir(folder).entryList(QDir::Files, QDir::Name), expected);

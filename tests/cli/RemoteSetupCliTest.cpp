@@ -1,5 +1,6 @@
-#include "cli/GlobalOptions.h"
 #include "tests/TestSupport.h"
+#include "tests/cli/InProcessCli.h"
+#include "tests/session/ScriptedRecorder.h"
 
 #include <QTemporaryDir>
 
@@ -9,35 +10,74 @@ using namespace Qt::StringLiterals;
 
 using testsupport::runCli;
 
-TEST(RemoteSetupCli, UsageErrorsExitWithTwoAndSayWhatIsWrong)
+// Usage errors, bad values and bad hosts files exit with 2, say what is
+// wrong and reach no recorder. In a command `%P` is the recorder's port and
+// `%D` a folder holding the file `hosts`, written from the case's text with
+// the recorder's address for `%R`.
+TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
 {
+    ScriptedRecorder recorder;
+    const QString address = u"127.0.0.1:%1"_s.arg(recorder.port());
+    QTemporaryDir dir;
     struct Case
     {
-        QStringList arguments;
-        QString message;
+        QString command;
+        QStringList messages;
+        QString hosts = u"%R\n"_s;
     };
+    const QString fleet = u"--hosts %D/hosts "_s;
     const Case cases[] = {
-        {{}, u"usage: remote-setup-cli"_s},
-        {{u"frobnicate"_s}, u"unknown command 'frobnicate'"_s},
-        {{u"--colour"_s, u"translate"_s}, u"Unknown option 'colour'"_s},
-        {{u"--port"_s, u"0"_s, u"translate"_s}, u"--port must be a number from 1 to 65535"_s},
-        {{u"--port=65536"_s, u"translate"_s}, u"--port must be a number"_s},
-        {{u"--port"_s, u"http"_s, u"translate"_s}, u"not 'http'"_s},
-        {{u"--timeout"_s, u"0"_s, u"translate"_s}, u"--timeout must be"_s},
-        {{u"--host"_s}, u"Missing value after '--host'"_s},
-        {{u"translate"_s, u"Save"_s}, u"--language N is required"_s},
-        {{u"translate"_s, u"--language"_s, u"de"_s, u"Save"_s}, u"takes a number, not 'de'"_s},
-        {{u"translate"_s, u"--language"_s, u"1"_s}, u"no TEXT given"_s},
-        {{u"translate"_s, u"--config"_s, u"/nonexistent/language.config"_s, u"--language"_s, u"1"_s,
-          u"Save"_s},
-         u"cannot read language file /nonexistent/language.config"_s},
+        {{}, {u"usage: remote-setup-cli"_s}},
+        {u"frobnicate"_s, {u"unknown command 'frobnicate'"_s}},
+        {u"--colour translate"_s, {u"Unknown option 'colour'"_s}},
+        {u"--port 0 translate"_s, {u"--port must be a number from 1 to 65535"_s}},
+        {u"--port=65536 translate"_s, {u"--port must be a number"_s}},
+        {u"--port http translate"_s, {u"not 'http'"_s}},
+        {u"--timeout 0 translate"_s, {u"--timeout must be"_s}},
+        {u"--host"_s, {u"Missing value after '--host'"_s}},
+        {u"translate Save"_s, {u"--language N is required"_s}},
+        {u"translate --language de Save"_s, {u"takes a number, not 'de'"_s}},
+        {u"translate --language 1"_s, {u"no TEXT given"_s}},
+        {u"translate --config /nonexistent/language.config --language 1 Save"_s,
+         {u"cannot read language file /nonexistent/language.config"_s}},
+        {u"--port %P set camera.titel[0]=A"_s, {u"did you mean camera.title?"_s}},
+        {u"--port %P set camera.title[16]=A"_s, {u"out of range (0 to 15)"_s}},
+        {u"--port %P set camera.title[0]=a/b"_s, {u"Can Not Use %, &, *, :, \", ', <, >, ?, / "_s}},
+        {u"--port %P set camera.covert[0]=2"_s, {u"not one of Off, On"_s}},
+        {u"--port %P set users.rights[0]=0x1"_s, {u"always holds every right"_s}},
+        {u"--port %P set camera.covert=On camera.covert[3]=Off"_s, {u"assign the same setting"_s}},
+        {u"--port %P set camera=1"_s, {u"is a section"_s}},
+        {u"--port %P set header.model-id=1"_s, {u"never written"_s}},
+        {u"--port %P set camera.covert[0]"_s, {u"is not NAME=VALUE"_s}},
+        {u"--port %P get video-los.beep"_s, {u"did you mean video-loss.beep"_s}},
+        {fleet + u"info"_s,
+         {u"hosts:4: expected 'host[:port] [user]', found 4 words"_s,
+          u"hosts:5: port 70000 is not from 1 to 65535"_s, u"hosts:6: '[::1' is not a host"_s,
+          u"nothing was sent to any recorder"_s},
+         u"%R\n# shop 2\n\nhost name with words\n127.0.0.1:70000\n[::1\n"_s},
+        {fleet + u"info"_s,
+         {u"hosts:3: 127.0.0.1:"_s, u"is already listed on line 1"_s},
+         u"%R\n127.0.0.1:1\n%R\n"_s},
+        {fleet + u"info"_s, {u"lists no recorders"_s}, u"# nobody yet\n"_s},
+        {fleet + u"set camera.covert[0]=sometimes"_s, {u"one of Off, On"_s}},
+        {fleet + u"get camera.titles"_s, {u"did you mean camera.title"_s}},
+        {fleet + u"upload %D/missing.krp"_s, {u"missing.krp"_s}},
+        {fleet + u"export %D/hosts"_s, {u"into a folder"_s}},
+        {fleet + u"factory-default"_s, {u"does not run on a fleet"_s}},
     };
     for (const Case &c : cases) {
-        SCOPED_TRACE(c.arguments.join(u' ').toStdString());
-        const auto run = runCli(c.arguments);
+        SCOPED_TRACE(c.command.toStdString());
+        testsupport::writeFile(dir.filePath(u"hosts"_s),
+                               QString(c.hosts).replace(u"%R"_s, address).toUtf8());
+        const QString line = QString(c.command)
+                                 .replace(u"%D"_s, dir.path())
+                                 .replace(u"%P"_s, QString::number(recorder.port()));
+        const auto run = runInProcess(line.split(u' ', Qt::SkipEmptyParts));
         EXPECT_EQ(run.exitCode, 2);
-        EXPECT_TRUE(run.err.contains(c.message)) << run.err.toStdString();
+        for (const QString &message : c.messages)
+            EXPECT_TRUE(run.err.contains(message)) << run.err.toStdString();
         EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
+        EXPECT_TRUE(recorder.received.empty()) << "the recorder was contacted";
     }
 }
 
@@ -49,18 +89,20 @@ TEST(RemoteSetupCli, HelpListsTheCommandsOnStandardOutput)
     EXPECT_TRUE(run.err.isEmpty());
 }
 
+// From the given file or the one beside the executable.
 TEST(RemoteSetupCli, TranslatePrintsOneLinePerText)
 {
     QTemporaryDir dir;
-    const QString config = dir.filePath(u"language.config"_s);
-    testsupport::writeFile(config, "language 1 \"Deutsch\"\n"
-                                   "item 1 \"Save\"\nword 1 1 \"Speichern\"\n"
-                                   "item 2 \"Complete Save   \t\"\nword 2 1 \"Gespeichert\t\"\n"
-                                   "item 3 \"Two\nlines\"\nword 3 1 \"Zwei\nZeilen\"\n");
+    const QString configFile = dir.filePath(u"language.config"_s);
+    testsupport::writeFile(configFile, "language 1 \"Deutsch\"\n"
+                                       "item 1 \"Save\"\nword 1 1 \"Speichern\"\n"
+                                       "item 2 \"Complete Save   \t\"\nword 2 1 \"Gespeichert\t\"\n"
+                                       "item 3 \"Two\nlines\"\nword 3 1 \"Zwei\nZeilen\"\n");
     struct Case
     {
         QStringList arguments;
         QString out;
+        bool besideTheExecutable = false;
     };
     const Case cases[] = {
         {{u"--language"_s, u"1"_s, u"Save"_s, u"Cancel"_s}, u"Speichern\nCancel\n"_s},
@@ -70,36 +112,14 @@ TEST(RemoteSetupCli, TranslatePrintsOneLinePerText)
         {{u"--escapes"_s, u"--language"_s, u"1"_s, u"Complete Save   \\t"_s, u"Two\\nlines"_s,
           u"a\\\\b"_s},
          u"Gespeichert\\t\nZwei\\nZeilen\na\\\\b\n"_s},
+        {{u"--language"_s, u"1"_s, u"CONNECT"_s, u"Save"_s}, u"VERBINDEN\nSpeichern\n"_s, true},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.arguments.join(u' ').toStdString());
-        const auto run = runCli(QStringList {u"translate"_s, u"--config"_s, config} + c.arguments);
+        const QStringList config
+            = c.besideTheExecutable ? QStringList {} : QStringList {u"--config"_s, configFile};
+        const auto run = runCli(QStringList {u"translate"_s} + config + c.arguments);
         EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
         EXPECT_EQ(run.out, c.out);
     }
-}
-
-TEST(RemoteSetupCli, TranslateUsesTheFileBesideTheExecutable)
-{
-    const auto run = runCli({u"translate"_s, u"--language"_s, u"1"_s, u"CONNECT"_s, u"Save"_s});
-    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
-    EXPECT_EQ(run.out.count(u'\n'), 2);
-}
-
-TEST(GlobalOptions, PasswordComesFromTheFilesFirstLineElseTheEnvironment)
-{
-    QTemporaryDir dir;
-    const QString file = dir.filePath(u"password"_s);
-    testsupport::writeFile(file, "s3cret pass\r\nsecond line\n");
-    qputenv("REMOTE_SETUP_PASSWORD", "from-env");
-
-    QString error;
-    cli::GlobalOptions options;
-    EXPECT_EQ(options.password(&error), u"from-env"_s);
-    options.passwordFile = file;
-    EXPECT_EQ(options.password(&error), u"s3cret pass"_s);
-    options.passwordFile = dir.filePath(u"missing"_s);
-    EXPECT_EQ(options.password(&error), std::nullopt);
-    EXPECT_TRUE(error.contains(u"cannot read password file"_s));
-    qunsetenv("REMOTE_SETUP_PASSWORD");
 }

@@ -1,4 +1,3 @@
-#include "firmware/FirmwarePackage.h"
 #include "firmware/PackageBuilder.h"
 #include "setup/SetupRecordMap.h"
 #include "tests/SimProcess.h"
@@ -11,7 +10,6 @@
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
-using firmware::FirmwarePackage;
 using firmware::FirmwareVersion;
 using firmware::PackageBuilder;
 
@@ -22,18 +20,6 @@ constexpr int Refused = 1;
 constexpr int UsageError = 2;
 constexpr int NoSession = 3;
 
-// Newer than the simulator's factory 1.0.0.0 in every component.
-QString writePackage(const QString &path)
-{
-    PackageBuilder builder(FirmwareVersion {{2, 1, 0, 0}});
-    builder.addGeneratedComponent(2, FirmwareVersion {{2, 1, 0, 0}}, 20000);
-    builder.addGeneratedComponent(0xF004, FirmwareVersion {{2, 0, 0, 0}}, 9000);
-    builder.addGeneratedComponent(0x5151, FirmwareVersion {{1, 0, 0, 0}}, 3000);
-    QString error;
-    EXPECT_TRUE(builder.write(path, &error)) << error.toStdString();
-    return path;
-}
-
 } // namespace
 
 // A completed upload lands whole on the recorder and becomes its software
@@ -41,7 +27,14 @@ QString writePackage(const QString &path)
 TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
 {
     QTemporaryDir dir;
-    const QString good = writePackage(dir.filePath(u"good.KRP"_s));
+    // Newer than the simulator's factory 1.0.0.0 in every component.
+    PackageBuilder builder(FirmwareVersion {{2, 1, 0, 0}});
+    builder.addGeneratedComponent(2, FirmwareVersion {{2, 1, 0, 0}}, 20000);
+    builder.addGeneratedComponent(0xF004, FirmwareVersion {{2, 0, 0, 0}}, 9000);
+    builder.addGeneratedComponent(0x5151, FirmwareVersion {{1, 0, 0, 0}}, 3000);
+    const QString good = dir.filePath(u"good.KRP"_s);
+    QString error;
+    ASSERT_TRUE(builder.write(good, &error)) << error.toStdString();
     const QString broken = dir.filePath(u"broken.KRP"_s);
     testsupport::writeFile(broken, testsupport::readFile(good).first(4000));
 
@@ -54,44 +47,31 @@ TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
     gone.kill();
     ASSERT_TRUE(sim.isRunning() && busy.isRunning() && dropping.isRunning());
 
-    struct Case
+    const QString none = dir.filePath(u"none.KRP"_s);
+    // The upload's arguments: the package, when there is one.
+    const struct
     {
         const char *what;
         const SimProcess &sim;
-        QStringList arguments;
+        QString package;
         int exitCode;
         QString says;
-    };
-    const Case cases[] = {
-        {"completed",
-         sim,
-         {u"upload"_s, good},
-         Success,
-         u"\n100 %\nUpdatefile transfer is completed."_s},
-        {"busy recorder", busy, {u"upload"_s, good}, Refused, u"Update Impossible."_s},
+    } cases[] = {
+        {"completed", sim, good, Success, u"\n100 %\nUpdatefile transfer is completed."_s},
+        {"busy recorder", busy, good, Refused, u"Update Impossible."_s},
         // Checked before connecting: the recorder is not even there.
-        {"broken package",
-         gone,
-         {u"upload"_s, broken},
-         Refused,
-         u"components of the firmware package run past the end"_s},
-        {"missing package",
-         gone,
-         {u"upload"_s, dir.filePath(u"none.KRP"_s)},
-         UsageError,
-         u"cannot be read"_s},
-        {"no package", gone, {u"upload"_s}, UsageError, u"upload takes one PACKAGE"_s},
-        {"no recorder", gone, {u"upload"_s, good}, NoSession, u"cannot connect"_s},
+        {"broken package", gone, broken, Refused, u"components of the firmware package run past"_s},
+        {"missing package", gone, none, UsageError, u"cannot be read"_s},
+        {"no package", gone, {}, UsageError, u"upload takes one PACKAGE"_s},
+        {"no recorder", gone, good, NoSession, u"cannot connect"_s},
         // Whichever notices first, the upload or the session's probe.
-        {"connection lost",
-         dropping,
-         {u"upload"_s, good},
-         NoSession,
+        {"connection lost", dropping, good, NoSession,
          u"The Remote Setup is terminated\\.|closed the connection"_s},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
-        const testsupport::CliRun run = c.sim.cli(c.arguments);
+        const testsupport::CliRun run = c.sim.cli(
+            c.package.isEmpty() ? QStringList {u"upload"_s} : QStringList {u"upload"_s, c.package});
         EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(QRegularExpression(c.says))) << run.err.toStdString();
     }

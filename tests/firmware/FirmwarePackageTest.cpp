@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -32,71 +31,48 @@ QByteArray goodPackage()
     return builder.build();
 }
 
-void setCount(QByteArray &bytes, quint32 count)
-{
-    LittleEndian::setU32(bytes, FirmwarePackage::CountOffset, count);
-}
-
-void setEntrySize(QByteArray &bytes, int entry, quint32 size)
-{
-    LittleEndian::setU32(bytes,
-                         FirmwarePackage::TableOffset + FirmwarePackage::EntrySize * entry
-                             + FirmwarePackage::EntrySizeOffset,
-                         size);
-}
-
 } // namespace
 
 TEST(FirmwarePackage, RefusesBrokenPackagesNamingTheFault)
 {
-    struct Case
+    // Words of the header to change, then the length to cut the file to.
+    constexpr qsizetype Count = FirmwarePackage::CountOffset;
+    constexpr qsizetype Data = FirmwarePackage::DataOffsetOffset;
+    constexpr qsizetype Size0 = FirmwarePackage::TableOffset + FirmwarePackage::EntrySizeOffset;
+    constexpr qsizetype Size1 = Size0 + FirmwarePackage::EntrySize;
+    constexpr qsizetype Whole = 3420;
+    const struct
     {
         const char *what;
-        std::function<void(QByteArray &)> change;
+        std::vector<std::pair<qsizetype, quint32>> words;
+        qsizetype length;
         Fault fault;
-    };
-    const Case cases[] = {
-        {"shorter than the header", [](QByteArray &b) { b.truncate(Header - 1); },
-         Fault::ShorterThanHeader},
-        {"empty", [](QByteArray &b) { b.clear(); }, Fault::ShorterThanHeader},
-        {"31 entries fill the header", [](QByteArray &b) { setCount(b, 31); }, Fault::None},
-        {"32 entries", [](QByteArray &b) { setCount(b, 32); }, Fault::TableTooLarge},
-        {"count overflows", [](QByteArray &b) { setCount(b, 0xFFFFFFFF); }, Fault::TableTooLarge},
-        {"data inside the header",
-         [](QByteArray &b) { LittleEndian::setU32(b, FirmwarePackage::DataOffsetOffset, 3071); },
-         Fault::DataOffsetInHeader},
-        {"data offset 0",
-         [](QByteArray &b) { LittleEndian::setU32(b, FirmwarePackage::DataOffsetOffset, 0); },
-         Fault::DataOffsetInHeader},
-        {"data past the end",
-         [](QByteArray &b) {
-             LittleEndian::setU32(b, FirmwarePackage::DataOffsetOffset, quint32(b.size() + 1));
-         },
-         Fault::DataOffsetPastEnd},
-        {"no components, data offset at the end",
-         [](QByteArray &b) {
-             setCount(b, 0);
-             LittleEndian::setU32(b, FirmwarePackage::DataOffsetOffset, quint32(b.size()));
-         },
-         Fault::None},
-        {"last component one byte too long", [](QByteArray &b) { setEntrySize(b, 1, 41); },
-         Fault::ComponentsPastEnd},
-        {"file cut inside the last component", [](QByteArray &b) { b.chop(1); },
-         Fault::ComponentsPastEnd},
+    } cases[] = {
+        {"shorter than the header", {}, Header - 1, Fault::ShorterThanHeader},
+        {"empty", {}, 0, Fault::ShorterThanHeader},
+        {"31 entries fill the header", {{Count, 31}}, Whole, Fault::None},
+        {"32 entries", {{Count, 32}}, Whole, Fault::TableTooLarge},
+        {"count overflows", {{Count, 0xFFFFFFFF}}, Whole, Fault::TableTooLarge},
+        {"data inside the header", {{Data, 3071}}, Whole, Fault::DataOffsetInHeader},
+        {"data offset 0", {{Data, 0}}, Whole, Fault::DataOffsetInHeader},
+        {"data past the end", {{Data, Whole + 1}}, Whole, Fault::DataOffsetPastEnd},
+        {"no components, data offset at the end", {{Count, 0}, {Data, Whole}}, Whole, Fault::None},
+        {"last component one byte too long", {{Size1, 41}}, Whole, Fault::ComponentsPastEnd},
+        {"file cut inside the last component", {}, Whole - 1, Fault::ComponentsPastEnd},
         {"sizes beyond 32 bits",
-         [](QByteArray &b) {
-             setEntrySize(b, 0, 0xFFFFFFFF);
-             setEntrySize(b, 1, 0xFFFFFFFF);
-         },
+         {{Size0, 0xFFFFFFFF}, {Size1, 0xFFFFFFFF}},
+         Whole,
          Fault::ComponentsPastEnd},
     };
     QTemporaryDir dir;
-    for (const Case &c : cases) {
+    ASSERT_EQ(goodPackage().size(), Whole);
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         QByteArray bytes = goodPackage();
-        c.change(bytes);
+        for (const auto &[offset, value] : c.words)
+            LittleEndian::setU32(bytes, offset, value);
         const QString path = dir.filePath(u"package.KRP"_s);
-        testsupport::writeFile(path, bytes);
+        testsupport::writeFile(path, bytes.first(c.length));
         Fault fault = Fault::None;
         const auto package = FirmwarePackage::open(path, &fault);
         EXPECT_EQ(fault, c.fault);

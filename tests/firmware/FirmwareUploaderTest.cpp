@@ -1,19 +1,12 @@
 #include "firmware/FirmwareUploader.h"
 #include "firmware/PackageBuilder.h"
-#include "firmware/PacketWords.h"
 #include "firmware/RecorderVersions.h"
-#include "session/RemoteCommand.h"
-#include "tests/TestSupport.h"
+#include "tests/firmware/UploadPackets.h"
 #include "tests/session/ScriptedRecorder.h"
 #include "tests/session/SessionHarness.h"
 
 #include <QFile>
-#include <QPointer>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
-#include <map>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -45,10 +38,11 @@ struct Component
 };
 
 // A logged-in session with a scripted recorder that answers the firmware
-// packets like a recorder at 1.0.0.0 taking chunks of 100 bytes: the header
-// with `header` and `versionBytes` bytes of versions, every chunk accepted,
-// except for packet `silentOn` (never answered) and `refusedOn` (refused);
-// with `cancelOnData`, the upload is canceled as each chunk arrives.
+// packets like a recorder at 1.0.0.0 (its type-8 component at 1.5.0.0)
+// taking chunks of 100 bytes: the header with `header` and `versionBytes`
+// bytes of versions, every chunk accepted, except for packet `silentOn`
+// (never answered) and `refusedOn` (refused); with `cancelOnData`, the
+// upload is canceled as each chunk arrives.
 class FirmwareUploaderTest : public ::testing::Test
 {
 protected:
@@ -56,30 +50,26 @@ protected:
     {
         versions.overall = v(1, 0, 0, 0);
         versions.components.fill(v(1, 0, 0, 0));
+        versions.components[1] = v(1, 5, 0, 0);
         versions.model = "TEST-DVR";
         recorder.onFrame = [this](const Frame &frame) {
             if (frame.command != RemoteCommand::FirmwarePacket)
                 return recorder.answerAsRecorder(frame);
             const std::size_t index = packets().size() - 1;
-            if (index == silentOn)
+            const quint32 kind = frame.param.words[0];
+            if (index == silentOn || (kind != W::Header && kind != W::Data))
                 return;
-            if (cancelOnData && frame.param.words[0] == W::Data)
+            if (cancelOnData && kind == W::Data)
                 current->cancel();
-            if (frame.param.words[0] == W::Header)
-                reply(header, (versions.toBytes() + QByteArray(204, 'r')).first(versionBytes));
-            else if (frame.param.words[0] == W::Data)
-                reply({W::DataReply, index == refusedOn ? W::Refused : W::Accepted, 0, 0, 0, 0, 0,
-                       0});
+            const Words data {W::DataReply, index == refusedOn ? W::Refused : W::Accepted};
+            const QByteArray bytes
+                = (versions.toBytes() + QByteArray(204, 'r')).first(versionBytes);
+            recorder.send(RemoteCommand::FirmwareReply,
+                          PACKET_PARAM {kind == W::Header ? header : data},
+                          kind == W::Header ? bytes : QByteArray());
         };
         harness.connect(recorder.port());
         ASSERT_TRUE(harness.waitForReady());
-    }
-
-    void reply(const Words &words, const QByteArray &data = {})
-    {
-        PACKET_PARAM param;
-        param.words = words;
-        recorder.send(RemoteCommand::FirmwareReply, param, data);
     }
 
     FirmwarePackage write(FirmwareVersion version, const std::vector<Component> &components,
@@ -96,50 +86,35 @@ protected:
         return FirmwarePackage::open(path, &fault).value_or(FirmwarePackage());
     }
 
-    std::unique_ptr<FirmwareUploader> uploader(const FirmwarePackage &package)
+    // Runs an upload of `package` to its end, then makes sure that
+    // everything the client sent has reached the recorder: frames keep
+    // their order, so once a clock request sent afterwards has arrived, so
+    // has any stop packet.
+    std::unique_ptr<FirmwareUploader> run(const FirmwarePackage &package)
     {
         recorder.received.clear();
         harness.messages.clear();
         harness.sessionMessages.clear();
         harness.exitCode.reset();
         percentages.clear();
-        auto uploader = std::make_unique<FirmwareUploader>(*harness.worker, package);
-        current = uploader.get();
-        uploader->setWaits(0ms, silentOn == Never ? 10000ms : 300ms);
-        QObject::connect(uploader.get(), &FirmwareUploader::percentageChanged,
+        auto upload = std::make_unique<FirmwareUploader>(*harness.worker, package);
+        current = upload.get();
+        upload->setWaits(0ms, silentOn == Never ? 10000ms : 300ms);
+        QObject::connect(upload.get(), &FirmwareUploader::percentageChanged,
                          [this](int percent) { percentages.push_back(percent); });
-        return uploader;
-    }
-
-    // Runs an upload to its end and reacts to its outcome as its owner does,
-    // then makes sure that everything the client sent has reached the
-    // recorder: frames keep their order, so once a clock request sent
-    // afterwards has arrived, so has any stop packet.
-    bool run(FirmwareUploader &uploader)
-    {
-        if (!uploader.start()
-            || !testsupport::waitFor([&] { return bool(uploader.outcome()); }, 60000))
-            return false;
-        if (const QString text = FirmwareUploader::message(*uploader.outcome()); !text.isEmpty())
-            harness.messages.append(text);
-        if (FirmwareUploader::endsProgram(*uploader.outcome()))
-            harness.exitCode = 0;
+        if (!upload->start()
+            || !testsupport::waitFor([&] { return bool(upload->outcome()); }, 60000))
+            return nullptr;
         const std::size_t requests = recorder.receivedWith(RemoteCommand::DateTime).size();
         harness.worker->dateTimeCommand(1, RecorderTime {});
-        return testsupport::waitFor(
-            [&] { return recorder.receivedWith(RemoteCommand::DateTime).size() > requests; });
-    }
-
-    void expectEnd(const FirmwareUploader &upload, Outcome outcome, std::size_t count, bool stop,
-                   const QString &message)
-    {
-        EXPECT_EQ(upload.outcome(), outcome);
-        const std::vector<Frame> sent = packets();
-        ASSERT_EQ(sent.size(), count);
-        EXPECT_EQ(sent.back().param.words[0] == W::Stop, stop);
-        EXPECT_EQ(harness.messages, message.isEmpty() ? QStringList {} : QStringList {message});
-        EXPECT_EQ(harness.exitCode.has_value(), stop);
+        if (!testsupport::waitFor(
+                [&] { return recorder.receivedWith(RemoteCommand::DateTime).size() > requests; }))
+            return nullptr;
+        // The owner shows the message and ends the program, never the upload itself.
         EXPECT_EQ(harness.sessionMessages, std::vector<int>(2, int(SessionMessage::UploadRunning)));
+        EXPECT_TRUE(harness.messages.isEmpty());
+        EXPECT_FALSE(harness.exitCode);
+        return upload;
     }
 
     std::vector<Frame> packets() const
@@ -166,156 +141,124 @@ TEST_F(FirmwareUploaderTest, SendsThePlannedComponentsInNumberedFlaggedChunks)
 {
     const QString sentText = u"Updatefile transfer is completed. \n\rReboot the system to "
                              u"perform the update. \n\rThe Remote Setup is terminated."_s;
-    const quint32 H = FirmwarePackage::HeaderSize;
-    struct Case
+    const struct
     {
         const char *what;
         FirmwareVersion package;
         quint32 gap;
         std::vector<Component> components;
-        FirmwareVersion recorderType8;
-        std::vector<Words> expected;
+        std::vector<bool> sent;
         std::vector<int> percentages;
-    };
-    const Case cases[] = {
+    } cases[] = {
+        // Each percentage advanced before its chunk went out: 100, 200, 250,
+        // 350, 390 of 390.
         {"recorder at the package's version: every component",
          v(1, 0, 0, 0),
          16,
          {{2, v(0, 1, 0, 0), 250}, {0x1234, v(0, 0, 0, 0), 100}, {16, v(0, 1, 0, 0), 40}},
-         v(1, 0, 0, 0),
-         {{W::Header, H + 16, 0, 0, 0, 0, 0, 0},
-          {W::Data, 2, 0, 390, 250, 100, W::FirstChunk, 0},
-          {W::Data, 2, 1, 390, 250, 100, W::LaterChunk, 0},
-          {W::Data, 2, 2, 390, 250, 50, W::LaterChunk, 0},
-          {W::Data, 2, 3, 390, 250, 0, W::EndOfComponent, 0},
-          {W::Data, 0x1234, 4, 390, 100, 100, W::FirstChunk, 0},
-          {W::Data, 0x1234, 5, 390, 100, 0, W::EndOfComponent, 0},
-          {W::Data, 16, 6, 390, 40, 40, W::FirstChunk, 0},
-          {W::Data, 16, 7, 390, 40, 0, W::EndOfComponent, 0},
-          {W::Data, 16, 8, 390, 0, 0, W::EndOfPackage, 0}},
-         // Each advanced before its chunk went out: 100, 200, 250, 350, 390 of 390.
+         {true, true, true},
          {25, 51, 64, 89, 100}},
         {"older recorder: newer and unknown components only",
          v(2, 0, 0, 0),
          0,
          {{2, v(1, 0, 0, 1), 30}, {8, v(1, 5, 0, 0), 70}, {0x4242, v(0, 0, 0, 1), 20}},
-         v(1, 5, 0, 0),
-         {{W::Header, H, 0, 0, 0, 0, 0, 0},
-          {W::Data, 2, 0, 50, 30, 30, W::FirstChunk, 0},
-          {W::Data, 2, 1, 50, 30, 0, W::EndOfComponent, 0},
-          {W::Data, 0x4242, 2, 50, 20, 20, W::FirstChunk, 0},
-          {W::Data, 0x4242, 3, 50, 20, 0, W::EndOfComponent, 0},
-          {W::Data, 0x4242, 4, 50, 0, 0, W::EndOfPackage, 0}},
+         {true, false, true},
          {60, 100}},
         {"nothing newer: only the end of the package",
          v(1, 0, 0, 1),
          0,
          {{2, v(1, 0, 0, 0), 500}, {0xF0010000, v(0, 9, 0, 0), 500}},
-         v(1, 0, 0, 0),
-         {{W::Header, H, 0, 0, 0, 0, 0, 0}, {W::Data, 0, 0, 0, 0, 0, W::EndOfPackage, 0}},
+         {false, false},
          {}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
-        versions.components[1] = c.recorderType8;
         const FirmwarePackage package = write(c.package, c.components, c.gap);
-        auto upload = uploader(package);
 
-        ASSERT_TRUE(run(*upload));
+        const auto upload = run(package);
 
+        ASSERT_TRUE(upload);
         EXPECT_EQ(upload->outcome(), Outcome::Completed);
         const std::vector<Frame> sent = packets();
-        ASSERT_EQ(sent.size(), c.expected.size());
-        const QByteArray file = testsupport::readFile(package.path());
-        EXPECT_EQ(sent[0].payload, file.first(FirmwarePackage::HeaderSize));
-        std::map<quint32, QByteArray> data;
+        const auto expected = uploadPackets(testsupport::readFile(package.path()), 100, c.sent);
+        ASSERT_EQ(sent.size(), expected.size());
         for (std::size_t i = 0; i < sent.size(); ++i) {
-            EXPECT_EQ(sent[i].param.words, c.expected[i]) << "packet " << i;
-            if (i > 0) {
-                EXPECT_EQ(sent[i].payload.size(), c.expected[i][5]) << "packet " << i;
-                data[sent[i].param.words[1]] += sent[i].payload;
-            }
-        }
-        for (const FirmwarePackage::Component &component : package.components()) {
-            if (data.count(component.type) && component.size > 0) {
-                EXPECT_EQ(data[component.type], file.sliced(component.offset, component.size));
-            }
+            EXPECT_EQ(sent[i].param, expected[i].param) << "packet " << i;
+            EXPECT_EQ(sent[i].payload, expected[i].payload) << "packet " << i;
         }
         EXPECT_EQ(percentages, c.percentages);
-        EXPECT_EQ(harness.messages, QStringList {sentText});
-        EXPECT_EQ(harness.exitCode, 0);
-        EXPECT_EQ(harness.sessionMessages, std::vector<int>(2, int(SessionMessage::UploadRunning)));
+        EXPECT_EQ(FirmwareUploader::message(Outcome::Completed), sentText);
+        EXPECT_TRUE(FirmwareUploader::endsProgram(Outcome::Completed));
         EXPECT_FALSE(upload->start()) << "an uploader runs once";
     }
 }
 
-// A header reply that does not go on ends the upload quietly, with no stop
-// packet either.
-TEST_F(FirmwareUploaderTest, HeaderReplyThatDoesNotGoOnEndsQuietly)
-{
-    struct Case
-    {
-        const char *what;
-        Words words;
-        qsizetype versionBytes;
-    };
-    const Case cases[] = {
-        {"word 0 not 1", {2, W::GoOn, 4, 0, 100, 0, 0, 0}, 54},
-        {"declined", {1, W::Decline, 4, 0, 100, 0, 0, 0}, 54},
-        {"unknown word 1", {1, 2, 4, 0, 100, 0, 0, 0}, 54},
-        {"word 2 not 4", {1, W::GoOn, 3, 0, 100, 0, 0, 0}, 54},
-        {"53 bytes of versions", GoOnWords, 53},
-        {"no versions", GoOnWords, 0},
-        {"chunk size 0", {1, W::GoOn, 4, 0, 0, 0, 0, 0}, 54},
-        {"chunk size past a frame", {1, W::GoOn, 4, 0, 1024 * 1024 + 1, 0, 0, 0}, 258},
-    };
-    const FirmwarePackage package = write(v(2, 0, 0, 0), {{2, v(2, 0, 0, 0), 250}});
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.what);
-        header = c.words;
-        versionBytes = c.versionBytes;
-        auto upload = uploader(package);
-        ASSERT_TRUE(run(*upload));
-        expectEnd(*upload, Outcome::Declined, 1, false, {});
-    }
-}
-
-// Every other end short of a completed transfer.
+// Every end short of a completed transfer. A header reply that does not go
+// on ends the upload quietly, with no stop packet either; the other ends say
+// why, and stop the recorder when it was sending.
 TEST_F(FirmwareUploaderTest, AnUnfinishedTransferSaysWhyAndStopsTheRecorderWhenItWasSending)
 {
     const QString terminated = u"\nThe Remote Setup is terminated.\nPlease try to reconnect."_s;
-    enum Fault { Busy, SilentOnHeader, SilentOnChunk, RefusedChunk, Cancel, FileCut, FileGone };
-    struct Case
+    const QString noResponse = u"No Response From The Set"_s + terminated;
+    enum Fault { None, SilentOnHeader, SilentOnChunk, RefusedChunk, Cancel, FileCut, FileGone };
+    const struct
     {
         const char *what;
+        Words header;
+        qsizetype versionBytes;
         Fault fault;
         Outcome outcome;
         std::size_t packets;
         bool stop; // a stop packet went out, and the program ends
         QString message;
-    };
-    const Case cases[] = {
-        {"busy", Busy, Outcome::Busy, 1, false,
+    } cases[] = {
+        {"word 0 not 1", {2, W::GoOn, 4, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
+        {"declined", {1, W::Decline, 4, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
+        {"unknown word 1", {1, 2, 4, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
+        {"word 2 not 4", {1, W::GoOn, 3, 0, 100}, 54, None, Outcome::Declined, 1, false, {}},
+        {"53 bytes of versions", GoOnWords, 53, None, Outcome::Declined, 1, false, {}},
+        {"no versions", GoOnWords, 0, None, Outcome::Declined, 1, false, {}},
+        {"chunk size 0", {1, W::GoOn, 4, 0, 0}, 54, None, Outcome::Declined, 1, false, {}},
+        {"chunk size past a frame",
+         {1, W::GoOn, 4, 0, 1024 * 1024 + 1},
+         258,
+         None,
+         Outcome::Declined,
+         1,
+         false,
+         {}},
+        {"busy",
+         {1, W::Busy, 4, 0, 100},
+         54,
+         None,
+         Outcome::Busy,
+         1,
+         false,
          u"Update Impossible.\nDVR is performing an important task."_s},
-        {"silent on the header", SilentOnHeader, Outcome::NoResponse, 2, true,
-         u"No Response From The Set"_s + terminated},
-        {"silent on the second chunk", SilentOnChunk, Outcome::NoResponse, 4, true,
-         u"No Response From The Set"_s + terminated},
-        {"second chunk refused", RefusedChunk, Outcome::Refused, 4, true,
+        {"silent on the header", GoOnWords, 54, SilentOnHeader, Outcome::NoResponse, 2, true,
+         noResponse},
+        {"silent on the second chunk", GoOnWords, 54, SilentOnChunk, Outcome::NoResponse, 4, true,
+         noResponse},
+        {"second chunk refused", GoOnWords, 54, RefusedChunk, Outcome::Refused, 4, true,
          u"UPDATE ERROR!! Unable to send data."_s + terminated},
-        {"canceled: ends after the chunk on its way", Cancel, Outcome::Canceled, 2, false, {}},
+        {"canceled: ends after the chunk on its way",
+         GoOnWords,
+         54,
+         Cancel,
+         Outcome::Canceled,
+         2,
+         false,
+         {}},
         // The package was checked when it was chosen; it changes afterwards.
-        {"file cut short", FileCut, Outcome::SizeIncorrect, 3, true,
+        {"file cut short", GoOnWords, 54, FileCut, Outcome::SizeIncorrect, 3, true,
          u"UPDATE ERROR!! File size is incorrect."_s + terminated},
-        {"file gone", FileGone, Outcome::ReadFailed, 1, true,
+        {"file gone", GoOnWords, 54, FileGone, Outcome::ReadFailed, 1, true,
          u"UPDATE ERROR!! Unable to read file."_s + terminated},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
-        if (c.fault == Busy)
-            header[1] = W::Busy;
-        else
-            header = GoOnWords;
+        header = c.header;
+        versionBytes = c.versionBytes;
         silentOn = c.fault == SilentOnHeader ? 0 : c.fault == SilentOnChunk ? 2 : Never;
         refusedOn = c.fault == RefusedChunk ? 2 : Never;
         cancelOnData = c.fault == Cancel;
@@ -324,16 +267,22 @@ TEST_F(FirmwareUploaderTest, AnUnfinishedTransferSaysWhyAndStopsTheRecorderWhenI
             QFile::resize(package.path(), FirmwarePackage::HeaderSize + 150);
         else if (c.fault == FileGone)
             QFile::remove(package.path());
-        auto upload = uploader(package);
-        ASSERT_TRUE(run(*upload));
-        expectEnd(*upload, c.outcome, c.packets, c.stop, c.message);
+        const auto upload = run(package);
+        ASSERT_TRUE(upload);
+        EXPECT_EQ(upload->outcome(), c.outcome);
+        const std::vector<Frame> sent = packets();
+        ASSERT_EQ(sent.size(), c.packets);
+        EXPECT_EQ(sent.back().param.words[0] == W::Stop, c.stop);
+        EXPECT_EQ(FirmwareUploader::message(c.outcome), c.message);
+        EXPECT_EQ(FirmwareUploader::endsProgram(c.outcome), c.stop);
     }
 }
 
 TEST_F(FirmwareUploaderTest, TheSessionStopsItsUploadBeforeItsHandleGoes)
 {
     QPointer<FirmwareUploader> upload
-        = uploader(write(v(2, 0, 0, 0), {{2, v(2, 0, 0, 0), 100000}})).release();
+        = new FirmwareUploader(*harness.worker, write(v(2, 0, 0, 0), {{2, v(2, 0, 0, 0), 100000}}));
+    upload->setWaits(0ms, 10000ms);
     harness.worker->adoptUpload(upload);
     ASSERT_TRUE(upload->start());
     ASSERT_TRUE(testsupport::waitFor([&] { return packets().size() >= 3; }));

@@ -58,13 +58,12 @@ TEST(RecorderVersions, ReadsTheShortAndTheLongFormOnly)
 
 TEST(UpdatePlan, OlderRecorderTakesOnlyNewerKnownComponentsAndEveryUnknownOne)
 {
-    struct Case
+    const struct
     {
         quint32 type;
         FirmwareVersion version;
         bool sent;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {2, v(1, 1, 0, 1), true}, // slot 0 holds 1.1.0.0
         {2, v(1, 1, 0, 0), false},          {2, v(1, 0, 9, 9), false},
         {0x00010002, v(1, 1, 0, 0), false}, // known by its low 16 bits
@@ -78,35 +77,26 @@ TEST(UpdatePlan, OlderRecorderTakesOnlyNewerKnownComponentsAndEveryUnknownOne)
         {0, v(0, 0, 0, 0), true},
     };
     std::vector<FirmwarePackage::Component> components;
-    quint64 expectedTotal = 0;
+    quint64 newerTotal = 0;
     for (std::size_t i = 0; i < std::size(cases); ++i) {
-        const quint32 size = quint32(100 + i);
+        // The last one's size shows that the total does not wrap at 32 bits.
+        const quint32 size = i + 1 < std::size(cases) ? quint32(100 + i) : 0xFFFFFFFF;
         components.push_back({cases[i].type, cases[i].version, size, 0});
-        expectedTotal += cases[i].sent ? size : 0;
+        newerTotal += cases[i].sent ? size : 0;
     }
+    const quint64 wholeTotal = 100 * 17 + 136 + 0xFFFFFFFFull;
 
-    const UpdatePlan plan = UpdatePlan::make(v(1, 0, 0, 1), components, recorderAtOne());
-
-    EXPECT_FALSE(plan.forced);
-    ASSERT_EQ(plan.send.size(), std::size(cases));
-    for (std::size_t i = 0; i < std::size(cases); ++i)
-        EXPECT_EQ(plan.send[i], cases[i].sent)
-            << "type 0x" << std::hex << cases[i].type << " version "
-            << cases[i].version.toString().toStdString();
-    EXPECT_EQ(plan.totalBytes, expectedTotal);
-}
-
-TEST(UpdatePlan, RecorderAtOrAbovePackageVersionTakesEveryComponent)
-{
-    const std::vector<FirmwarePackage::Component> components {
-        {2, v(0, 1, 0, 0), 10, 0}, // older than the recorder's
-        {0xF001, v(9, 9, 9, 9), 20, 0},
-        {0x77, v(0, 0, 0, 0), 0xFFFFFFFF, 0},
-    };
-    for (const FirmwareVersion package : {v(1, 0, 0, 0), v(0, 9, 9, 9), v(0, 255, 255, 255)}) {
+    // A recorder at or above the package's version takes every component.
+    for (const FirmwareVersion package : {v(1, 0, 0, 1), v(1, 0, 0, 0), v(0, 255, 255, 255)}) {
+        SCOPED_TRACE(package.toString().toStdString());
+        const bool forced = package != v(1, 0, 0, 1);
         const UpdatePlan plan = UpdatePlan::make(package, components, recorderAtOne());
-        EXPECT_TRUE(plan.forced) << package.toString().toStdString();
-        EXPECT_EQ(plan.send, std::vector<bool>(3, true));
-        EXPECT_EQ(plan.totalBytes, 30 + quint64(0xFFFFFFFF));
+        EXPECT_EQ(plan.forced, forced);
+        ASSERT_EQ(plan.send.size(), std::size(cases));
+        for (std::size_t i = 0; i < std::size(cases); ++i)
+            EXPECT_EQ(plan.send[i], forced || cases[i].sent)
+                << "type 0x" << std::hex << cases[i].type << " version "
+                << cases[i].version.toString().toStdString();
+        EXPECT_EQ(plan.totalBytes, forced ? wholeTotal : newerTotal);
     }
 }

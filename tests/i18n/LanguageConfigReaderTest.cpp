@@ -99,15 +99,3 @@ TEST(LanguageConfigReader, ReadsEntriesAndStopsWhereTheStreamWouldFail)
         EXPECT_EQ(recorder.entries.join(u'|'), c.expected);
     }
 }
-
-TEST(LanguageConfigReader, ReportsWhereItStopped)
-{
-    Recorder recorder;
-    LanguageConfigReader reader("item 1 \"a\"\nitem x");
-    EXPECT_EQ(reader.read(recorder), Status::Failed);
-    EXPECT_EQ(reader.position(), 16);
-
-    LanguageConfigReader empty(QByteArrayView {});
-    EXPECT_EQ(empty.read(recorder), Status::Complete);
-    EXPECT_EQ(empty.position(), 0);
-}

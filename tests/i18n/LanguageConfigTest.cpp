@@ -104,22 +104,16 @@ QStringList placeholders(const QString &text)
     return found;
 }
 
-ShippedFile readShippedFile()
+} // namespace
+
+TEST(LanguageConfig, EveryTextTheProgramShowsHasAWordInEveryLanguageWithItsPlaceholders)
 {
     ShippedFile file;
     const QByteArray bytes
         = testsupport::readFile(testsupport::sourceDir() + u"/i18n/language.config"_s);
     nelib::LanguageConfigReader reader(bytes);
-    EXPECT_EQ(reader.read(file), nelib::LanguageConfigReader::Status::Complete)
+    ASSERT_EQ(reader.read(file), nelib::LanguageConfigReader::Status::Complete)
         << "the parse stopped at byte " << reader.position();
-    return file;
-}
-
-} // namespace
-
-TEST(LanguageConfig, EveryItemHasAWordInEveryLanguageWithItsPlaceholders)
-{
-    const ShippedFile file = readShippedFile();
     ASSERT_GE(file.languages.size(), 2u);
     EXPECT_EQ(file.items.size(), file.itemsByText.size()) << "two items share an English text";
     for (const auto &[number, text] : file.items) {
@@ -133,11 +127,7 @@ TEST(LanguageConfig, EveryItemHasAWordInEveryLanguageWithItsPlaceholders)
                 << "item " << number << " in " << name.toStdString();
         }
     }
-}
 
-TEST(LanguageConfig, EveryTextTheProgramShowsIsTranslated)
-{
-    const ShippedFile file = readShippedFile();
     const std::set<QString> texts = textsShownByTheProgram();
     ASSERT_FALSE(texts.empty());
     for (const QString &text : texts) {

@@ -1,7 +1,6 @@
-// The camera pages against recorder-sim: each saves exactly its section, and
-// what is special to each page.
+// What is special to each camera page.
 
-#include "pages/camera/CRemoteCameraAlarmDlg.h"
+#include "app/PageCatalog.h"
 #include "pages/camera/CRemoteCameraAlarmOutDlg.h"
 #include "pages/camera/CRemoteCameraCameraDlg.h"
 #include "pages/camera/CRemoteCameraMotionDlg.h"
@@ -9,10 +8,7 @@
 #include "pages/camera/CRemoteCameraVideoLoss.h"
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/CRemoteCameraMotionMaskDlg.h"
-#include "pages/common/ChannelSelectionDialog.h"
 #include "setup/Fields.h"
-#include "setup/SetupFiles.h"
-#include "tests/TestSupport.h"
 #include "tests/pages/PageTestSupport.h"
 
 #include <QCheckBox>
@@ -24,7 +20,7 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using pagetest::named;
@@ -32,29 +28,6 @@ using setup::FieldTable;
 namespace camera = setup::fields::camera;
 
 namespace {
-
-// The factory defaults with a pattern in every byte of `section` that no
-// field describes.
-QByteArray recordWithReservedPattern(setup::Section section)
-{
-    QByteArray record = setup::FactoryDefaults::record();
-    const setup::FieldGroup &group = FieldTable::section(section);
-    std::vector<bool> owned(group.length);
-    for (const setup::FieldInfo &f : group.fields) {
-        for (int i = 0; i < f.count; ++i) {
-            for (int j = 0; j < f.count2; ++j) {
-                for (int b = 0; b < f.width; ++b)
-                    owned[f.elementOffset(i, j) + b - group.offset] = true;
-            }
-        }
-    }
-    const QByteArray pattern = pagetest::pattern(group.length);
-    for (int at = 0; at < group.length; ++at) {
-        if (!owned[at])
-            record[group.offset + at] = pattern[at];
-    }
-    return record;
-}
 
 // Paints the rectangle of cells from `from` to `to` ((column, row); `to`
 // may lie outside the grid) in the open mask editor and confirms.
@@ -76,123 +49,7 @@ void paintMask(QWidget *page, const QString &field, QPoint from, QPoint to, bool
     pagetest::button(dialog, confirm ? u"OK"_s : u"Cancel"_s)->click();
 }
 
-// Opens the channel selection dialog of `field` ("Alarm-Out 02"), toggles
-// `channels` and confirms.
-void toggleChannels(QWidget *page, const QString &field, std::initializer_list<int> channels)
-{
-    named<QPushButton>(page, field + u"..."_s)->click();
-    ChannelSelectionDialog *dialog = nullptr;
-    for (auto *d : page->window()->findChildren<ChannelSelectionDialog *>()) {
-        if (d->isVisible())
-            dialog = d;
-    }
-    ASSERT_TRUE(dialog) << field.toStdString();
-    for (int channel : channels)
-        dialog->channelBox(channel - 1)->click();
-    pagetest::button(dialog, u"OK"_s)->click();
-}
-
-// A page, the section it saves, the edit of channel 2 made through its
-// controls, and the same change made in the record.
-struct SaveCase
-{
-    const char *name;
-    std::function<CSetupPage *()> create;
-    setup::Section section;
-    std::function<void(CSetupPage &)> edit;
-    std::function<void(QByteArray &)> expect;
-
-    friend void PrintTo(const SaveCase &c, std::ostream *out) { *out << c.name; }
-};
-
-std::vector<SaveCase> saveCases()
-{
-    namespace alarmIn = setup::fields::alarmIn;
-    namespace alarmOut = setup::fields::alarmOut;
-    namespace ptz = setup::fields::ptz;
-    return {
-        {"Ptz", [] { return new CRemoteCameraPTZDlg; }, setup::Section::Ptz,
-         [](CSetupPage &page) {
-             pagetest::select(&page, u"Channel"_s, u"CH 02"_s);
-             pagetest::select(&page, u"Protocol 02"_s, u"Pelco-P"_s);
-             pagetest::select(&page, u"Baudrate 02"_s, u"19200"_s);
-             named<QSpinBox>(&page, u"Pan Speed 02"_s)->setValue(7);
-         },
-         [](QByteArray &record) {
-             FieldTable::setNumber(record, ptz::inUse, 1, 1);
-             FieldTable::setNumber(record, ptz::protocol, 1, 1);
-             FieldTable::setNumber(record, ptz::baudRate, 19200, 1);
-             FieldTable::setNumber(record, ptz::panSpeed, 7, 1);
-         }},
-        {"AlarmOut", [] { return new CRemoteCameraAlarmOutDlg; }, setup::Section::AlarmOut,
-         [](CSetupPage &page) {
-             pagetest::select(&page, u"Type 02"_s, u"N.C"_s);
-             pagetest::select(&page, u"Dwell Time 02"_s, u"Continues"_s);
-             named<QSpinBox>(&page, u"Lines in Use"_s)->setValue(2);
-             pagetest::select(&page, u"Day 02"_s, u"Friday"_s);
-             toggleChannels(&page, u"Alarm-Out 02"_s, {1});
-         },
-         [](QByteArray &record) {
-             FieldTable::setNumber(record, alarmOut::normallyClosed, 1, 1);
-             FieldTable::setNumber(record, alarmOut::dwell, 1, 1);
-             FieldTable::setNumber(record, alarmOut::lineCount, 2);
-             FieldTable::setNumber(record, alarmOut::days, 0x20, 1);
-             FieldTable::setNumber(record, alarmOut::alarmOut, 0x1, 1);
-         }},
-        {"AlarmIn", [] { return new CRemoteCameraAlarmDlg; }, setup::Section::AlarmIn,
-         [](CSetupPage &page) {
-             pagetest::select(&page, u"Type 02"_s, u"N.C"_s);
-             pagetest::select(&page, u"Dwell Time 02"_s, u"42 Sec"_s);
-             toggleChannels(&page, u"Alarm-Out 02"_s, {2});
-             toggleChannels(&page, u"Record Channel 02"_s, {2, 4});
-         },
-         [](QByteArray &record) {
-             FieldTable::setNumber(record, alarmIn::enabled, 1, 1);
-             FieldTable::setNumber(record, alarmIn::normallyClosed, 1, 1);
-             FieldTable::setNumber(record, alarmIn::dwell, 42, 1);
-             FieldTable::setNumber(record, alarmIn::alarmOut, 0x2, 1);
-             FieldTable::setNumber(record, alarmIn::recordChannels, 0x8, 1);
-         }},
-    };
-}
-
-class PageSave : public ::testing::TestWithParam<SaveCase>
-{
-};
-
 } // namespace
-
-TEST_P(PageSave, FourChannelRecorderGetsExactlyTheEditedSection)
-{
-    const SaveCase &c = GetParam();
-    const QByteArray record = recordWithReservedPattern(c.section);
-    SimProcess sim({u"--channels"_s, u"4"_s}, record);
-    SessionHarness window;
-    std::unique_ptr<CSetupPage> page(c.create());
-    page->show();
-    CWork *work = pagetest::attach(window, sim, *page);
-    ASSERT_TRUE(work);
-    std::vector<setup::Section> written;
-    page->setSectionWriter([&](setup::Section section, const QByteArray &bytes) {
-        written.push_back(section);
-        return work->writeSection(section, bytes);
-    });
-    c.edit(*page);
-    ASSERT_TRUE(page->isModified());
-    pagetest::button(page.get(), u"Save"_s)->click();
-
-    QByteArray expected = record;
-    c.expect(expected);
-    ASSERT_NE(expected, record);
-    EXPECT_TRUE(testsupport::waitFor([&] { return sim.storedRecord() == expected; }));
-    EXPECT_EQ(written, std::vector {c.section});
-    EXPECT_FALSE(page->isModified());
-    for (const QString &message : std::as_const(window.messages))
-        EXPECT_EQ(message, u"Complete Save   \t"_s);
-}
-
-INSTANTIATE_TEST_SUITE_P(Pages, PageSave, ::testing::ValuesIn(saveCases()),
-                         [](const auto &info) { return std::string(info.param.name); });
 
 TEST(VideoLossPage, BeepHeaderAfterDefaultCountsTheRecordersChannels)
 {
@@ -210,47 +67,6 @@ TEST(VideoLossPage, BeepHeaderAfterDefaultCountsTheRecordersChannels)
     EXPECT_TRUE(page.isModified());
 }
 
-TEST(AlarmOutPage, SaveRefusesTheFirstLineThatDoesNotStartBeforeItEnds)
-{
-    namespace alarmOut = setup::fields::alarmOut;
-    const struct
-    {
-        int line; // 0-based
-        int startHour, startMinute, endHour, endMinute;
-        int failingLine; // 1-based, 0 when the save goes through
-    } cases[] = {
-        {1, 8, 0, 8, 0, 2},   {2, 23, 0, 1, 0, 3}, {0, 8, 0, 8, 1, 0},
-        {0, 8, 30, 8, 29, 1}, {3, 9, 0, 8, 0, 0}, // line 4 is not in use
-    };
-    SessionHarness window;
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.line);
-        QByteArray record = setup::FactoryDefaults::record();
-        FieldTable::setNumber(record, alarmOut::lineCount, 3);
-        FieldTable::setNumber(record, alarmOut::startHour, c.startHour, c.line);
-        FieldTable::setNumber(record, alarmOut::startMinute, c.startMinute, c.line);
-        FieldTable::setNumber(record, alarmOut::endHour, c.endHour, c.line);
-        FieldTable::setNumber(record, alarmOut::endMinute, c.endMinute, c.line);
-        CRemoteCameraAlarmOutDlg page;
-        int sent = 0;
-        page.setSectionWriter([&](setup::Section, const QByteArray &) { return ++sent; });
-        page.load(record, 16);
-        pagetest::select(&page, u"Event 01"_s, u"Motion"_s);
-        window.messages.clear();
-        page.save();
-        if (c.failingLine) {
-            EXPECT_EQ(
-                window.messages,
-                QStringList {u"Set Time Error!!\nCheck Line Number : %1"_s.arg(c.failingLine)});
-            EXPECT_EQ(sent, 0);
-            EXPECT_TRUE(page.isModified());
-        } else {
-            EXPECT_TRUE(window.messages.isEmpty());
-            EXPECT_EQ(sent, 1);
-        }
-    }
-}
-
 TEST(AlarmOutPage, DefaultRestoresTheOutputsButNotTheSchedule)
 {
     namespace alarmOut = setup::fields::alarmOut;
@@ -266,49 +82,6 @@ TEST(AlarmOutPage, DefaultRestoresTheOutputsButNotTheSchedule)
     EXPECT_EQ(named<QComboBox>(&page, u"Day 01"_s)->currentText(), u"Sunday"_s);
     EXPECT_EQ(named<QComboBox>(&page, u"Day 02"_s)->currentText(), u"Monday"_s);
     EXPECT_TRUE(page.isModified());
-}
-
-TEST(MotionPage, TimeSaveRefusesADayThatDoesNotStartBeforeTheNight)
-{
-    namespace motion = setup::fields::motion;
-    const struct
-    {
-        int channels;
-        int dayHour, dayMinute, nightHour, nightMinute; // channel 2
-        bool timeView;
-        int refusedChannel; // 0 when the save goes through
-    } cases[] = {
-        {16, 8, 0, 8, 0, true, 2},  {16, 8, 0, 8, 1, true, 0}, {16, 20, 0, 8, 0, true, 2},
-        {16, 8, 0, 8, 0, false, 0}, // other views save without the check
-        {1, 8, 0, 20, 0, true, 1}, // one channel: always refused
-        {1, 8, 0, 20, 0, false, 0},
-    };
-    SessionHarness window;
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.channels << ' ' << c.dayHour << ':' << c.dayMinute
-                                        << ' ' << c.nightHour << ':' << c.nightMinute);
-        QByteArray record = setup::FactoryDefaults::record();
-        FieldTable::setNumber(record, motion::dayStartHour, c.dayHour, 1);
-        FieldTable::setNumber(record, motion::dayStartMinute, c.dayMinute, 1);
-        FieldTable::setNumber(record, motion::nightStartHour, c.nightHour, 1);
-        FieldTable::setNumber(record, motion::nightStartMinute, c.nightMinute, 1);
-        CRemoteCameraMotionDlg page;
-        int sent = 0;
-        page.setSectionWriter([&](setup::Section, const QByteArray &) { return ++sent; });
-        page.load(record, c.channels);
-        if (!c.timeView)
-            page.showView(CRemoteCameraMotionDlg::ActionView);
-        window.messages.clear();
-        page.save();
-        if (c.refusedChannel) {
-            EXPECT_EQ(window.messages,
-                      QStringList {u"Set Time Error!!\nChannel : %1"_s.arg(c.refusedChannel)});
-            EXPECT_EQ(sent, 0);
-        } else {
-            EXPECT_TRUE(window.messages.isEmpty());
-            EXPECT_EQ(sent, 1);
-        }
-    }
 }
 
 TEST(MotionPage, MaskEditorIgnoresBitsThirtyAndThirtyOneAndClampsTheDrag)
@@ -345,46 +118,50 @@ TEST(MotionPage, MaskEditorIgnoresBitsThirtyAndThirtyOneAndClampsTheDrag)
     EXPECT_EQ(page.sectionBuffer(), expected.mid(2708, 4500));
 }
 
-TEST(CameraPages, ValuesOutOfRangeShowAsNoChoiceOrClampedAndStayStored)
+// A stored value that no list item stands for shows no choice, one past a
+// number box's range shows clamped; either goes back as it came, unless the
+// page says otherwise.
+TEST(Pages, ValuesOutOfRangeShowAsNoChoiceOrClampedAndStayStored)
 {
     namespace alarmIn = setup::fields::alarmIn;
+    namespace dst = setup::fields::dst;
     namespace motion = setup::fields::motion;
-    const auto alarm = [] {
-        return new CRemoteCameraAlarmDlg;
-    };
-    const auto motionPage = [] {
-        return new CRemoteCameraMotionDlg;
-    };
+    namespace ptz = setup::fields::ptz;
     const struct
     {
-        std::function<CSetupPage *()> create;
+        const char *page;
         setup::FieldInfo field;
+        int index;
         quint32 stored;
         const char *control;
         QString shown; // list text ("" for no choice) or number
         quint32 saved;
+        std::optional<setup::FieldInfo> on = {}; // set to 1 first
     } cases[] = {
-        {alarm, alarmIn::dwell, 0, "Dwell Time 01", {}, 0},
-        {alarm, alarmIn::dwell, 100, "Dwell Time 01", {}, 100},
-        {alarm, alarmIn::normallyClosed, 7, "Type 01", {}, 7},
-        {[] { return new CRemoteCameraAlarmOutDlg; },
-         setup::fields::alarmOut::days,
-         0x03,
-         "Day 01",
-         {},
-         0x03},
-        {[] { return new CRemoteCameraPTZDlg; }, setup::fields::ptz::panSpeed, 0, "Pan Speed 01",
-         u"1"_s, 0},
-        {motionPage, motion::dayStartHour, 25, "Day Time 01 hh", u"23"_s, 25},
-        {motionPage, motion::dayStartMinute, 99, "Day Time 01 mm", u"59"_s, 99},
+        {"Alarm-In", alarmIn::dwell, 0, 0, "Dwell Time 01", {}, 0},
+        {"Alarm-In", alarmIn::dwell, 0, 100, "Dwell Time 01", {}, 100},
+        {"Alarm-In", alarmIn::normallyClosed, 0, 7, "Type 01", {}, 7, alarmIn::enabled},
+        {"Alarm-Out", setup::fields::alarmOut::days, 0, 0x03, "Day 01", {}, 0x03},
+        {"PTZ", ptz::panSpeed, 0, 0, "Pan Speed 01", u"1"_s, 0},
+        // A channel not in use shows no protocol and saves protocol 0.
+        {"PTZ", ptz::protocol, 0, 2, "Protocol 01", u"None"_s, 0},
+        {"PTZ", ptz::protocol, 1, 9, "Protocol 02", {}, 9, ptz::inUse},
+        {"Motion", motion::dayStartHour, 0, 25, "Day Time 01 hh", u"23"_s, 25},
+        {"Motion", motion::dayStartMinute, 0, 99, "Day Time 01 mm", u"59"_s, 99},
+        {"Date / Time", setup::fields::dateTime::timeZone, 0, 85, "Time Zone", {}, 85},
+        {"Date / Time", dst::startMonth, 0, 0, "DST Start Time Month", {}, 0},
+        {"Date / Time", dst::endMonth, 0, 13, "DST End Time Month", {}, 13},
+        {"Date / Time", dst::startWeek, 0, 9, "DST Start Time Week", {}, 9},
+        {"Date / Time", dst::endHour, 0, 25, "DST End Time Hour", {}, 25},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.control);
         QByteArray record = setup::FactoryDefaults::record();
-        FieldTable::setNumber(record, c.field, c.stored);
-        if (c.field.offset == alarmIn::normallyClosed.offset)
-            FieldTable::setNumber(record, alarmIn::enabled, 1);
-        std::unique_ptr<CSetupPage> page(c.create());
+        if (c.on)
+            FieldTable::setNumber(record, *c.on, 1, c.index);
+        FieldTable::setNumber(record, c.field, c.stored, c.index);
+        std::unique_ptr<CSetupPage> page(
+            PageCatalog::entry(PageCatalog::indexOf(c.page)).create(nullptr));
         page->load(record, 16);
         const QString name = QString::fromLatin1(c.control);
         if (auto *list = named<QComboBox>(page.get(), name))
@@ -392,27 +169,21 @@ TEST(CameraPages, ValuesOutOfRangeShowAsNoChoiceOrClampedAndStayStored)
         else
             EXPECT_EQ(named<QSpinBox>(page.get(), name)->text(), c.shown);
         page->gather();
-        EXPECT_EQ(pagetest::number(*page, c.field), c.saved);
+        EXPECT_EQ(pagetest::number(*page, c.field, c.index), c.saved);
     }
 }
 
-TEST(PtzPage, ChannelNotInUseShowsNoProtocolAndSavesProtocolZero)
+TEST(PtzPage, ChannelListHasTheRecordersChannelsAndAProtocolPutsTheChannelInUse)
 {
     namespace ptz = setup::fields::ptz;
-    QByteArray record = setup::FactoryDefaults::record();
-    FieldTable::setNumber(record, ptz::protocol, 2, 0);
-    FieldTable::setNumber(record, ptz::inUse, 1, 1);
-    FieldTable::setNumber(record, ptz::protocol, 9, 1); // past the list
     CRemoteCameraPTZDlg page;
-    page.load(record, 4);
+    page.load(setup::FactoryDefaults::record(), 4);
     EXPECT_EQ(named<QComboBox>(&page, u"Channel"_s)->count(), 4);
     EXPECT_EQ(named<QComboBox>(&page, u"Channel"_s)->itemText(3), u"CH 04"_s);
-    EXPECT_EQ(named<QComboBox>(&page, u"Protocol 01"_s)->currentText(), u"None"_s);
-    EXPECT_EQ(named<QComboBox>(&page, u"Protocol 02"_s)->currentIndex(), -1);
+    pagetest::select(&page, u"Protocol 03"_s, u"Pelco-P"_s);
     page.gather();
-    QByteArray expected = record.mid(2068, 640);
-    expected[4] = 0;
-    EXPECT_EQ(page.sectionBuffer(), expected);
+    EXPECT_EQ(pagetest::number(page, ptz::inUse, 2), 1u);
+    EXPECT_EQ(pagetest::number(page, ptz::protocol, 2), 1u);
 }
 
 TEST(MotionPage, CopySettingsCopiesOnlyTheSettingShown)
@@ -483,11 +254,7 @@ class CameraPage : public ::testing::Test
 protected:
     void SetUp() override
     {
-        page.setDefaultSource([] {
-            return setup::SetupFiles::readDefaultFile(testsupport::dataDir()
-                                                      + u"/DEFDVRSETUP.DAT"_s)
-                .bytes;
-        });
+        page.setDefaultSource([] { return setup::FactoryDefaults::record(); });
         page.show();
     }
 

@@ -100,60 +100,36 @@ TEST(ChannelSelection, SpotDialogStopsAtItsLimit)
 TEST(ChannelSelection, EditorShowsTheChannelsAndKeepsWhatItDoesNotShow)
 {
     namespace alarmIn = setup::fields::alarmIn;
-    // Editors read and write at record offsets: the whole record is a section at 0.
-    QByteArray record = pagetest::pattern(setup::SetupRecordMap::RecordSize);
-    FieldTable::setNumber(record, alarmIn::recordChannels, 0xA0010005, 2);
+    using Dialog = ChannelSelectionEditor::Dialog;
+    for (const Dialog kind : {Dialog::Channels, Dialog::AlarmOutputs}) {
+        // Editors read and write at record offsets: the whole record is a section at 0.
+        QByteArray record = pagetest::pattern(setup::SetupRecordMap::RecordSize);
+        FieldTable::setNumber(record, alarmIn::recordChannels, 0xA0010005, 2);
+        QWidget page;
+        ChannelSelectionEditor editor(kind, alarmIn::recordChannels, 2, 0, &page);
+        editor.setAccessibleName(u"Record Channel 03"_s);
+        editor.setChannelCount(16);
+        editor.fill(record, 0);
+        EXPECT_EQ(editor.text()->text(), u"01,03,"_s);
 
-    QWidget page;
-    ChannelSelectionEditor editor(ChannelSelectionEditor::Dialog::Channels, alarmIn::recordChannels,
-                                  2, 0, &page);
-    editor.setAccessibleName(u"Record Channel 03"_s);
-    editor.setChannelCount(16);
-    editor.fill(record, 0);
-    EXPECT_EQ(editor.text()->text(), u"01,03,"_s);
-
-    QSignalSpy edited(&editor, &FieldEditor::edited);
-    for (bool confirm : {false, true}) {
-        named<QPushButton>(&page, u"Record Channel 03..."_s)->click();
-        auto *dialog = page.findChild<CRemoteChannelSel *>();
-        ASSERT_TRUE(dialog && dialog->isVisible());
-        box(dialog, 1)->click();
-        box(dialog, 16)->click();
-        pagetest::button(dialog, confirm ? u"OK"_s : u"Cancel"_s)->click();
+        QSignalSpy edited(&editor, &FieldEditor::edited);
+        for (bool confirm : {false, true}) {
+            named<QPushButton>(&page, u"Record Channel 03..."_s)->click();
+            auto *dialog = page.findChild<ChannelSelectionDialog *>();
+            ASSERT_TRUE(dialog && dialog->isVisible());
+            EXPECT_EQ(qobject_cast<CRemoteChannelSelect *>(dialog) != nullptr,
+                      kind == Dialog::AlarmOutputs);
+            box(dialog, 1)->click();
+            box(dialog, 16)->click();
+            pagetest::button(dialog, confirm ? u"OK"_s : u"Cancel"_s)->click();
+        }
+        EXPECT_EQ(edited.count(), 1);
+        EXPECT_EQ(editor.text()->text(), u"03,16,"_s);
+        QByteArray expected = record;
+        editor.gather(record, 0);
+        FieldTable::setNumber(expected, alarmIn::recordChannels, 0xA0018004, 2);
+        EXPECT_EQ(record, expected);
     }
-    EXPECT_EQ(edited.count(), 1);
-    EXPECT_EQ(editor.text()->text(), u"03,16,"_s);
-    QByteArray expected = record;
-    editor.gather(record, 0);
-    FieldTable::setNumber(expected, alarmIn::recordChannels, 0xA0018004, 2);
-    EXPECT_EQ(record, expected);
-}
-
-TEST(ChannelSelection, SpotEditorKeepsEachChosenChannelsValue)
-{
-    namespace display = setup::fields::eventDisplay;
-    QByteArray record = pagetest::pattern(setup::SetupRecordMap::RecordSize);
-    QWidget page;
-    ChannelSelectionEditor editor(ChannelSelectionEditor::Dialog::Spot, display::spotChannel, 0, 0,
-                                  &page);
-    editor.setAccessibleName(u"Spot"_s);
-    editor.setLimit(16);
-    for (int c = 0; c < 16; ++c)
-        FieldTable::setNumber(record, display::spotChannel, c < 2 ? 7 : 0, c);
-    editor.fill(record, 0);
-    EXPECT_EQ(editor.text()->text(), u"01,02,"_s);
-
-    editor.choose();
-    auto *dialog = page.findChild<CRemoteChannelSel_Spot *>();
-    ASSERT_TRUE(dialog);
-    box(dialog, 2)->click();
-    box(dialog, 4)->click();
-    pagetest::button(dialog, u"OK"_s)->click();
-    QByteArray expected = record;
-    FieldTable::setNumber(expected, display::spotChannel, 0, 1);
-    FieldTable::setNumber(expected, display::spotChannel, 1, 3);
-    editor.gather(record, 0);
-    EXPECT_EQ(record, expected);
 }
 
 namespace {

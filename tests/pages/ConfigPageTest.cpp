@@ -160,91 +160,14 @@ TEST_F(ConfigPage, InformationShowsTheRecorderOfEachLoad)
     EXPECT_TRUE(window.messages.isEmpty()) << window.messages.join(u" | "_s).toStdString();
 }
 
-TEST_F(ConfigPage, ExportWritesTheRecordUnderTheChosenName)
+// Leaving a dialog other than by OK does nothing; Export writes the record
+// under the chosen name; Import refuses a file of another model or none and
+// sends nothing; Factory Default restores the recorder without asking.
+TEST_F(ConfigPage, FileDialogsAndFactoryDefault)
 {
-    SimProcess sim({u"--model"_s, u"77"_s});
+    SimProcess sim({u"--model"_s, u"77"_s}, recordWithTitle("Lobby"));
     ASSERT_TRUE(connectTo(sim));
-    QFileDialog *dialog = clickForDialog(u"Export"_s);
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptSave);
-    EXPECT_EQ(dialog->nameFilters(), QStringList {u"Data File(*.dat)"_s});
-    EXPECT_EQ(dialog->defaultSuffix(), u"dat"_s);
-    EXPECT_FALSE(dialog->testOption(QFileDialog::DontConfirmOverwrite));
-    ASSERT_NE(fileNameEntry(dialog), nullptr);
-    EXPECT_EQ(fileNameEntry(dialog)->text(), u"Export_SetupData"_s);
-    EXPECT_EQ(acceptButton(dialog)->text(), u"Save"_s);
-
-    // The default suffix completes a name typed without one.
-    choose(dialog, dir.filePath(u"site-a"_s));
-    const QString path = dir.filePath(u"site-a.dat"_s);
-    const QByteArray file = testsupport::readFile(path);
-    ASSERT_EQ(file.size(), 15136);
-    EXPECT_EQ(LittleEndian::u32(file, ExportFile::ModelIdOffset), Model);
-    EXPECT_EQ(file.mid(ExportFile::HeaderSize), window.worker->mirror().mid(32));
-    EXPECT_EQ(window.messages, QStringList {u"Export completed"_s});
-    EXPECT_EQ(fileNameField(&page), QDir::toNativeSeparators(path));
-    EXPECT_EQ(page.openFileDialog(), nullptr);
-
-    // Offered again, the proposed name is back.
-    dialog = clickForDialog(u"Export"_s);
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(fileNameEntry(dialog)->text(), u"Export_SetupData"_s);
-    dialog->reject();
-}
-
-TEST_F(ConfigPage, ImportRefusesAFileOfAnotherModelOrNoneAndSendsNothing)
-{
-    const QString otherModel = dir.filePath(u"other-model.dat"_s);
-    testsupport::writeFile(otherModel, ExportFile::build(FactoryDefaults::record(Model + 1)));
-    const struct
-    {
-        QString path;
-        QString message;
-    } cases[] = {
-        {otherModel, u"This file can not be imported."_s},
-        {dir.filePath(u"missing.dat"_s), u"File does not exist"_s},
-    };
-    SimProcess sim({u"--model"_s, u"77"_s});
-    ASSERT_TRUE(connectTo(sim));
-    const QByteArray before = window.worker->mirror();
     const QByteArray stored = sim.storedRecord();
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.path.toStdString());
-        window.messages.clear();
-        QFileDialog *dialog = clickForDialog(u"Import"_s);
-        ASSERT_NE(dialog, nullptr);
-        EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptOpen);
-        EXPECT_EQ(dialog->nameFilters(), QStringList {u"Data Files(*.dat) (*.dat)"_s});
-        EXPECT_EQ(dialog->defaultSuffix(), u"dat"_s);
-        EXPECT_EQ(acceptButton(dialog)->text(), u"Open"_s);
-        choose(dialog, c.path);
-
-        EXPECT_EQ(window.messages, QStringList {c.message});
-        EXPECT_EQ(fileNameField(&page), QDir::toNativeSeparators(c.path));
-        EXPECT_FALSE(window.worker->importPending());
-        EXPECT_EQ(window.worker->mirror(), before);
-    }
-    EXPECT_EQ(sim.storedRecord(), stored);
-}
-
-TEST_F(ConfigPage, FactoryDefaultRestoresTheRecorderWithoutAsking)
-{
-    SimProcess sim({}, recordWithTitle("Lobby"));
-    ASSERT_TRUE(connectTo(sim));
-    pagetest::button(&page, u"Factory Default"_s)->click();
-    EXPECT_EQ(page.openFileDialog(), nullptr);
-    ASSERT_TRUE(testsupport::waitFor(
-        [&] { return window.messages.contains(u"Default Setup Success"_s); }, 60000))
-        << window.messages.join(u" | "_s).toStdString();
-    EXPECT_EQ(window.messages, QStringList {u"Default Setup Success"_s});
-    EXPECT_EQ(firstTitle(sim.storedRecord()), "CAM 01");
-    EXPECT_EQ(window.sessionMessages, std::vector<int> {SessionMessage::SetupRestored});
-}
-
-TEST_F(ConfigPage, LeavingAFileDialogOtherThanByOkDoesNothing)
-{
-    SimProcess sim({u"--model"_s, u"77"_s});
-    ASSERT_TRUE(connectTo(sim));
     testsupport::writeFile(dir.filePath(u"good.dat"_s),
                            ExportFile::build(recordWithTitle("Elsewhere")));
     for (const QString &button : {u"Import"_s, u"Export"_s}) {
@@ -257,8 +180,63 @@ TEST_F(ConfigPage, LeavingAFileDialogOtherThanByOkDoesNothing)
     }
     EXPECT_TRUE(window.messages.isEmpty()) << window.messages.join(u" | "_s).toStdString();
     EXPECT_TRUE(fileNameField(&page).isEmpty());
-    EXPECT_FALSE(window.worker->importPending());
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList {u"good.dat"_s});
+
+    QFileDialog *dialog = clickForDialog(u"Export"_s);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptSave);
+    EXPECT_EQ(dialog->nameFilters(), QStringList {u"Data File(*.dat)"_s});
+    EXPECT_EQ(dialog->defaultSuffix(), u"dat"_s);
+    EXPECT_FALSE(dialog->testOption(QFileDialog::DontConfirmOverwrite));
+    EXPECT_EQ(fileNameEntry(dialog)->text(), u"Export_SetupData"_s);
+    EXPECT_EQ(acceptButton(dialog)->text(), u"Save"_s);
+    // The default suffix completes a name typed without one.
+    choose(dialog, dir.filePath(u"site-a"_s));
+    const QString path = dir.filePath(u"site-a.dat"_s);
+    const QByteArray file = testsupport::readFile(path);
+    EXPECT_EQ(LittleEndian::u32(file, ExportFile::ModelIdOffset), Model);
+    EXPECT_EQ(file.mid(ExportFile::HeaderSize), window.worker->mirror().mid(32));
+    EXPECT_EQ(window.messages, QStringList {u"Export completed"_s});
+    EXPECT_EQ(fileNameField(&page), QDir::toNativeSeparators(path));
+    EXPECT_EQ(page.openFileDialog(), nullptr);
+    // Offered again, the proposed name is back.
+    dialog = clickForDialog(u"Export"_s);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(fileNameEntry(dialog)->text(), u"Export_SetupData"_s);
+    dialog->reject();
+
+    const QString otherModel = dir.filePath(u"other-model.dat"_s);
+    testsupport::writeFile(otherModel, ExportFile::build(FactoryDefaults::record(Model + 1)));
+    const std::pair<QString, QString> refusals[] = {
+        {otherModel, u"This file can not be imported."_s},
+        {dir.filePath(u"missing.dat"_s), u"File does not exist"_s},
+    };
+    const QByteArray mirror = window.worker->mirror();
+    for (const auto &[file, message] : refusals) {
+        SCOPED_TRACE(file.toStdString());
+        window.messages.clear();
+        dialog = clickForDialog(u"Import"_s);
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptOpen);
+        EXPECT_EQ(dialog->nameFilters(), QStringList {u"Data Files(*.dat) (*.dat)"_s});
+        EXPECT_EQ(acceptButton(dialog)->text(), u"Open"_s);
+        choose(dialog, file);
+        EXPECT_EQ(window.messages, QStringList {message});
+        EXPECT_EQ(fileNameField(&page), QDir::toNativeSeparators(file));
+        EXPECT_FALSE(window.worker->importPending());
+        EXPECT_EQ(window.worker->mirror(), mirror);
+    }
+    EXPECT_EQ(sim.storedRecord(), stored);
+
+    window.messages.clear();
+    pagetest::button(&page, u"Factory Default"_s)->click();
+    EXPECT_EQ(page.openFileDialog(), nullptr);
+    ASSERT_TRUE(testsupport::waitFor(
+        [&] { return window.messages.contains(u"Default Setup Success"_s); }, 60000))
+        << window.messages.join(u" | "_s).toStdString();
+    EXPECT_EQ(window.messages, QStringList {u"Default Setup Success"_s});
+    EXPECT_EQ(firstTitle(sim.storedRecord()), "CAM 01");
+    EXPECT_EQ(window.sessionMessages, std::vector<int> {SessionMessage::SetupRestored});
 }
 
 // The whole window: the import of another recorder's export reaches the

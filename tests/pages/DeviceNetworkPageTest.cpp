@@ -1,12 +1,12 @@
 // Pages in the host write exactly their section and overlapping sections never
-// carry another page's old bytes; the entry checks of the network pages
-// refuse before anything is sent, and what depends on a choice follows it.
+// carry another page's old bytes; the checks of the pages refuse before
+// anything is sent, and what depends on a choice follows it.
 
 #include "app/PageCatalog.h"
 #include "app/PageHost.h"
+#include "pages/camera/CRemoteCameraMotionDlg.h"
 #include "pages/device/CRemoteDeviceRS232CDlg.h"
 #include "pages/device/CRemoteDeviceRemoteCtrlDlg.h"
-#include "pages/network/CRemoteNetworkEmailDlg.h"
 #include "pages/network/CRemoteNetworkNotificationDlg.h"
 #include "pages/network/CRemoteNetworkStreamDlg.h"
 #include "setup/Fields.h"
@@ -30,74 +30,70 @@ using setup::FieldTable;
 using setup::Section;
 using setup::SetupRecordMap;
 
-TEST(PageHostSave, EachPageWritesItsSectionAndOverlapsCarryTheLatestBytes)
+TEST(PageHostSave, EachPageWritesItsSectionAndOverlappingPagesTakeTheBytesSent)
 {
+    // The notification pages before Stream, whose block holds their sections.
+    const char *const labels[]
+        = {"Camera Setup", "PTZ",     "Alarm-In",         "Alarm-Out",      "Motion",
+           "Video Loss",   "RS-232C", "Keyboard Control", "Remote Control", "Smart Backup",
+           "E-Mail",       "Event",   "Notification",     "Stream"};
     const QByteArray defaults = setup::FactoryDefaults::record();
-    SimProcess sim({}, defaults);
-    // Another client changes every DEVICE and NETWORK section after this
-    // client has received the record, so a byte sent beyond a page's own
-    // section shows up as a default where the pattern should be.
-    SessionHarness other;
-    CWork &otherWork = other.connect(sim.port());
-    ASSERT_TRUE(other.waitForReady());
+    SimProcess sim({u"--channels"_s, u"4"_s}, defaults);
     SessionHarness window;
     CWork &work = window.connect(sim.port());
     ASSERT_TRUE(window.waitForReady());
+    PageHost host;
+    host.buildPages();
+    host.show();
+    host.loadPages(work.mirror(), int(window.record.channelCount));
+    // Another client changes every section after this client has received
+    // the record, so a byte sent beyond a page's own section shows up as a
+    // default where the pattern should be.
+    SessionHarness other;
+    CWork &otherWork = other.connect(sim.port());
+    ASSERT_TRUE(other.waitForReady());
     QByteArray stored = defaults;
-    for (Section s :
-         {Section::Camera, Section::Motion, Section::VideoLoss, Section::Rs232c, Section::Keyboard,
-          Section::RemoteControl, Section::SmartBackup, Section::Stream}) {
+    for (const char *label : labels) {
+        const Section s = *host.page(PageCatalog::indexOf(label))->section();
         const QByteArray marks = pagetest::pattern(SetupRecordMap::section(s).length);
         ASSERT_NE(otherWork.writeSection(s, marks), 0);
         stored = pagetest::withSection(stored, s, marks);
     }
     ASSERT_TRUE(testsupport::waitFor([&] { return sim.storedRecord() == stored; }));
 
-    PageHost host;
-    host.buildPages();
-    host.show();
-    host.loadPages(work.mirror(), int(window.record.channelCount));
-    // The notification pages before Stream, whose block holds their sections.
-    const struct
-    {
-        const char *label;
-        Section section;
-    } pages[] = {
-        {"Camera Setup", Section::Camera},
-        {"Motion", Section::Motion},
-        {"Video Loss", Section::VideoLoss},
-        {"RS-232C", Section::Rs232c},
-        {"Keyboard Control", Section::Keyboard},
-        {"Remote Control", Section::RemoteControl},
-        {"Smart Backup", Section::SmartBackup},
-        {"E-Mail", Section::Email},
-        {"Event", Section::NetworkEvent},
-        {"Notification", Section::Notification},
-        {"Stream", Section::Stream},
-    };
-    for (const auto &p : pages) {
-        SCOPED_TRACE(p.label);
-        CSetupPage *page = host.page(PageCatalog::indexOf(p.label));
-        ASSERT_TRUE(page);
-        ASSERT_EQ(page->section(), p.section);
-        host.showPage(PageCatalog::indexOf(p.label));
-        if (auto *list = page->findChild<QComboBox *>())
-            QTest::keyClick(list,
-                            list->currentIndex() + 1 < list->count() ? Qt::Key_Down : Qt::Key_Up);
-        else
-            page->findChild<QCheckBox *>()->click();
+    for (const char *label : labels) {
+        SCOPED_TRACE(label);
+        CSetupPage *page = host.page(PageCatalog::indexOf(label));
+        host.showPage(PageCatalog::indexOf(label));
+        for (const SectionBinder::Binding &b : std::as_const(*page).binder().bindings()) {
+            if (b.row <= 0 && pagetest::changeControl(b.editor->widget()))
+                break;
+        }
         ASSERT_TRUE(page->isModified());
         pagetest::button(page, u"Save"_s)->click();
         EXPECT_FALSE(page->isModified());
-        if (p.section == Section::Stream) {
+        if (page->section() == Section::Stream) {
             // The whole block resends e-mail and events as the last page sent them.
             const int inBlock = SetupRecordMap::section(Section::Notification).offset
                                 - SetupRecordMap::section(Section::Stream).offset;
             EXPECT_EQ(page->sectionBuffer().mid(inBlock, 836),
                       pagetest::slice(stored, Section::Notification));
         }
-        stored = pagetest::withSection(stored, p.section, page->sectionBuffer());
+        stored = pagetest::withSection(stored, *page->section(), page->sectionBuffer());
         EXPECT_TRUE(testsupport::waitFor([&] { return sim.storedRecord() == stored; }));
+        // Every other page holds the bytes it shares with this one as they were sent.
+        const int from = page->recordOffset();
+        const int to = from + int(page->sectionBuffer().size());
+        for (const char *other : labels) {
+            const CSetupPage *o = host.page(PageCatalog::indexOf(other));
+            const int start = std::max(from, o->recordOffset());
+            const int end = std::min(to, o->recordOffset() + int(o->sectionBuffer().size()));
+            if (start < end) {
+                EXPECT_EQ(o->sectionBuffer().mid(start - o->recordOffset(), end - start),
+                          page->sectionBuffer().mid(start - from, end - start))
+                    << other;
+            }
+        }
     }
 }
 
@@ -125,49 +121,135 @@ TEST(DeviceNetworkPages, EditedPageKeepsItsEditsWhenAnOverlappingSectionIsSent)
     EXPECT_FALSE(untouched.needsSave());
 }
 
-TEST(DeviceNetworkPages, EntryChecksRefuseWithTheirMessageAndSendNothing)
+namespace {
+
+using RecordEdit = std::function<void(QByteArray &)>;
+using Edit = std::function<void(QWidget *)>;
+
+Edit text(const char *name, const char *value)
 {
-    using Edit = std::function<void(QWidget *)>;
-    const auto text = [](const char *name, const char *value) -> Edit {
-        return [=](QWidget *page) {
-            pagetest::typeInto(named<QLineEdit>(page, QString::fromLatin1(name)),
-                               QString::fromLatin1(value));
-        };
+    return [=](QWidget *page) {
+        pagetest::typeInto(named<QLineEdit>(page, QString::fromLatin1(name)),
+                           QString::fromLatin1(value));
     };
-    const auto number = [](const char *name, int value) -> Edit {
-        return [=](QWidget *page) {
-            named<QSpinBox>(page, QString::fromLatin1(name))->setValue(value);
-        };
+}
+
+Edit number(const char *name, int value)
+{
+    return [=](QWidget *page) {
+        named<QSpinBox>(page, QString::fromLatin1(name))->setValue(value);
     };
-    const auto stream = [] {
-        return std::make_unique<CRemoteNetworkStreamDlg>();
+}
+
+// Element `i` of the four fields is start hour, start minute, end hour, end minute.
+RecordEdit times(std::array<setup::FieldInfo, 4> fields, int i, std::array<int, 4> values)
+{
+    return [=](QByteArray &record) {
+        for (int k = 0; k < 4; ++k)
+            FieldTable::setNumber(record, fields[k], values[k], i);
     };
-    const auto email = [] {
-        return std::make_unique<CRemoteNetworkEmailDlg>();
+}
+
+RecordEdit alarmOutLine(int line, std::array<int, 4> values)
+{
+    namespace alarmOut = setup::fields::alarmOut;
+    const RecordEdit lineTimes = times(
+        {alarmOut::startHour, alarmOut::startMinute, alarmOut::endHour, alarmOut::endMinute}, line,
+        values);
+    return [=](QByteArray &record) {
+        FieldTable::setNumber(record, alarmOut::lineCount, 3);
+        lineTimes(record);
     };
-    const auto notification = [] {
-        return std::make_unique<CRemoteNetworkNotificationDlg>();
+}
+
+RecordEdit motionChannel2(std::array<int, 4> values)
+{
+    namespace motion = setup::fields::motion;
+    return times({motion::dayStartHour, motion::dayStartMinute, motion::nightStartHour,
+                  motion::nightStartMinute},
+                 1, values);
+}
+
+// The first schedule entry runs from `from` to `to` (hour, minute).
+std::vector<Edit> firstEntry(std::array<int, 4> values)
+{
+    return {number("Start Time 1 Hour", values[0]), number("Start Time 1 Minute", values[1]),
+            number("End Time 1 Hour", values[2]), number("End Time 1 Minute", values[3])};
+}
+
+struct Check
+{
+    const char *page;
+    RecordEdit record;
+    std::vector<Edit> edits;
+    QString message; // empty: the save goes through
+    int channels = 16;
+};
+
+// The text `value` in the entry `name`, refused with "<name> <reason>".
+Check entry(const char *page, const char *name, const char *value, const char *reason)
+{
+    const QString message = QString::fromLatin1(name) + u' ' + QString::fromLatin1(reason);
+    return {page, {}, {text(name, value)}, message};
+}
+
+} // namespace
+
+// What a page checks before Save sends anything: a refusal shows its message,
+// sends nothing and leaves the modified flag as it was.
+TEST(PageSave, ChecksRefuseWithTheirMessageAndSendNothing)
+{
+    const QString lineError = u"Set Time Error!!\nCheck Line Number : %1"_s;
+    const QString channelError = u"Set Time Error!!\nChannel : %1"_s;
+    const Edit alarmOutEvent = [](QWidget *page) {
+        pagetest::select(page, u"Event 01"_s, u"Motion"_s);
     };
-    const struct
-    {
-        std::function<std::unique_ptr<CSetupPage>()> create;
-        std::vector<Edit> edits;
-        QString message;
-    } cases[] = {
-        {stream, {text("IP Address", "192.168.0")}, u"IP Address is not a valid IP address."_s},
-        {stream, {text("Gateway", "")}, u"Gateway is not a valid IP address."_s},
-        {stream,
-         {text("Subnet Mask", "255.0.255.0")},
-         u"Subnet Mask is not a valid subnet mask."_s},
-        {stream, {number("Web Port", 9000)}, u"Web Port is already in use by another port."_s},
-        {stream, {text("DDNS Host Name", "my dvr")}, u"DDNS Host Name is not a valid host name."_s},
-        {stream, {text("Server Host 2", "cms_2")}, u"Server Host 2 is not a valid host name."_s},
-        {email, {text("Sender", "dvr@")}, u"Sender is not a valid e-mail address."_s},
-        {email, {text("Recipient 2", "ops")}, u"Recipient 2 is not a valid e-mail address."_s},
-        {email,
+    const Edit actionView = [](QWidget *page) {
+        static_cast<CRemoteCameraMotionDlg *>(page)->showView(CRemoteCameraMotionDlg::ActionView);
+    };
+    const RecordEdit twoEntries = [](QByteArray &record) {
+        FieldTable::setNumber(record, setup::fields::schedule::count, 2);
+    };
+    std::vector<Edit> secondReversed = firstEntry({9, 59, 10, 0});
+    secondReversed.push_back(number("Start Time 2 Hour", 23));
+    const char *const noAddress = "is not a valid IP address.";
+    const char *const noHost = "is not a valid host name.";
+    const char *const noMail = "is not a valid e-mail address.";
+    const Check cases[] = {
+        {"Alarm-Out", alarmOutLine(1, {8, 0, 8, 0}), {alarmOutEvent}, lineError.arg(2)},
+        {"Alarm-Out", alarmOutLine(2, {23, 0, 1, 0}), {alarmOutEvent}, lineError.arg(3)},
+        {"Alarm-Out", alarmOutLine(0, {8, 0, 8, 1}), {alarmOutEvent}, {}},
+        {"Alarm-Out", alarmOutLine(0, {8, 30, 8, 29}), {alarmOutEvent}, lineError.arg(1)},
+        {"Alarm-Out", alarmOutLine(3, {9, 0, 8, 0}), {alarmOutEvent}, {}}, // line 4 not in use
+        // Motion days start before the night, checked only in the time view.
+        {"Motion", motionChannel2({8, 0, 8, 0}), {}, channelError.arg(2)},
+        {"Motion", motionChannel2({8, 0, 8, 1}), {}, {}},
+        {"Motion", motionChannel2({20, 0, 8, 0}), {}, channelError.arg(2)},
+        {"Motion", motionChannel2({8, 0, 8, 0}), {actionView}, {}},
+        {"Motion", motionChannel2({8, 0, 20, 0}), {}, channelError.arg(1), 1}, // always refused
+        {"Motion", motionChannel2({8, 0, 20, 0}), {actionView}, {}, 1},
+        // The schedule checks its first entry's times only.
+        {"Schedule", twoEntries, firstEntry({10, 0, 10, 0}), lineError.arg(1)},
+        {"Schedule", twoEntries, secondReversed, {}},
+        {"Schedule", twoEntries, firstEntry({11, 0, 10, 0}), lineError.arg(1)},
+        // The entries of the network pages.
+        entry("Stream", "IP Address", "192.168.0", noAddress),
+        entry("Stream", "Gateway", "", noAddress),
+        entry("Stream", "Subnet Mask", "255.0.255.0", "is not a valid subnet mask."),
+        entry("Stream", "DDNS Host Name", "my dvr", noHost),
+        entry("Stream", "Server Host 2", "cms_2", noHost),
+        entry("E-Mail", "Sender", "dvr@", noMail),
+        entry("E-Mail", "Recipient 2", "ops", noMail),
+        {"Stream",
+         {},
+         {number("Web Port", 9000)},
+         u"Web Port is already in use by another port."_s},
+        {"E-Mail",
+         {},
          {text("Recipient 1", "ops@site.test"), text("Recipient 3", "OPS@site.test")},
          u"Recipient 3 repeats an address already in the list."_s},
-        {notification,
+        {"Notification",
+         {},
          {text("SMTP Server", "smtp server"),
           [](QWidget *page) {
               page->findChild<QTabBar *>()->setCurrentIndex(2);
@@ -176,19 +258,26 @@ TEST(DeviceNetworkPages, EntryChecksRefuseWithTheirMessageAndSendNothing)
     };
     SessionHarness window; // records the message boxes
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.message.toStdString());
-        std::unique_ptr<CSetupPage> page = c.create();
+        SCOPED_TRACE(testing::Message() << c.page << ": " << c.message.toStdString());
+        std::unique_ptr<CSetupPage> page(
+            PageCatalog::entry(PageCatalog::indexOf(c.page)).create(nullptr));
         int sent = 0;
         page->setSectionWriter([&sent](Section, const QByteArray &) { return ++sent; });
-        page->load(setup::FactoryDefaults::record(), 16);
+        QByteArray record = setup::FactoryDefaults::record();
+        if (c.record)
+            c.record(record);
+        page->load(record, c.channels);
         page->show();
         for (const Edit &edit : c.edits)
             edit(page.get());
         window.messages.clear();
-        pagetest::button(page.get(), u"Save"_s)->click();
-        EXPECT_EQ(sent, 0);
-        EXPECT_EQ(window.messages, QStringList {c.message});
-        EXPECT_TRUE(page->isModified());
+        const bool modified = page->isModified();
+        page->save();
+        EXPECT_EQ(window.messages, c.message.isEmpty() ? QStringList() : QStringList {c.message});
+        EXPECT_EQ(sent, c.message.isEmpty() ? 1 : 0);
+        EXPECT_EQ(page->isModified(), c.message.isEmpty() ? false : modified);
+        if (c.message.isEmpty() || c.record)
+            continue;
         // The page shows the refused control, on whichever tab it is.
         EXPECT_TRUE(page->focusWidget() && page->focusWidget()->isVisible());
         // Corrected, or as the recorder sent it, the page saves.

@@ -65,28 +65,6 @@ void writeSample(QByteArray &record, const FieldEditor &e, int k)
     // Controls of a page's own kind keep the pattern and must give it back.
 }
 
-// Changes what the control shows; false when it has no other value.
-bool changeControl(QWidget *w)
-{
-    if (auto *box = qobject_cast<QCheckBox *>(w)) {
-        box->setChecked(!box->isChecked());
-    } else if (auto *list = qobject_cast<QComboBox *>(w)) {
-        if (list->count() < 2)
-            return false;
-        list->setCurrentIndex((list->currentIndex() + 1) % list->count());
-    } else if (auto *spin = qobject_cast<QSpinBox *>(w)) {
-        spin->setValue(spin->value() == spin->maximum() ? spin->minimum() : spin->value() + 1);
-    } else if (auto *edit = qobject_cast<QLineEdit *>(w)) {
-        edit->setText(edit->text().endsWith(u'1') ? edit->text().chopped(1) + u'2'
-                                                  : edit->text().chopped(1) + u'1');
-    } else if (auto *bit = w->findChild<QCheckBox *>()) {
-        bit->setChecked(!bit->isChecked());
-    } else {
-        return false;
-    }
-    return true;
-}
-
 class PageRoundTrip : public ::testing::TestWithParam<PageCase>
 {
 };
@@ -132,7 +110,7 @@ TEST_P(PageRoundTrip, BoundFieldsRoundTripAndTouchOnlyTheirOwnBytes)
                 EXPECT_EQ(spin->minimum(), std::max<qint64>(e.field().lowest(), INT_MIN));
                 EXPECT_EQ(spin->maximum(), std::min<qint64>(e.field().highest(), INT_MAX));
             }
-            if (!changeControl(e.widget()))
+            if (!pagetest::changeControl(e.widget(), false))
                 continue;
             page->gather();
             const QByteArray &gathered = page->sectionBuffer();

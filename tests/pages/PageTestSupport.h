@@ -8,10 +8,12 @@
 #include "tests/session/SessionHarness.h"
 
 #include <QByteArray>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QObject>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QString>
 #include <QTest>
 
@@ -53,6 +55,34 @@ inline void typeInto(QLineEdit *edit, const QString &text)
     edit->selectAll();
     QTest::keyClick(edit, Qt::Key_Delete);
     QTest::keyClicks(edit, text);
+}
+
+// Changes what the control shows; false when it has no other value. As the
+// operator's change, what depends on the control follows; otherwise only
+// the control itself changes.
+inline bool changeControl(QWidget *w, bool asOperator = true)
+{
+    if (auto *box = qobject_cast<QCheckBox *>(w)) {
+        box->setChecked(!box->isChecked());
+        if (asOperator)
+            Q_EMIT box->clicked(box->isChecked());
+    } else if (auto *list = qobject_cast<QComboBox *>(w)) {
+        if (list->count() < 2)
+            return false;
+        list->setCurrentIndex((list->currentIndex() + 1) % list->count());
+        if (asOperator)
+            Q_EMIT list->activated(list->currentIndex());
+    } else if (auto *spin = qobject_cast<QSpinBox *>(w)) {
+        spin->setValue(spin->value() == spin->maximum() ? spin->minimum() : spin->value() + 1);
+    } else if (auto *edit = qobject_cast<QLineEdit *>(w)) {
+        edit->setText(edit->text().endsWith(u'1') ? edit->text().chopped(1) + u'2'
+                                                  : edit->text().chopped(1) + u'1');
+    } else if (auto *bit = w->findChild<QCheckBox *>()) {
+        return changeControl(bit, asOperator);
+    } else {
+        return false;
+    }
+    return true;
 }
 
 // Bytes that no field value has, so that a byte written where it should not

@@ -1,15 +1,17 @@
+// What every page does, on the camera page: the modified flag, Default and
+// the rows of the recorder's channels.
 
-#include "tests/TestSupport.h"
+#include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "setup/Fields.h"
 #include "tests/pages/PageTestSupport.h"
 
-#include <QLineEdit>
 #include <QSignalSpy>
-#include <QTest>
-#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+using setup::FieldTable;
+namespace camera = setup::fields::camera;
 
 namespace {
 
@@ -17,45 +19,16 @@ constexpr int SectionOffset = 1300;
 constexpr int SectionLength = 768;
 const QByteArray Record = pagetest::pattern(setup::SetupRecordMap::RecordSize);
 
-// A page over the camera section with one edit per channel for byte i of the
-// section; every edit change marks the page modified, filling included.
-class ProbePage : public CSetupPage
+QLineEdit *title(const QWidget *page, int channel)
 {
-public:
-    ProbePage() { setSection(setup::Section::Camera); }
-
-    std::array<QLineEdit *, MaxChannels> edits {};
-    QByteArray shown;
-
-protected:
-    void buildControls() override
-    {
-        auto *layout = new QVBoxLayout(contentArea());
-        for (int i = 0; i < MaxChannels; ++i) {
-            edits[i] = new QLineEdit(contentArea());
-            layout->addWidget(edits[i]);
-            addChannelRow(i, {edits[i]});
-            connect(edits[i], &QLineEdit::textChanged, this, [this] { markModified(); });
-        }
-    }
-    void fillControls(QByteArrayView section, Source) override
-    {
-        shown = section.toByteArray();
-        for (int i = 0; i < channelCount(); ++i)
-            edits[i]->setText(QString::number(quint8(section[i])));
-    }
-    void gatherControls(QByteArray &section) override
-    {
-        for (int i = 0; i < channelCount(); ++i)
-            section[i] = char(edits[i]->text().toInt());
-    }
-};
+    return pagetest::named<QLineEdit>(page, QString::asprintf("Camera Title %02d", channel));
+}
 
 } // namespace
 
 TEST(SetupPage, FillLeavesThePageUnmodifiedUntilAnEditAndSaveClearsIt)
 {
-    ProbePage page;
+    CRemoteCameraCameraDlg page;
     QSignalSpy modified(&page, &CSetupPage::modifiedChanged);
     page.load(Record, 16);
     QPushButton *save = pagetest::button(&page, u"Save"_s);
@@ -63,8 +36,7 @@ TEST(SetupPage, FillLeavesThePageUnmodifiedUntilAnEditAndSaveClearsIt)
     EXPECT_FALSE(save->isEnabled());
     EXPECT_TRUE(modified.isEmpty());
 
-    page.edits[0]->clear();
-    QTest::keyClicks(page.edits[0], u"42"_s);
+    pagetest::typeInto(title(&page, 1), u"42"_s);
     EXPECT_TRUE(save->isEnabled());
     EXPECT_EQ(modified.size(), 1);
 
@@ -73,7 +45,9 @@ TEST(SetupPage, FillLeavesThePageUnmodifiedUntilAnEditAndSaveClearsIt)
     save->click();
     EXPECT_TRUE(page.isModified());
     EXPECT_TRUE(save->isEnabled());
-    EXPECT_EQ(page.sectionBuffer(), "\x2a" + Record.mid(SectionOffset + 1, SectionLength - 1));
+    EXPECT_EQ(
+        FieldTable::text(QByteArray(SectionOffset, '\0') + page.sectionBuffer(), camera::title),
+        "42");
 
     QByteArray sent;
     page.setSectionWriter([&sent](setup::Section section, const QByteArray &bytes) {
@@ -90,29 +64,32 @@ TEST(SetupPage, FillLeavesThePageUnmodifiedUntilAnEditAndSaveClearsIt)
 
 TEST(SetupPage, DefaultShowsTheDefaultSliceAndLeavesTheBuffer)
 {
-    const QByteArray file(setup::SetupRecordMap::RecordSize, '\x11');
+    QByteArray file = setup::FactoryDefaults::record();
+    FieldTable::setBytes(file, camera::title, "Front", 0);
+    FieldTable::setBytes(file, camera::title, "Back", 1);
     const struct
     {
         const char *what;
         std::optional<QByteArray> content;
-        QByteArray shown;
+        QString first, second;
     } cases[] = {
-        {"whole file", file, file.mid(SectionOffset, SectionLength)},
+        {"whole file", file, u"Front"_s, u"Back"_s},
         // A short or missing file shows zeros where it has no bytes.
-        {"short file", file.left(SectionOffset + 10),
-         QByteArray(10, '\x11') + QByteArray(SectionLength - 10, '\0')},
-        {"missing file", std::nullopt, QByteArray(SectionLength, '\0')},
+        {"short file", file.left(SectionOffset + 10), u"Front"_s, {}},
+        {"missing file", std::nullopt, {}, {}},
     };
     for (const auto &c : cases) {
-        ProbePage page;
+        SCOPED_TRACE(c.what);
+        CRemoteCameraCameraDlg page;
         if (c.content)
             page.setDefaultSource([&c] { return *c.content; });
         page.load(Record, 16);
         pagetest::button(&page, u"Default"_s)->click();
-        EXPECT_EQ(page.shown, c.shown) << c.what;
-        EXPECT_TRUE(pagetest::button(&page, u"Save"_s)->isEnabled()) << c.what;
-        EXPECT_TRUE(page.needsSave()) << c.what;
-        EXPECT_EQ(page.sectionBuffer(), Record.mid(SectionOffset, SectionLength)) << c.what;
+        EXPECT_EQ(title(&page, 1)->text(), c.first);
+        EXPECT_EQ(title(&page, 2)->text(), c.second);
+        EXPECT_TRUE(pagetest::button(&page, u"Save"_s)->isEnabled());
+        EXPECT_TRUE(page.needsSave());
+        EXPECT_EQ(page.sectionBuffer(), Record.mid(SectionOffset, SectionLength));
     }
 }
 
@@ -120,10 +97,11 @@ TEST(SetupPage, ShowsOnlyTheRecordersChannelRows)
 {
     for (auto [channels, shown] : {std::pair {1, 1}, {4, 4}, {16, 16}, {0, 1}, {20, 16}}) {
         // Shown before its first load, as the main window shows its pages.
-        ProbePage page;
+        CRemoteCameraCameraDlg page;
         page.show();
         page.load(Record, channels);
-        for (int i = 0; i < CSetupPage::MaxChannels; ++i)
-            EXPECT_EQ(page.edits[i]->isVisible(), i < shown) << channels << " channels, row " << i;
+        for (int i = 1; i <= CSetupPage::MaxChannels; ++i)
+            EXPECT_EQ(title(&page, i)->isVisible(), i <= shown)
+                << channels << " channels, row " << i;
     }
 }

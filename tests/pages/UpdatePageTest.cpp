@@ -72,7 +72,7 @@ protected:
 
 } // namespace
 
-TEST_F(UpdatePage, ShowsBothVersionsAndWaitsForASessionToStart)
+TEST_F(UpdatePage, ShowsBothVersionsStartsOnlyInASessionAndRefusesABrokenPackage)
 {
     for (const QByteArray &bytes : {"\x03\x0c\x00\xff"_ba, "\x01\x00\x00\x00"_ba}) {
         page.load(setup::FactoryDefaults::record().replace(
@@ -81,25 +81,20 @@ TEST_F(UpdatePage, ShowsBothVersionsAndWaitsForASessionToStart)
         EXPECT_EQ(text(&page, u"S/W Version"_s), FirmwareVersion::fromBytes(bytes, 0).toString());
     }
     QString filter;
-    choose(page, writePackage(dir.filePath(u"update.KRP"_s)), &filter);
+    const QString good = writePackage(dir.filePath(u"good.KRP"_s));
+    choose(page, good, &filter);
     EXPECT_EQ(filter, u"KRP Files (*.KRP) (*.KRP)"_s);
-    EXPECT_EQ(text(&page, u"File Name"_s), u"update.KRP"_s);
+    EXPECT_EQ(text(&page, u"File Name"_s), u"good.KRP"_s);
     EXPECT_EQ(text(&page, u"Update Version"_s), u"2.10.0.7"_s);
     EXPECT_FALSE(button(&page, u"Start"_s)->isEnabled());
     EXPECT_FALSE(button(&page, u"Cancel"_s)->isEnabled());
     EXPECT_FALSE(pagetest::button(&page, u"Save"_s)->isVisible());
     EXPECT_FALSE(pagetest::button(&page, u"Default"_s)->isVisible());
-}
 
-TEST_F(UpdatePage, BrokenPackageIsRefusedWithItsFaultAndStartStaysDisabled)
-{
     SimProcess sim;
     harness.connect(sim.port());
     ASSERT_TRUE(harness.waitForReady());
     page.load(harness.worker->mirror(), 16);
-    const QString good = writePackage(dir.filePath(u"good.KRP"_s));
-    const QByteArray goodBytes = testsupport::readFile(good);
-
     const struct
     {
         const char *what;
@@ -107,7 +102,7 @@ TEST_F(UpdatePage, BrokenPackageIsRefusedWithItsFaultAndStartStaysDisabled)
         QString message;
     } cases[] = {
         {"missing", {}, u"The firmware package cannot be read."_s},
-        {"short", goodBytes.first(1000),
+        {"short", testsupport::readFile(good).first(1000),
          u"The firmware package is shorter than its 3072-byte header."_s},
     };
     for (const auto &c : cases) {

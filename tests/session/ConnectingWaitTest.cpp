@@ -11,76 +11,58 @@
 using namespace std::chrono_literals;
 using testsupport::waitFor;
 
-namespace {
-
-struct Recorded
-{
-    std::vector<std::string> hooks;
-
-    ConnectingWait::Hooks make()
-    {
-        return {[this] { hooks.push_back("locked"); }, [this] { hooks.push_back("arrived"); },
-                [this] { hooks.push_back("failed"); },
-                [this] {
-                    hooks.push_back("timed out");
-                }};
-    }
-};
-
-} // namespace
-
+// Stopping ends it without a decision.
 TEST(ConnectingWait, DecidesByTheWorkersWords)
 {
-    struct Case
+    enum Then { Nothing, Arrives, Stop };
+    const struct
     {
         const char *what;
         int state;
         int setupReceived;
         bool workerAlive;
         int rounds;
-        bool arrivesAfterLocking;
+        Then then;
         std::vector<std::string> expected;
+    } cases[] = {
+        {"failed worker", 7, 0, true, 300, Nothing, {"failed"}},
+        {"idle worker", 0, 0, true, 300, Nothing, {"failed"}},
+        {"record arrived", 4, 1, true, 300, Nothing, {"arrived"}},
+        {"no worker", 1, 0, false, 300, Nothing, {"timed out"}},
+        {"rounds spent", 3, 0, true, 40, Nothing, {"locked", "timed out"}},
+        {"short wait never locks", 3, 0, true, 20, Nothing, {"timed out"}},
+        {"record after the lock", 3, 0, true, 300, Arrives, {"locked", "arrived"}},
+        {"stopped", 1, 0, true, 300, Stop, {}},
     };
-    const Case cases[] = {
-        {"failed worker", 7, 0, true, 300, false, {"failed"}},
-        {"idle worker", 0, 0, true, 300, false, {"failed"}},
-        {"record arrived", 4, 1, true, 300, false, {"arrived"}},
-        {"no worker", 1, 0, false, 300, false, {"timed out"}},
-        {"rounds spent", 3, 0, true, 40, false, {"locked", "timed out"}},
-        {"short wait never locks", 3, 0, true, 20, false, {"timed out"}},
-        {"record after the lock", 3, 0, true, 300, true, {"locked", "arrived"}},
-    };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         auto status = std::make_shared<SessionStatus>();
         status->state = c.state;
         status->setupReceived = c.setupReceived;
         status->workerAlive = c.workerAlive;
         QObject context;
-        Recorded recorded;
-        ConnectingWait wait(&context, status, recorded.make(), c.rounds, 1ms);
-        if (c.arrivesAfterLocking) {
-            ASSERT_TRUE(waitFor([&] { return !recorded.hooks.empty(); }));
-            status->state = 4;
-            status->setupReceived = 1;
+        std::vector<std::string> hooks;
+        const auto note = [&](const char *hook) {
+            return [&hooks, hook] {
+                hooks.push_back(hook);
+            };
+        };
+        {
+            ConnectingWait wait(
+                &context, status,
+                {note("locked"), note("arrived"), note("failed"), note("timed out")}, c.rounds,
+                c.then == Stop ? 10000ms : 1ms);
+            if (c.then == Stop)
+                wait.stop();
+            if (c.then == Arrives) {
+                ASSERT_TRUE(waitFor([&] { return !hooks.empty(); }));
+                status->state = 4;
+                status->setupReceived = 1;
+            }
+            ASSERT_TRUE(waitFor([&] { return wait.isFinished(); }, c.then == Stop ? 2000 : 10000));
+            ASSERT_TRUE(waitFor([&] { return hooks.size() == c.expected.size(); }));
         }
-        ASSERT_TRUE(waitFor([&] { return wait.isFinished(); }));
-        ASSERT_TRUE(waitFor([&] { return recorded.hooks.size() == c.expected.size(); }));
-        EXPECT_EQ(recorded.hooks, c.expected);
+        waitFor([] { return false; }, c.then == Stop ? 50 : 0);
+        EXPECT_EQ(hooks, c.expected);
     }
-}
-
-TEST(ConnectingWait, StoppingEndsItWithoutADecision)
-{
-    auto status = std::make_shared<SessionStatus>();
-    status->state = 1;
-    QObject context;
-    Recorded recorded;
-    {
-        ConnectingWait wait(&context, status, recorded.make(), 300, 10s);
-        wait.stop();
-        ASSERT_TRUE(waitFor([&] { return wait.isFinished(); }, 2000));
-    }
-    waitFor([] { return false; }, 50);
-    EXPECT_TRUE(recorded.hooks.empty());
 }

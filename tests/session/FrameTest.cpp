@@ -27,9 +27,7 @@ QByteArray frameWith(quint32 sequence, qint32 command, qsizetype payloadSize)
     QByteArray payload(payloadSize, '\0');
     for (qsizetype i = 0; i < payloadSize; ++i)
         payload[i] = char(i * 7 + sequence);
-    PACKET_PARAM param;
-    param.words[0] = sequence;
-    return Frame::encode(sequence, command, param, payload);
+    return Frame::encode(sequence, command, PACKET_PARAM {{sequence}}, payload);
 }
 
 QList<QByteArray> drain(FrameReader &reader)
@@ -40,16 +38,9 @@ QList<QByteArray> drain(FrameReader &reader)
     return frames;
 }
 
-const QList<QByteArray> &sampleFrames()
-{
-    static const QList<QByteArray> frames {frameWith(0, 0x0F01, 0), frameWith(1, 4098, 0),
-                                           frameWith(2, 4226, 150), frameWith(3, 4609, 1)};
-    return frames;
-}
-
 } // namespace
 
-TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimit)
+TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimitAndDecodesItBack)
 {
     PACKET_PARAM param;
     for (int i = 0; i < PACKET_PARAM::WordCount; ++i)
@@ -68,6 +59,17 @@ TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimit)
                                 + "xyz";
     EXPECT_EQ(frame, expected);
 
+    // Decoding takes apart only a whole, well-formed packet.
+    const std::optional<Frame> decoded = Frame::decode(frame);
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(decoded->sequence, 0x0A0B0C0Du);
+    EXPECT_EQ(decoded->command, -65535);
+    EXPECT_EQ(decoded->param, param);
+    EXPECT_EQ(decoded->payload, "xyz");
+    EXPECT_FALSE(Frame::decode(frame.chopped(1)));
+    EXPECT_FALSE(Frame::decode(frame + 'x'));
+    EXPECT_FALSE(Frame::decode(frame.first(30)));
+
     EXPECT_EQ(Frame::encode(0, 4227, {}, QByteArray(Frame::MaxPayloadSize, 'c')).size(),
               Frame::MaxSize);
     EXPECT_TRUE(Frame::encode(0, 4227, {}, QByteArray(Frame::MaxPayloadSize + 1, 'c')).isEmpty());
@@ -75,13 +77,12 @@ TEST(Frame, EncodesTheHeadFieldByFieldUpToTheSizeLimit)
 
 TEST(Frame, HeadCheckRejectsWrongMagicAndLengthsOutsideTheLimits)
 {
-    struct Case
+    const struct
     {
         const char *name;
         QByteArray head;
         qsizetype expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"bare head", headWith(Frame::Magic, 60), 60},
         {"largest frame", headWith(Frame::Magic, 60 + 1048576), 60 + 1048576},
         {"wrong magic", headWith(0x4B525350, 60), -1},
@@ -91,32 +92,16 @@ TEST(Frame, HeadCheckRejectsWrongMagicAndLengthsOutsideTheLimits)
         {"total at u32 max", headWith(Frame::Magic, 0xFFFFFFFF), -1},
         {"truncated head", headWith(Frame::Magic, 60).first(59), -1},
     };
-    for (const Case &c : cases)
+    for (const auto &c : cases)
         EXPECT_EQ(Frame::checkHead(c.head), c.expected) << c.name;
-}
-
-TEST(Frame, DecodeTakesApartOnlyAWholeWellFormedPacket)
-{
-    PACKET_PARAM param;
-    param.words = {5, 768, 1300, 0, 0, 0, 0, 0xFFFFFFFF};
-    const QByteArray payload(768, 'p');
-    const QByteArray packet = Frame::encode(7, 4608, param, payload);
-    const std::optional<Frame> frame = Frame::decode(packet);
-    ASSERT_TRUE(frame);
-    EXPECT_EQ(frame->sequence, 7u);
-    EXPECT_EQ(frame->command, 4608);
-    EXPECT_EQ(frame->param, param);
-    EXPECT_EQ(frame->payload, payload);
-
-    EXPECT_FALSE(Frame::decode(packet.chopped(1)));
-    EXPECT_FALSE(Frame::decode(packet + 'x'));
-    EXPECT_FALSE(Frame::decode(packet.first(30)));
 }
 
 // Covers whole-stream feeds (both cuts at 0) and frames glued together.
 TEST(FrameReader, YieldsTheSameFramesWhereverTheStreamIsSplit)
 {
-    const QByteArray stream = sampleFrames().join();
+    const QList<QByteArray> sample {frameWith(0, 0x0F01, 0), frameWith(1, 4098, 0),
+                                    frameWith(2, 4226, 150), frameWith(3, 4609, 1)};
+    const QByteArray stream = sample.join();
     for (qsizetype first = 0; first <= stream.size(); ++first) {
         for (qsizetype second = first; second <= stream.size(); second += 13) {
             FrameReader reader;
@@ -127,7 +112,7 @@ TEST(FrameReader, YieldsTheSameFramesWhereverTheStreamIsSplit)
                 ASSERT_TRUE(reader.feed(chunk));
                 frames += drain(reader);
             }
-            ASSERT_EQ(frames, sampleFrames()) << "split at " << first << " and " << second;
+            ASSERT_EQ(frames, sample) << "split at " << first << " and " << second;
             EXPECT_EQ(reader.pendingBytes(), 0);
         }
     }

@@ -20,13 +20,12 @@ RecorderTime at(int y, int mo, int d, int h, int mi, int s)
 
 TEST(RecorderClock, CountsTheWayTheRecorderDoes)
 {
-    struct Case
+    const struct
     {
         const char *what;
         RecorderTime before;
         RecorderTime after;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"plain second", at(2026, 5, 3, 10, 0, 0), at(2026, 5, 3, 10, 0, 1)},
         {"minute", at(2026, 5, 3, 10, 0, 59), at(2026, 5, 3, 10, 1, 0)},
         {"midnight", at(2026, 5, 3, 23, 59, 59), at(2026, 5, 4, 0, 0, 0)},
@@ -42,7 +41,7 @@ TEST(RecorderClock, CountsTheWayTheRecorderDoes)
         {"month out of range only counts days", at(2026, 40, 99, 23, 59, 59),
          at(2026, 40, 100, 0, 0, 0)},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         RecorderTime t = c.before;
         RecorderClock::tick(t);
         EXPECT_EQ(t, c.after) << c.what;

@@ -1,93 +1,44 @@
 #include "tests/session/ScriptedRecorder.h"
 
-#include "session/RemoteCommand.h"
-#include "setup/LittleEndian.h"
 #include "setup/SetupRecordMap.h"
 
 using session::Frame;
 
 ScriptedRecorder::ScriptedRecorder()
     : record(setup::SetupRecordMap::RecordSize, '\x5A')
-    , onFrame([this](const Frame &frame) { answerAsRecorder(frame); })
 {
+    onFrame = [this](const Frame &frame) {
+        answerAsRecorder(frame);
+    };
     m_server.listen(QHostAddress::LocalHost, 0);
     connect(&m_server, &QTcpServer::newConnection, this, [this] {
-        m_client = m_server.nextPendingConnection();
-        connect(m_client, &QTcpSocket::readyRead, this, [this] {
-            m_reader.feed(m_client->readAll());
-            while (m_reader.hasFrame()) {
-                const auto frame = Frame::decode(m_reader.takeFrame());
-                if (!frame)
-                    continue;
-                received.push_back(*frame);
-                onFrame(*frame);
-            }
-        });
+        m_hasClient = true;
+        attach(m_server.nextPendingConnection());
     });
-}
-
-std::vector<Frame> ScriptedRecorder::receivedWith(qint32 command) const
-{
-    std::vector<Frame> frames;
-    for (const Frame &f : received) {
-        if (f.command == command)
-            frames.push_back(f);
-    }
-    return frames;
-}
-
-void ScriptedRecorder::send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload)
-{
-    sendRaw(Frame::encode(m_sequence++, command, param, payload));
-}
-
-void ScriptedRecorder::sendRaw(const QByteArray &bytes)
-{
-    if (m_client) {
-        m_client->write(bytes);
-        m_client->flush();
-    }
-}
-
-void ScriptedRecorder::closeClient()
-{
-    if (m_client)
-        m_client->abort();
 }
 
 void ScriptedRecorder::answerAsRecorder(const Frame &frame)
 {
-    PACKET_PARAM param;
+    const auto u16s = [](quint32 low, quint32 high) {
+        return low | high << 16;
+    };
     switch (frame.command) {
     case RemoteCommand::Open:
-        param.words[0] = 1;
-        send(RemoteCommand::OpenAck, param);
-        break;
-    case RemoteCommand::Login: {
-        QByteArray bytes = param.toBytes();
-        nelib::LittleEndian::setI32(bytes, 0, loginCode);
-        nelib::LittleEndian::setU8(bytes, 4, channels);
-        nelib::LittleEndian::setU8(bytes, 6, video);
-        send(RemoteCommand::LoginAnswer, PACKET_PARAM::fromBytes(bytes));
-        break;
-    }
-    case RemoteCommand::SetupRequest: {
-        QByteArray bytes = param.toBytes();
-        for (int i = 0; i < 4; ++i)
-            nelib::LittleEndian::setU16(bytes, 12 + 2 * i, answerValues[i]);
-        send(RemoteCommand::SetupAnswer, PACKET_PARAM::fromBytes(bytes), record);
-        break;
-    }
+        return send(RemoteCommand::OpenAck, PACKET_PARAM {{1}});
+    case RemoteCommand::Login:
+        // The code, then the channel count and the video standard in bytes 4 and 6.
+        return send(RemoteCommand::LoginAnswer,
+                    PACKET_PARAM {{quint32(loginCode), u16s(channels, video)}});
+    case RemoteCommand::SetupRequest:
+        return send(RemoteCommand::SetupAnswer,
+                    PACKET_PARAM {{0, 0, 0, u16s(answerValues[0], answerValues[1]),
+                                   u16s(answerValues[2], answerValues[3])}},
+                    record);
     case RemoteCommand::DateTime:
-        param.words[0] = frame.param.words[0];
-        std::copy(time.begin(), time.end(), param.words.begin() + 1);
-        send(RemoteCommand::DateTimeAnswer, param);
-        break;
+        return send(RemoteCommand::DateTimeAnswer,
+                    PACKET_PARAM {{frame.param.words[0], time[0], time[1], time[2], time[3],
+                                   time[4], time[5]}});
     case RemoteCommand::SetupWrite:
-        param.words[0] = 1;
-        send(RemoteCommand::SetupWriteAck, param);
-        break;
-    default:
-        break;
+        return send(RemoteCommand::SetupWriteAck, PACKET_PARAM {{1}});
     }
 }

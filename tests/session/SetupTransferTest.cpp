@@ -1,20 +1,14 @@
 #include "session/SetupTransfer.h"
-#include "session/CWork.h"
-#include "session/RemoteCommand.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
 #include "setup/LittleEndian.h"
 #include "setup/SetupFiles.h"
-#include "tests/TestSupport.h"
 #include "tests/session/ScriptedRecorder.h"
 #include "tests/session/SessionHarness.h"
 
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 using session::Frame;
@@ -62,7 +56,8 @@ TEST(SetupTransfer, AWholeRecordWriteEndsInSuccessOnlyWhenEveryWriteWasApplied)
     const QByteArray image = patterned(3);
 
     using Outcome = CWork::TransferOutcome;
-    struct Case
+    const qsizetype whole = SetupRecordMap::RecordSize;
+    const struct
     {
         const char *what;
         bool import;
@@ -74,9 +69,7 @@ TEST(SetupTransfer, AWholeRecordWriteEndsInSuccessOnlyWhenEveryWriteWasApplied)
         std::size_t writes; // blocks and commit that reached the recorder
         QString message;
         Outcome outcome;
-    };
-    const qsizetype whole = SetupRecordMap::RecordSize;
-    const Case cases[] = {
+    } cases[] = {
         {"import", true, 0, 0, 0, whole, Result::Sent, 7, u"Import Success"_s, Outcome::Succeeded},
         {"factory default", false, 0, 0, 0, whole, Result::Sent, 7, u"Default Setup Success"_s,
          Outcome::Succeeded},
@@ -89,7 +82,7 @@ TEST(SetupTransfer, AWholeRecordWriteEndsInSuccessOnlyWhenEveryWriteWasApplied)
         {"no whole record received", false, 0, 0, 0, whole - 1, Result::NoRecord, 0,
          u"Default Setup Error!"_s, Outcome::None},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         ScriptedRecorder recorder;
         recorder.record = patterned(1).first(c.recordSize);
@@ -176,15 +169,14 @@ TEST(SetupTransfer, ARefusedImportSendsNothing)
 {
     QTemporaryDir dir;
     const QByteArray good = ExportFile::build(patterned(2));
-    struct Case
+    const struct
     {
         const char *what;
         QByteArray file; // empty: no file at all
         QByteArray record;
         Result result;
         QString message;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"missing file", {}, patterned(1), Result::FileMissing, u"File does not exist"_s},
         {"another model", ExportFile::build(setup::FactoryDefaults::record(77)), patterned(1),
          Result::FileRefused, u"This file can not be imported."_s},
@@ -193,7 +185,7 @@ TEST(SetupTransfer, ARefusedImportSendsNothing)
         {"recorder of another layout", good, withU32(patterned(1), 0, 0x00020000),
          Result::FileRefused, u"This file can not be imported."_s},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         const QString path = dir.filePath(QString::fromLatin1(c.what));
         if (!c.file.isEmpty())

@@ -2,6 +2,7 @@
 
 #include "setup/FieldTable.h"
 #include "setup/FieldWriter.h"
+#include "setup/Fields.h"
 #include "setup/LittleEndian.h"
 
 #include "tests/TestSupport.h"
@@ -12,26 +13,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <stdexcept>
 
 using namespace setup;
 using nelib::LittleEndian;
 
 namespace {
 
-const FieldInfo &field(const char *group, const char *name)
-{
-    const FieldGroup *g = FieldTable::findGroup(group);
-    const FieldInfo *f = g ? FieldTable::findField(*g, name) : nullptr;
-    if (!f)
-        throw std::runtime_error(std::string("no field ") + group + "." + name);
-    return *f;
-}
-
 // Every element of the field, in index order.
-QList<quint32> values(QByteArrayView record, const char *group, const char *name)
+QList<quint32> values(QByteArrayView record, const FieldInfo &f)
 {
-    const FieldInfo &f = field(group, name);
     QList<quint32> out;
     for (int i = 0; i < f.count; ++i) {
         for (int j = 0; j < f.count2; ++j)
@@ -40,11 +30,10 @@ QList<quint32> values(QByteArrayView record, const char *group, const char *name
     return out;
 }
 
-// "start" or "end" time of entry i as minutes since midnight.
-quint32 minuteOfDay(QByteArrayView record, const char *group, const std::string &which, int i)
+// A time of entry i as minutes since midnight.
+quint32 minuteOfDay(QByteArrayView record, const FieldInfo &hour, const FieldInfo &minute, int i)
 {
-    return FieldTable::number(record, field(group, (which + "-hour").c_str()), i) * 60
-           + FieldTable::number(record, field(group, (which + "-minute").c_str()), i);
+    return FieldTable::number(record, hour, i) * 60 + FieldTable::number(record, minute, i);
 }
 
 const QByteArray &defaults()
@@ -58,7 +47,6 @@ const QByteArray &defaults()
 TEST(FactoryDefaults, HeaderCarriesLayoutVersionAndTheGivenIdentity)
 {
     const QByteArray &r = defaults();
-    ASSERT_EQ(r.size(), 15148);
     EXPECT_EQ(LittleEndian::u32(r, 0), 0x00010011u);
     EXPECT_EQ(LittleEndian::u32(r, 16), FactoryDefaults::ModelId);
     EXPECT_EQ(r.sliced(4, 4), QByteArray("\x01\x00\x00\x00", 4));
@@ -103,36 +91,38 @@ TEST(FactoryDefaults, ValuesLieInTheirPagesRanges)
     // Ranges only the pages know.
     struct Range
     {
-        const char *group, *name;
+        FieldInfo field;
         quint32 min, max;
     };
     const Range ranges[] = {
-        {"motion", "day-mask", 0x3FFFFFFF, 0x3FFFFFFF},
-        {"record", "frame-rate", 0, 5},
-        {"holiday", "count", 0, 220},
+        {fields::motion::dayMask, 0x3FFFFFFF, 0x3FFFFFFF},
+        {fields::record::frameRate, 0, 5},
+        {fields::holiday::count, 0, 220},
     };
     for (const Range &range : ranges) {
-        SCOPED_TRACE(std::string(range.group) + "." + range.name);
-        for (quint32 v : values(r, range.group, range.name)) {
+        SCOPED_TRACE(range.field.name);
+        for (quint32 v : values(r, range.field)) {
             EXPECT_GE(v, range.min);
             EXPECT_LE(v, range.max);
         }
     }
-    EXPECT_EQ(values(r, "record", "frame-rate"), values(r, "record", "frame-rate-copy"));
-    EXPECT_EQ(values(r, "record", "quality"), values(r, "record", "quality-copy"));
+    EXPECT_EQ(values(r, fields::record::frameRate), values(r, fields::record::frameRateCopy));
+    EXPECT_EQ(values(r, fields::record::quality), values(r, fields::record::qualityCopy));
 
-    const QList<quint32> dayHour = values(r, "motion", "day-start-hour");
-    const QList<quint32> nightHour = values(r, "motion", "night-start-hour");
+    const QList<quint32> dayHour = values(r, fields::motion::dayStartHour);
+    const QList<quint32> nightHour = values(r, fields::motion::nightStartHour);
     for (int c = 0; c < 16; ++c)
         EXPECT_LT(dayHour[c], nightHour[c]) << "motion time rule, channel " << c + 1;
 
     // Each used schedule entry passes the page's time check; so does every
     // alarm-out line, whether in use or not.
-    const int entries = int(values(r, "schedule", "count")[0]);
-    for (int i = 0; i < entries; ++i)
-        EXPECT_LT(minuteOfDay(r, "schedule", "start", i), minuteOfDay(r, "schedule", "end", i));
+    using namespace fields;
+    for (quint32 i = 0; i < FieldTable::number(r, schedule::count); ++i)
+        EXPECT_LT(minuteOfDay(r, schedule::startHour, schedule::startMinute, int(i)),
+                  minuteOfDay(r, schedule::endHour, schedule::endMinute, int(i)));
     for (int l = 0; l < 21; ++l)
-        EXPECT_LT(minuteOfDay(r, "alarm-out", "start", l), minuteOfDay(r, "alarm-out", "end", l));
+        EXPECT_LT(minuteOfDay(r, alarmOut::startHour, alarmOut::startMinute, l),
+                  minuteOfDay(r, alarmOut::endHour, alarmOut::endMinute, l));
 }
 
 TEST(FactoryDefaults, DefaultFileBesideTheExecutablesIsTheInCodeRecord)

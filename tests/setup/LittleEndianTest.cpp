@@ -6,7 +6,7 @@
 
 using nelib::LittleEndian;
 
-TEST(LittleEndian, ReadsAndWritesLeastSignificantByteFirst)
+TEST(LittleEndian, ReadsAndWritesLeastSignificantByteFirstAndPaddedText)
 {
     QByteArray b(8, '\0');
     ASSERT_TRUE(LittleEndian::setU32(b, 1, 0x11223344));
@@ -20,6 +20,19 @@ TEST(LittleEndian, ReadsAndWritesLeastSignificantByteFirst)
     ASSERT_TRUE(LittleEndian::setI32(b, 4, -65535));
     EXPECT_EQ(LittleEndian::u32(b, 4), 0xFFFF0001u);
     EXPECT_EQ(LittleEndian::i32(b, 4), -65535);
+
+    // Fixed text is zero-padded and needs no terminator when full.
+    b = QByteArray(12, 'x');
+    ASSERT_TRUE(LittleEndian::setText(b, 1, 5, "ab"));
+    EXPECT_EQ(b, QByteArray("xab\0\0\0xxxxxx", 12));
+    EXPECT_EQ(LittleEndian::text(b, 1, 5), QByteArray("ab"));
+
+    ASSERT_TRUE(LittleEndian::setText(b, 1, 5, "abcdefgh"));
+    EXPECT_EQ(b, QByteArray("xabcdexxxxxx"));
+    EXPECT_EQ(LittleEndian::text(b, 1, 5), QByteArray("abcde"));
+
+    ASSERT_TRUE(LittleEndian::setText(b, 0, 3, ""));
+    EXPECT_EQ(LittleEndian::text(b, 0, 12), QByteArray());
 }
 
 TEST(LittleEndian, AccessOutsideTheBufferReadsZeroAndWritesNothing)
@@ -48,19 +61,4 @@ TEST(LittleEndian, AccessOutsideTheBufferReadsZeroAndWritesNothing)
     }
     EXPECT_TRUE(LittleEndian::fits(5, 5, 0));
     EXPECT_FALSE(LittleEndian::fits(5, 1, std::numeric_limits<qsizetype>::max()));
-}
-
-TEST(LittleEndian, FixedTextIsZeroPaddedAndNeedsNoTerminatorWhenFull)
-{
-    QByteArray b(12, 'x');
-    ASSERT_TRUE(LittleEndian::setText(b, 1, 5, "ab"));
-    EXPECT_EQ(b, QByteArray("xab\0\0\0xxxxxx", 12));
-    EXPECT_EQ(LittleEndian::text(b, 1, 5), QByteArray("ab"));
-
-    ASSERT_TRUE(LittleEndian::setText(b, 1, 5, "abcdefgh"));
-    EXPECT_EQ(b, QByteArray("xabcdexxxxxx"));
-    EXPECT_EQ(LittleEndian::text(b, 1, 5), QByteArray("abcde"));
-
-    ASSERT_TRUE(LittleEndian::setText(b, 0, 3, ""));
-    EXPECT_EQ(LittleEndian::text(b, 0, 12), QByteArray());
 }

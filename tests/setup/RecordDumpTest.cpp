@@ -9,21 +9,11 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
 using namespace setup;
 using nelib::LittleEndian;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const FieldGroup &group(const char *key)
-{
-    const FieldGroup *g = FieldTable::findGroup(key);
-    if (!g)
-        throw std::runtime_error(std::string("no group ") + key);
-    return *g;
-}
 
 QStringList withPrefix(const QStringList &lines, const QString &prefix)
 {
@@ -37,7 +27,10 @@ QStringList withPrefix(const QStringList &lines, const QString &prefix)
 
 } // namespace
 
-TEST(RecordDump, ShowsFieldsWithNamesAndReservedBytesAsHex)
+// Long reserved stretches come in pieces of at most 16 bytes, so a change in
+// one of them shows just that piece, and a piece never crosses into another
+// section.
+TEST(RecordDump, ShowsFieldsWithNamesAndReservedBytesAsHexInPieces)
 {
     QByteArray r = FactoryDefaults::record();
     r[600] = char(0xAB);
@@ -54,43 +47,33 @@ TEST(RecordDump, ShowsFieldsWithNamesAndReservedBytesAsHex)
         u"record.quality[3][15] = 0xFF00 (Highest)"_s,
         u"motion.day-mask[15][23] = 0x3FFFFFFF"_s,
         u"stream.ip-address = 192.168.0.100"_s,
+        u"event-display.reserved[1264..1267] = 00 00 00 00"_s,
+        u"event-display.reserved[1292..1299] = 00 00 00 00 00 00 00 00"_s,
+        u"interval.reserved[1280..1283] = 00 00 00 00"_s,
     };
     for (const QString &line : expected)
         EXPECT_TRUE(lines.contains(line)) << line.toStdString();
     EXPECT_LT(lines.indexOf(u"camera.title[0] = \"CAM 01\""_s),
               lines.indexOf(u"camera.title[1] = \"CAM 02\""_s));
-    EXPECT_TRUE(RecordDump::dump(r.first(100)).isEmpty());
-}
-
-// Long reserved stretches come in pieces of at most 16 bytes, so a change in
-// one of them shows just that piece, and a piece never crosses into another
-// section.
-TEST(RecordDump, ReservedRangesComeInPiecesThatStayInTheirSection)
-{
-    const QStringList lines = RecordDump::dump(FactoryDefaults::record());
     const QStringList users = withPrefix(lines, u"users.reserved"_s);
     ASSERT_EQ(users.size(), 22);
     EXPECT_TRUE(users.first().startsWith(u"users.reserved[216..231] = "_s));
     EXPECT_TRUE(users.last().startsWith(u"users.reserved[552..563] = "_s));
-
-    const QStringList display = withPrefix(lines, u"event-display.reserved"_s);
-    EXPECT_TRUE(display.contains(u"event-display.reserved[1264..1267] = 00 00 00 00"_s));
-    EXPECT_TRUE(
-        display.contains(u"event-display.reserved[1292..1299] = 00 00 00 00 00 00 00 00"_s));
-    EXPECT_TRUE(lines.contains(u"interval.reserved[1280..1283] = 00 00 00 00"_s));
+    EXPECT_TRUE(RecordDump::dump(r.first(100)).isEmpty());
 }
 
 TEST(RecordDump, SectionDumpIncludesTheSectionsItContains)
 {
     const QByteArray r = FactoryDefaults::record();
-    const QStringList record = RecordDump::dump(r, group("record"));
+    const QStringList record = RecordDump::dump(r, FieldTable::section(Section::RecordSetup));
     EXPECT_TRUE(record.contains(u"schedule.count = 1"_s));
     EXPECT_TRUE(record.contains(u"holiday.count = 2"_s));
     EXPECT_TRUE(withPrefix(record, u"camera."_s).isEmpty());
 
-    const QStringList notification = RecordDump::dump(r, group("notification"));
-    EXPECT_EQ(notification,
-              RecordDump::dump(r, group("email")) + RecordDump::dump(r, group("network-event")));
+    const QStringList notification
+        = RecordDump::dump(r, FieldTable::section(Section::Notification));
+    EXPECT_EQ(notification, RecordDump::dump(r, FieldTable::section(Section::Email))
+                                + RecordDump::dump(r, FieldTable::section(Section::NetworkEvent)));
     EXPECT_TRUE(withPrefix(notification, u"stream."_s).isEmpty());
 
     const QStringList header = RecordDump::dump(r, FieldTable::header());
@@ -100,7 +83,7 @@ TEST(RecordDump, SectionDumpIncludesTheSectionsItContains)
 
 TEST(RecordDump, TextIsQuotedWithEscapes)
 {
-    const FieldInfo &title = *FieldTable::findField(group("camera"), u"title");
+    const FieldInfo &title = *FieldTable::findField(FieldTable::section(Section::Camera), u"title");
     QByteArray r = FactoryDefaults::record();
     const struct
     {
@@ -137,7 +120,7 @@ TEST(RecordDump, DiffListsExactlyTheChangedElements)
                             u"record.quality[1][2] = 0xFF01 (High) -> 0xFF03 (Low)"_s,
                             u"device.reserved[13784..13791] = 00 00 00 00 00 00 00 00 -> "
                             u"00 01 00 00 00 00 00 00"_s}));
-    EXPECT_TRUE(RecordDump::diff(before, after, group("email")).isEmpty());
-    EXPECT_EQ(RecordDump::diff(before, after, group("camera")).size(), 1);
+    EXPECT_TRUE(RecordDump::diff(before, after, FieldTable::section(Section::Email)).isEmpty());
+    EXPECT_EQ(RecordDump::diff(before, after, FieldTable::section(Section::Camera)).size(), 1);
     EXPECT_TRUE(RecordDump::diff(before, after.first(15000)).isEmpty());
 }

@@ -4,8 +4,6 @@
 #include "setup/LittleEndian.h"
 #include "tests/TestSupport.h"
 
-#include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -100,40 +98,5 @@ TEST(SetupFiles, FilesReplaceAllButTheRecordersOwnParts)
     for (const Case &c : cases) {
         SCOPED_TRACE(c.what);
         EXPECT_EQ(c.result, c.expected);
-    }
-}
-
-TEST(SetupFiles, FilesAreReadIntoZeroFilledBuffersOfTheirFullSize)
-{
-    QTemporaryDir dir;
-    const QByteArray bytes = patterned(3);
-    const QString whole = dir.filePath(u"whole.dat"_s);
-    testsupport::writeFile(whole, bytes);
-    const QString shortFile = dir.filePath(u"short.dat"_s);
-    testsupport::writeFile(shortFile, bytes.first(1000));
-    using Status = SetupFiles::FileStatus;
-    struct Case
-    {
-        const char *what;
-        SetupFiles::FileContents contents;
-        Status status;
-        qsizetype bytesRead;
-        qsizetype size;
-    };
-    const Case cases[] = {
-        {"default, short", SetupFiles::readDefaultFile(shortFile), Status::Read, 1000, 15148},
-        {"default, missing", SetupFiles::readDefaultFile(dir.filePath(u"none"_s)), Status::Missing,
-         0, 15148},
-        {"import, longer than a file", SetupFiles::readImportFile(whole), Status::Read, 15136,
-         15136},
-        {"import, a folder", SetupFiles::readImportFile(dir.path()), Status::Unreadable, 0, 15136},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(c.contents.status, c.status);
-        EXPECT_EQ(c.contents.bytesRead, c.bytesRead);
-        ASSERT_EQ(c.contents.bytes.size(), c.size);
-        EXPECT_EQ(c.contents.bytes.first(c.bytesRead), bytes.first(c.bytesRead));
-        EXPECT_EQ(c.contents.bytes.sliced(c.bytesRead), QByteArray(c.size - c.bytesRead, '\0'));
     }
 }

@@ -46,15 +46,3 @@ TEST(SetupRecordMap, OverlapsAreExactlyTheWholeBlockAndNotificationOnes)
     }
     EXPECT_EQ(found, expected);
 }
-
-TEST(SetupRecordMap, SliceNeedsAWholeRecord)
-{
-    QByteArray record(SetupRecordMap::RecordSize, '\0');
-    record[1300] = 'A';
-    const QByteArrayView camera
-        = SetupRecordMap::slice(record, SetupRecordMap::section(Section::Camera));
-    ASSERT_EQ(camera.size(), 768);
-    EXPECT_EQ(camera[0], 'A');
-    EXPECT_TRUE(SetupRecordMap::slice(record.first(15147), SetupRecordMap::section(Section::Camera))
-                    .isEmpty());
-}

@@ -1,10 +1,7 @@
-#include "firmware/FirmwarePackage.h"
 #include "firmware/PackageBuilder.h"
-#include "firmware/PacketWords.h"
 #include "firmware/RecorderVersions.h"
-#include "session/RemoteCommand.h"
 #include "setup/SetupRecordMap.h"
-#include "tests/TestSupport.h"
+#include "tests/firmware/UploadPackets.h"
 #include "tests/sim/SimFixture.h"
 
 #include <QDir>
@@ -24,12 +21,6 @@ constexpr quint32 ChunkSize = 128;
 constexpr Words Accepted {W::DataReply, W::Accepted, 0, 0, 0, 0, 0, 0};
 constexpr Words Refused {W::DataReply, W::Refused, 0, 0, 0, 0, 0, 0};
 
-struct Packet
-{
-    PACKET_PARAM param;
-    QByteArray payload;
-};
-
 // Version 2.0.0.0, data 100 bytes after the header, components of 300 and
 // 100 bytes.
 QByteArray packageBytes()
@@ -42,49 +33,9 @@ QByteArray packageBytes()
 }
 
 // The packets a client sends to upload the components marked in `send`.
-std::vector<Packet> uploadPackets(const QByteArray &bytes, std::vector<bool> send = {true, true})
+std::vector<UploadPacket> packetsOf(std::vector<bool> send = {true, true})
 {
-    FirmwarePackage::Fault fault;
-    const auto package = FirmwarePackage::fromHeader(bytes, bytes.size(), &fault);
-    EXPECT_TRUE(package);
-    std::vector<Packet> packets;
-    Packet header;
-    header.param.words = {W::Header, package->dataOffset(), 0, 0, 0, 0, 0, 0};
-    header.payload = package->header();
-    packets.push_back(header);
-
-    quint32 total = 0;
-    for (std::size_t i = 0; i < send.size(); ++i)
-        total += send[i] ? package->components()[i].size : 0;
-    quint32 number = 0;
-    quint32 lastType = 0;
-    for (std::size_t i = 0; i < send.size(); ++i) {
-        if (!send[i])
-            continue;
-        const FirmwarePackage::Component &c = package->components()[i];
-        lastType = c.type;
-        for (quint32 done = 0; done < c.size; done += ChunkSize) {
-            const quint32 length = std::min(ChunkSize, c.size - done);
-            Packet chunk;
-            chunk.param.words = {W::Data,
-                                 c.type,
-                                 number++,
-                                 total,
-                                 c.size,
-                                 length,
-                                 done == 0 ? W::FirstChunk : W::LaterChunk,
-                                 0};
-            chunk.payload = bytes.sliced(c.offset + done, length);
-            packets.push_back(chunk);
-        }
-        Packet end;
-        end.param.words = {W::Data, c.type, number++, total, c.size, 0, W::EndOfComponent, 0};
-        packets.push_back(end);
-    }
-    Packet end;
-    end.param.words = {W::Data, lastType, number++, total, 0, 0, W::EndOfPackage, 0};
-    packets.push_back(end);
-    return packets;
+    return uploadPackets(packageBytes(), ChunkSize, send);
 }
 
 class FirmwareReceptionTest : public SimFixture
@@ -99,49 +50,36 @@ protected:
     QString firmwareDir() const { return recordPath() + u".firmware"_s; }
     QStringList kept() const { return QDir(firmwareDir()).entryList(QDir::Files | QDir::Hidden); }
 
-    static std::optional<Frame> send(FrameClient &client, const Packet &packet)
+    static std::optional<Frame> send(FramePeer &client, const UploadPacket &packet)
     {
         return client.request(RemoteCommand::FirmwarePacket, packet.param, packet.payload);
     }
 
-    // Sends every packet, expecting each accepted.
-    static void sendAll(FrameClient &client, const std::vector<Packet> &packets)
+    // Sends every packet, expecting each accepted; the versions the reply
+    // to the header carries.
+    static std::optional<RecorderVersions> sendAll(FramePeer &client,
+                                                   const std::vector<UploadPacket> &packets)
     {
+        std::optional<RecorderVersions> versions;
         for (std::size_t i = 0; i < packets.size(); ++i) {
             const auto reply = send(client, packets[i]);
-            ASSERT_TRUE(reply) << "packet " << i;
+            if (!reply) {
+                ADD_FAILURE() << "no reply to packet " << i;
+                break;
+            }
             EXPECT_EQ(reply->command, RemoteCommand::FirmwareReply);
             const Words expected
                 = i == 0 ? Words {W::HeaderReply, W::GoOn, W::VersionDataFollows, 0, ChunkSize}
                          : Accepted;
             EXPECT_EQ(reply->param.words, expected) << "packet " << i;
+            if (i == 0)
+                versions = RecorderVersions::fromBytes(reply->payload);
         }
+        return versions;
     }
 };
 
 } // namespace
-
-// A busy recorder's reply is the uploader's end-to-end test.
-TEST_F(FirmwareReceptionTest, HeaderReplyCarriesTheVersionsAndTheChunkSize)
-{
-    options.softwareVersion = {3, 4, 5, 6};
-    options.chunkSize = 512;
-    options.channels = 8;
-    ASSERT_TRUE(start());
-    auto client = admin();
-
-    const auto reply = send(*client, uploadPackets(packageBytes()).front());
-
-    ASSERT_TRUE(reply);
-    EXPECT_EQ(reply->param.words,
-              (Words {W::HeaderReply, W::GoOn, W::VersionDataFollows, 0, 512, 0, 0, 0}));
-    const auto versions = RecorderVersions::fromBytes(reply->payload);
-    ASSERT_TRUE(versions);
-    EXPECT_EQ(versions->overall, (FirmwareVersion {{3, 4, 5, 6}}));
-    for (const FirmwareVersion &component : versions->components)
-        EXPECT_EQ(component, versions->overall);
-    EXPECT_EQ(versions->model, "SIM-DVR 8CH");
-}
 
 TEST_F(FirmwareReceptionTest, ReceivedPackageIsKeptAndItsVersionReportedFromThenOn)
 {
@@ -159,22 +97,28 @@ TEST_F(FirmwareReceptionTest, ReceivedPackageIsKeptAndItsVersionReportedFromThen
         {"the second only", {false, true}, head + bytes.sliced(dataOffset + 300)},
         {"nothing", {false, false}, head},
     };
+    options.softwareVersion = {3, 4, 5, 6};
+    options.channels = 8;
     ASSERT_TRUE(start());
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         QDir(firmwareDir()).removeRecursively();
         auto client = admin();
 
-        sendAll(*client, uploadPackets(bytes, c.send));
+        const auto versions = sendAll(*client, packetsOf(c.send));
 
+        // The version of the package received before, from then on.
+        ASSERT_TRUE(versions);
+        const FirmwareVersion before
+            = &c == cases ? FirmwareVersion {{3, 4, 5, 6}} : FirmwareVersion {{2, 0, 0, 0}};
+        EXPECT_EQ(versions->overall, before);
+        for (const FirmwareVersion &component : versions->components)
+            EXPECT_EQ(component, versions->overall);
+        EXPECT_EQ(versions->model, "SIM-DVR 8CH");
         EXPECT_EQ(kept(), QStringList {u"firmware-2.0.0.0.KRP"_s});
         EXPECT_EQ(testsupport::readFile(firmwareDir() + u"/firmware-2.0.0.0.KRP"_s), c.kept);
         EXPECT_EQ(storedRecord().sliced(setup::SetupRecordMap::SoftwareVersionOffset, 4),
                   QByteArray("\x02\0\0\0", 4));
-        const auto reply = send(*client, uploadPackets(bytes).front());
-        ASSERT_TRUE(reply);
-        EXPECT_EQ(RecorderVersions::fromBytes(reply->payload)->overall,
-                  (FirmwareVersion {{2, 0, 0, 0}}));
     }
 }
 
@@ -207,13 +151,13 @@ TEST_F(FirmwareReceptionTest, FaultyPacketIsRefusedAndDropsTheTransfer)
         {"package ends inside a component", 3, {{4, 0}, {5, 0}, {6, W::EndOfPackage}}, Cleared},
     };
     ASSERT_TRUE(start());
-    const std::vector<Packet> packets = uploadPackets(packageBytes());
+    const std::vector<UploadPacket> packets = packetsOf();
     ASSERT_EQ(packets.size(), 8u);
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         auto client = admin();
         sendAll(*client, {packets.begin(), packets.begin() + qsizetype(c.index)});
-        Packet faulty = packets[c.index];
+        UploadPacket faulty = packets[c.index];
         for (const auto &[word, value] : c.words)
             faulty.param.words[word] = value;
         if (c.payload == Extra)
@@ -236,18 +180,16 @@ TEST_F(FirmwareReceptionTest, FaultyPacketIsRefusedAndDropsTheTransfer)
 TEST_F(FirmwareReceptionTest, StopPacketOrHangUpDiscardsTheTransfer)
 {
     ASSERT_TRUE(start());
-    const std::vector<Packet> packets = uploadPackets(packageBytes());
+    const std::vector<UploadPacket> packets = packetsOf();
     for (const bool hangUp : {false, true}) {
         SCOPED_TRACE(hangUp ? "hang-up" : "stop packet");
         auto client = admin();
         sendAll(*client, {packets.begin(), packets.begin() + 2});
         if (hangUp) {
-            client->disconnect();
+            client->close();
             ASSERT_TRUE(testsupport::waitFor([&] { return server->sessionCount() == 0; }));
         } else {
-            Packet stop;
-            stop.param.words[0] = W::Stop;
-            client->send(RemoteCommand::FirmwarePacket, stop.param);
+            client->send(RemoteCommand::FirmwarePacket, PACKET_PARAM {{W::Stop}});
             // Unanswered: the next answer is the one to this OPEN.
             const auto next = client->request(RemoteCommand::Open);
             ASSERT_TRUE(next);

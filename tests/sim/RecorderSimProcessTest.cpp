@@ -1,5 +1,4 @@
 #include "tests/TestSupport.h"
-#include "tests/sim/FrameClient.h"
 
 #include <QProcess>
 #include <QTcpServer>
@@ -19,13 +18,12 @@ TEST(RecorderSimProcess, ExitsWithAReasonWhenItCannotStart)
     ASSERT_TRUE(taken.listen(QHostAddress::LocalHost));
     const QString takenPort = u"127.0.0.1:"_s + QString::number(taken.serverPort());
 
-    struct Case
+    const struct
     {
         QStringList arguments;
         int exitCode;
         QString message;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {{u"--channels"_s, u"20"_s}, 2, u"--channels must be a number from 1 to 16"_s},
         {{u"--listen"_s, u"127.0.0.1:0"_s, u"--record"_s, wrongSize},
          1,
@@ -34,11 +32,11 @@ TEST(RecorderSimProcess, ExitsWithAReasonWhenItCannotStart)
          1,
          u"cannot listen on "_s + takenPort},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.arguments.join(u' ').toStdString());
         QProcess process;
         process.start(testsupport::dataDir() + u"/recorder-sim"_s, c.arguments);
-        ASSERT_TRUE(process.waitForFinished(FrameClient::WaitMs));
+        ASSERT_TRUE(process.waitForFinished(60000));
         EXPECT_EQ(process.exitCode(), c.exitCode);
         const QString err = QString::fromUtf8(process.readAllStandardError());
         EXPECT_TRUE(err.contains(c.message)) << err.toStdString();

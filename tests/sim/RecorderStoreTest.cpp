@@ -13,28 +13,23 @@
 
 using sim::RecorderStore;
 
-namespace {
-
 constexpr qsizetype RecordSize = 15148;
-
-} // namespace
 
 TEST(RecorderStore, CreatesMissingFilesFromTheDefaultsAndKeepsExistingOnes)
 {
     QTemporaryDir dir;
     QByteArray custom = setup::FactoryDefaults::record(0x00AB00CD, {2, 3, 4, 5});
     ASSERT_TRUE(sim::UserAccounts::setPassword(custom, sim::UserAccounts::Admin, "twelve-bytes"));
-    struct Case
+    const struct
     {
         const char *file;
         RecorderStore::NewRecord fresh;
         QByteArray expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"plain.dat", {}, setup::FactoryDefaults::record()},
         {"custom.dat", {0x00AB00CD, std::array<quint8, 4> {2, 3, 4, 5}, "twelve-bytes"}, custom},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.file);
         const QString path = dir.filePath(QLatin1StringView(c.file));
         RecorderStore created;

@@ -2,7 +2,8 @@
 
 #include "sim/RecorderServer.h"
 #include "sim/SimOptions.h"
-#include "tests/sim/FrameClient.h"
+#include "tests/TestSupport.h"
+#include "tests/session/FramePeer.h"
 
 #include <QTemporaryDir>
 
@@ -15,16 +16,37 @@
 class SimFixture : public ::testing::Test
 {
 protected:
-    SimFixture();
+    SimFixture()
+    {
+        options.port = 0;
+        options.recordFile = recordPath();
+    }
 
     // False (with a test failure) when the recorder does not start.
-    bool start();
+    bool start()
+    {
+        server = std::make_unique<sim::RecorderServer>(options, options.recordFile);
+        QString error;
+        const bool started = server->start(options.address, options.port, &error);
+        EXPECT_TRUE(started) << error.toStdString();
+        return started;
+    }
     QString recordPath() const { return m_dir.filePath(QStringLiteral("recorder.dat")); }
-    QByteArray storedRecord() const;
+    QByteArray storedRecord() const { return testsupport::readFile(recordPath()); }
 
-    std::unique_ptr<FrameClient> connect();
+    std::unique_ptr<FramePeer> connect()
+    {
+        auto client = std::make_unique<FramePeer>(server->port());
+        EXPECT_TRUE(client->waitConnected());
+        return client;
+    }
     // Connected and logged in as Admin with the empty factory password.
-    std::unique_ptr<FrameClient> admin();
+    std::unique_ptr<FramePeer> admin()
+    {
+        auto client = connect();
+        EXPECT_EQ(client->login("Admin", "").words[0], 1u) << "Admin login failed";
+        return client;
+    }
 
     sim::SimOptions options;
     std::unique_ptr<sim::RecorderServer> server;

@@ -64,12 +64,11 @@ TEST(SimOptions, RefusesWhatMakesNoSense)
     QTemporaryDir dir;
     const QString longPassword = dir.filePath(u"long.txt"_s);
     testsupport::writeFile(longPassword, "thirteen-char\n");
-    struct Case
+    const struct
     {
         QStringList arguments;
         QString message;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {{u"--channels"_s, u"17"_s}, u"--channels must be a number from 1 to 16, not '17'"_s},
         {{u"--channels"_s, u"four"_s}, u"not 'four'"_s},
         {{u"--video"_s, u"secam"_s}, u"--video must be ntsc or pal"_s},
@@ -93,7 +92,7 @@ TEST(SimOptions, RefusesWhatMakesNoSense)
         {{u"--colour"_s}, u"Unknown option 'colour'"_s},
         {{u"extra"_s}, u"unexpected argument 'extra'"_s},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.arguments.join(u' ').toStdString());
         QString error;
         EXPECT_FALSE(parse(c.arguments, &error));

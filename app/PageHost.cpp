@@ -66,10 +66,6 @@ void PageHost::buildPages()
             page->setDefaultSource([] {
                 return setup::SetupFiles::readDefaultFile(CSetupPage::defaultSetupPath()).bytes;
             });
-            page->setRecordSource([] {
-                const CWork *work = CWork::instance();
-                return work && work->state() == CWork::Ready ? work->mirror() : QByteArray();
-            });
             page->setClock(
                 []() -> std::optional<RecorderTime> {
                     const CWork *work = CWork::instance();

@@ -2,6 +2,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/common/CTransparentStatic.h"
+#include "pages/common/HolidayTexts.h"
 #include "session/MessageSink.h"
 #include "setup/Fields.h"
 
@@ -13,27 +14,13 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-using namespace Qt::StringLiterals;
 using setup::HolidayList;
 
 namespace {
 
-constexpr const char *MonthNames[] = {
-    RS_TEXT("January"),   RS_TEXT("February"), RS_TEXT("March"),    RS_TEXT("April"),
-    RS_TEXT("May"),       RS_TEXT("June"),     RS_TEXT("July"),     RS_TEXT("August"),
-    RS_TEXT("September"), RS_TEXT("October"),  RS_TEXT("November"), RS_TEXT("December"),
-};
 constexpr const char *DayHeadings[] = {
     RS_TEXT("SUN"), RS_TEXT("MON"), RS_TEXT("TUE"), RS_TEXT("WED"),
     RS_TEXT("THU"), RS_TEXT("FRI"), RS_TEXT("SAT"),
-};
-constexpr const char *WeekdayNames[] = {
-    RS_TEXT("Sunday"),   RS_TEXT("Monday"), RS_TEXT("Tuesday"),  RS_TEXT("Wednesday"),
-    RS_TEXT("Thursday"), RS_TEXT("Friday"), RS_TEXT("Saturday"),
-};
-constexpr const char *RowNames[] = {
-    RS_TEXT("1st /"), RS_TEXT("2nd /"), RS_TEXT("3rd /"),
-    RS_TEXT("4th /"), RS_TEXT("5th /"), RS_TEXT("6th /"),
 };
 
 int daysIn(int year, int month)
@@ -50,7 +37,7 @@ HolidayEditor::HolidayEditor(const setup::FieldInfo &field, QWidget *parent)
     , m_month(new QComboBox(m_panel))
     , m_list(new QListWidget(m_panel))
 {
-    for (const char *name : MonthNames)
+    for (const char *name : holidayTexts::Months)
         m_month->addItem(nelib::tr(name));
     auto *monthLabel = new CTransparentStatic(nelib::tr("Month"), m_panel);
     monthLabel->setBuddy(m_month);
@@ -173,16 +160,14 @@ void HolidayEditor::showList()
     for (int m = 0; m < HolidayList::Months; ++m) {
         for (int d = 0; d < HolidayList::Days; ++d) {
             if (m_holidays.fixed[m][d])
-                m_list->addItem(nelib::tr(MonthNames[m]) + u' ' + QString::number(d + 1));
+                m_list->addItem(nelib::tr(holidayTexts::Months[m]) + u' ' + QString::number(d + 1));
         }
     }
     for (int m = 0; m < HolidayList::Months; ++m) {
         for (int w = 0; w < HolidayList::Weekdays; ++w) {
             for (int row = 0; row < HolidayList::WeekRows; ++row) {
                 if (m_holidays.weekday[m][w][row])
-                    m_list->addItem(nelib::tr("%s /").replace(u"%s"_s, nelib::tr(MonthNames[m]))
-                                    + u' ' + nelib::tr(RowNames[row]) + u' '
-                                    + nelib::tr(WeekdayNames[w]));
+                    m_list->addItem(holidayTexts::weekdayHoliday(m, row, w));
             }
         }
     }

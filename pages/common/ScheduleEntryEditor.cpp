@@ -1,18 +1,15 @@
 #include "pages/common/ScheduleEntryEditor.h"
 
 #include "i18n/Translator.h"
+#include "pages/common/CRemoteChannelSel.h"
 #include "setup/FieldTable.h"
 #include "setup/Fields.h"
 
-#include <QCheckBox>
 #include <QComboBox>
-#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QSpinBox>
 #include <QToolButton>
-#include <QWidgetAction>
 
 using namespace Qt::StringLiterals;
 using setup::FieldInfo;
@@ -109,30 +106,13 @@ ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
     m_mode->setAccessibleName(nelib::tr(fields::mode.label) + line);
     connect(m_mode, &QComboBox::activated, this, &FieldEditor::edited);
 
-    // The channels drop down from the field as a panel of boxes that stays
-    // open while the operator ticks them.
     m_channelText = new QLineEdit(parent);
     m_channelButton = new QToolButton(parent);
     m_channelText->setReadOnly(true);
     m_channelText->setAccessibleName(nelib::tr(fields::channels.label) + line);
     m_channelButton->setAccessibleName(m_channelText->accessibleName() + u" ..."_s);
     m_channelButton->setText(u"..."_s);
-    m_channelButton->setPopupMode(QToolButton::InstantPopup);
-    auto *menu = new QMenu(m_channelButton);
-    auto *panel = new QWidget(menu);
-    auto *grid = new QGridLayout(panel);
-    for (int c = 0; c < 16; ++c) {
-        auto *box = new QCheckBox(nelib::tr(fields::channels.bitNames[c].name), panel);
-        box->setAccessibleName(m_channelText->accessibleName() + u' ' + box->text());
-        grid->addWidget(box, c / 4, c % 4);
-        connect(box, &QCheckBox::toggled, this, &ScheduleEntryEditor::showChannels);
-        connect(box, &QCheckBox::clicked, this, &FieldEditor::edited);
-        m_channelBoxes[c] = box;
-    }
-    auto *action = new QWidgetAction(menu);
-    action->setDefaultWidget(panel);
-    menu->addAction(action);
-    m_channelButton->setMenu(menu);
+    connect(m_channelButton, &QToolButton::clicked, this, &ScheduleEntryEditor::chooseChannels);
     setEntry(Entry {});
 }
 
@@ -153,11 +133,7 @@ ScheduleEntryEditor::Entry ScheduleEntryEditor::entry() const
     e.endHour = shownOr(m_times[2], m_stored.endHour);
     e.endMinute = shownOr(m_times[3], m_stored.endMinute);
     e.mode = shownOr(m_mode, m_stored.mode);
-    e.channels = m_stored.channels & ~ChannelBits;
-    for (int c = 0; c < 16; ++c) {
-        if (m_channelBoxes[c]->isChecked())
-            e.channels |= 1u << c;
-    }
+    e.channels = m_channels;
     return e;
 }
 
@@ -171,15 +147,27 @@ void ScheduleEntryEditor::setEntry(const Entry &entry)
         const QSignalBlocker quiet(m_times[t]);
         m_times[t]->setValue(int(std::min(times[t], quint32(m_times[t]->maximum()))));
     }
-    for (int c = 0; c < 16; ++c)
-        m_channelBoxes[c]->setChecked(entry.channels & (1u << c));
+    m_channels = entry.channels;
     showChannels();
 }
 
-void ScheduleEntryEditor::setChannelCount(int count)
+void ScheduleEntryEditor::chooseChannels()
 {
-    for (int c = 0; c < 16; ++c)
-        m_channelBoxes[c]->setVisible(c < count);
+    if (!m_channelDialog) {
+        m_channelDialog = new CRemoteChannelSel(m_channelText->window());
+        connect(m_channelDialog, &QDialog::accepted, this, [this] {
+            const quint32 chosen = (m_channels & ~ChannelBits) | m_channelDialog->selection();
+            if (chosen == m_channels)
+                return;
+            m_channels = chosen;
+            showChannels();
+            Q_EMIT edited();
+        });
+    }
+    m_channelDialog->setWindowTitle(m_channelText->accessibleName());
+    m_channelDialog->setChannelCount(m_channelCount);
+    m_channelDialog->setSelection(quint16(m_channels & ChannelBits));
+    m_channelDialog->open();
 }
 
 bool ScheduleEntryEditor::startsBeforeEnd() const
@@ -193,7 +181,7 @@ void ScheduleEntryEditor::showChannels()
 {
     QString text;
     for (int c = 0; c < 16; ++c) {
-        if (m_channelBoxes[c]->isChecked())
+        if (m_channels & (1u << c))
             text += nelib::tr("%d,").replace(u"%d"_s, QString::number(c + 1));
     }
     text.chop(1);

@@ -2,16 +2,19 @@
 
 #include "pages/common/FieldEditor.h"
 
+#include <QPointer>
+
 #include <array>
 
 QT_BEGIN_NAMESPACE
-class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
 class QSpinBox;
 class QToolButton;
 QT_END_NAMESPACE
+
+class CRemoteChannelSel;
 
 // One entry of the record schedule: day, start and end time, record mode and
 // channels, as controls that the page lays out as a row. A stored value that
@@ -47,8 +50,9 @@ public:
 
     void setInUse(bool inUse) { m_inUse = inUse; }
     bool inUse() const { return m_inUse; }
-    // Channel boxes at and above the count are hidden; their bits are kept.
-    void setChannelCount(int count);
+    // The channel dialog hides the channels at and above the count; their
+    // bits are kept.
+    void setChannelCount(int count) override { m_channelCount = count; }
     // Whether the entry starts before it ends on the same day.
     bool startsBeforeEnd() const;
 
@@ -59,7 +63,7 @@ public:
     QSpinBox *endHour() const { return m_times[2]; }
     QSpinBox *endMinute() const { return m_times[3]; }
     QComboBox *modeList() const { return m_mode; }
-    // The channels as "1,2,5"; the button beside it drops down their boxes.
+    // The channels as "1,2,5"; the button beside it opens the channel dialog.
     QLineEdit *channelText() const { return m_channelText; }
     QToolButton *channelButton() const { return m_channelButton; }
     // The row from the line number on, one widget a column, in tab order.
@@ -70,6 +74,9 @@ public:
     void fill(QByteArrayView section, int base) override;
     void gather(QByteArray &section, int base) const override;
     void copyFrom(const FieldEditor &other) override;
+
+    // Opens the channel dialog; its OK takes the chosen channels.
+    void chooseChannels();
 
 private:
     void showChannels();
@@ -83,5 +90,7 @@ private:
     QComboBox *m_mode = nullptr;
     QLineEdit *m_channelText = nullptr;
     QToolButton *m_channelButton = nullptr;
-    std::array<QCheckBox *, 16> m_channelBoxes {};
+    quint32 m_channels = 0;
+    int m_channelCount = 16;
+    QPointer<CRemoteChannelSel> m_channelDialog;
 };

@@ -1,6 +1,7 @@
 #include "pages/record/CRemoteRecordSetHolidayDlg.h"
 
 #include "i18n/Translator.h"
+#include "pages/common/HolidayTexts.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,26 +13,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-using namespace Qt::StringLiterals;
 using setup::HolidayList;
-
-namespace {
-
-constexpr const char *MonthNames[] = {
-    RS_TEXT("January"),   RS_TEXT("February"), RS_TEXT("March"),    RS_TEXT("April"),
-    RS_TEXT("May"),       RS_TEXT("June"),     RS_TEXT("July"),     RS_TEXT("August"),
-    RS_TEXT("September"), RS_TEXT("October"),  RS_TEXT("November"), RS_TEXT("December"),
-};
-constexpr const char *WeekdayNames[] = {
-    RS_TEXT("Sunday"),   RS_TEXT("Monday"), RS_TEXT("Tuesday"),  RS_TEXT("Wednesday"),
-    RS_TEXT("Thursday"), RS_TEXT("Friday"), RS_TEXT("Saturday"),
-};
-constexpr const char *RowNames[] = {
-    RS_TEXT("1st /"), RS_TEXT("2nd /"), RS_TEXT("3rd /"),
-    RS_TEXT("4th /"), RS_TEXT("5th /"), RS_TEXT("6th /"),
-};
-
-} // namespace
 
 CRemoteRecordSetHolidayDlg::CRemoteRecordSetHolidayDlg(QWidget *parent)
     : QDialog(parent)
@@ -39,7 +21,7 @@ CRemoteRecordSetHolidayDlg::CRemoteRecordSetHolidayDlg(QWidget *parent)
     , m_yearLabel(new QLabel(this))
 {
     setWindowTitle(nelib::tr("Select Day Of Week"));
-    for (const char *name : MonthNames)
+    for (const char *name : holidayTexts::Months)
         m_month->addItem(nelib::tr(name));
     auto *monthLabel = new QLabel(nelib::tr("Month"), this);
     monthLabel->setBuddy(m_month);
@@ -52,12 +34,12 @@ CRemoteRecordSetHolidayDlg::CRemoteRecordSetHolidayDlg(QWidget *parent)
 
     auto *grid = new QGridLayout;
     for (int w = 0; w < HolidayList::Weekdays; ++w) {
-        auto *heading = new QLabel(nelib::tr(WeekdayNames[w]), this);
+        auto *heading = new QLabel(nelib::tr(holidayTexts::Weekdays[w]), this);
         heading->setAlignment(Qt::AlignCenter);
         grid->addWidget(heading, 0, w + 1);
     }
     for (int row = 0; row < HolidayList::WeekRows; ++row) {
-        grid->addWidget(new QLabel(nelib::tr(RowNames[row]), this), row + 1, 0);
+        grid->addWidget(new QLabel(nelib::tr(holidayTexts::WeekRows[row]), this), row + 1, 0);
         for (int w = 0; w < HolidayList::Weekdays; ++w) {
             auto *cell = new QCheckBox(this);
             grid->addWidget(cell, row + 1, w + 1, Qt::AlignCenter);
@@ -105,14 +87,12 @@ void CRemoteRecordSetHolidayDlg::showMonth()
     const int m = m_month->currentIndex();
     const int first = HolidayList::firstWeekday(m_year, m + 1);
     const int days = QDate(m_year, m + 1, 1).daysInMonth();
-    const QString month = nelib::tr("%s /").replace(u"%s"_s, m_month->currentText());
     for (int row = 0; row < HolidayList::WeekRows; ++row) {
         for (int w = 0; w < HolidayList::Weekdays; ++w) {
             QCheckBox *cell = m_cells[row * HolidayList::Weekdays + w];
             const int day = row * HolidayList::Weekdays + w - first + 1;
             cell->setText(day >= 1 && day <= days ? QString::number(day) : QString());
-            cell->setAccessibleName(month + u' ' + nelib::tr(RowNames[row]) + u' '
-                                    + nelib::tr(WeekdayNames[w]));
+            cell->setAccessibleName(holidayTexts::weekdayHoliday(m, row, w));
             cell->setChecked(m_holidays.weekday[m][w][row]);
         }
     }

@@ -1,6 +1,7 @@
 // The RECORD pages: profiles, schedule and holidays, alone and against
 // recorder-sim.
 
+#include "pages/common/CRemoteChannelSel.h"
 #include "pages/common/ScheduleEntryEditor.h"
 #include "pages/record/CRemoteRecordCopySettingDlg.h"
 #include "pages/record/CRemoteRecordDelAllHolidayDlg.h"
@@ -295,8 +296,14 @@ TEST_F(SchedulePage, WeekEnteredOnThePageIsStoredAndReadBackAfterReconnecting)
         time("Start Time", n, "Hour")->setValue(w.start);
         time("End Time", n, "Hour")->setValue(w.end);
         named<QComboBox>(&page, line("Mode", n))->setCurrentIndex(w.mode);
+        named<QToolButton>(&page, line("Channel", n) + u" ..."_s)->click();
+        CRemoteChannelSel *channels = nullptr;
+        for (auto *shown : page.window()->findChildren<CRemoteChannelSel *>())
+            channels = shown->isVisible() ? shown : channels;
+        ASSERT_NE(channels, nullptr);
         for (int c : w.channels)
-            named<QCheckBox>(&page, line("Channel", n) + u" Ch 0"_s + QString::number(c))->click();
+            named<QCheckBox>(channels, u"Ch 0"_s + QString::number(c))->click();
+        channels->accept();
     }
     EXPECT_EQ(named<QLineEdit>(&page, line("Channel", 2))->text(), u"1,2,8"_s);
     EXPECT_TRUE(page.isModified());

@@ -1,0 +1,114 @@
+#include "pages/common/CopySettingDialog.h"
+
+#include "i18n/Translator.h"
+#include "setup/Fields.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+CopySettingDialog::CopySettingDialog(std::span<const char *const> propertyNames, QWidget *parent)
+    : QDialog(parent)
+    , m_properties(propertyNames.size())
+{
+    setWindowTitle(nelib::tr("Copy Settings"));
+
+    auto *fromLabel = new QLabel(nelib::tr("From"), this);
+    m_from = new QComboBox(this);
+    for (const auto &channel : setup::fields::values::channelBits)
+        m_from->addItem(nelib::tr(channel.name));
+    m_from->setAccessibleName(fromLabel->text());
+    fromLabel->setBuddy(m_from);
+    auto *fromRow = new QHBoxLayout;
+    fromRow->addWidget(fromLabel);
+    fromRow->addWidget(m_from);
+    fromRow->addStretch(1);
+
+    auto *propertyGroup = new QGroupBox(nelib::tr("Properties"), this);
+    auto *propertyLayout = new QVBoxLayout(propertyGroup);
+    for (const char *name : propertyNames) {
+        auto *box = new QCheckBox(nelib::tr(name), propertyGroup);
+        box->setAccessibleName(box->text());
+        propertyLayout->addWidget(box);
+        m_propertyBoxes.push_back(box);
+    }
+
+    // Channel boxes four to a row, so that all sixteen fit the dialog.
+    auto *targetGroup = new QGroupBox(nelib::tr("To"), this);
+    auto *targetLayout = new QVBoxLayout(targetGroup);
+    m_selectAll = new QCheckBox(nelib::tr("Select All"), targetGroup);
+    m_selectAll->setAccessibleName(m_selectAll->text());
+    targetLayout->addWidget(m_selectAll);
+    auto *channelGrid = new QGridLayout;
+    for (int c = 0; c < Channels; ++c) {
+        m_channelBoxes[c] = new QCheckBox(m_from->itemText(c), targetGroup);
+        m_channelBoxes[c]->setAccessibleName(nelib::tr("To") + u' ' + m_channelBoxes[c]->text());
+        channelGrid->addWidget(m_channelBoxes[c], c / 4, c % 4);
+    }
+    targetLayout->addLayout(channelGrid);
+
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    buttons->button(QDialogButtonBox::Ok)->setText(nelib::tr("OK"));
+    buttons->button(QDialogButtonBox::Cancel)->setText(nelib::tr("Cancel"));
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(fromRow);
+    layout->addWidget(propertyGroup);
+    layout->addWidget(targetGroup);
+    layout->addStretch(1);
+    layout->addWidget(buttons);
+
+    connect(m_from, &QComboBox::currentIndexChanged, this, &CopySettingDialog::sourceChanged);
+    connect(m_selectAll, &QCheckBox::clicked, this, [this](bool checked) {
+        for (int c = 0; c < Channels; ++c)
+            m_channelBoxes[c]->setChecked(checked && c != m_from->currentIndex());
+    });
+    connect(buttons, &QDialogButtonBox::accepted, this, &CopySettingDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &CopySettingDialog::reject);
+}
+
+void CopySettingDialog::setChannelCount(int count)
+{
+    m_channelCount = std::clamp(count, 1, int(Channels));
+}
+
+// Every opening starts from the first channel as the source and shows the
+// choices of the last OK.
+void CopySettingDialog::setVisible(bool visible)
+{
+    if (visible && !isVisible()) {
+        for (size_t p = 0; p < m_propertyBoxes.size(); ++p)
+            m_propertyBoxes[p]->setChecked(m_properties[p] != 0);
+        m_selectAll->setChecked(false);
+        for (int c = 0; c < Channels; ++c) {
+            m_channelBoxes[c]->setChecked(m_targets[c] != 0);
+            m_channelBoxes[c]->setVisible(c < m_channelCount);
+        }
+        m_from->setCurrentIndex(0);
+        sourceChanged(0);
+    }
+    QDialog::setVisible(visible);
+}
+
+void CopySettingDialog::sourceChanged(int index)
+{
+    for (int c = 0; c < Channels; ++c)
+        m_channelBoxes[c]->setEnabled(c != index);
+}
+
+void CopySettingDialog::accept()
+{
+    m_source = m_from->currentIndex();
+    for (size_t p = 0; p < m_propertyBoxes.size(); ++p)
+        m_properties[p] = m_propertyBoxes[p]->isChecked() ? 1 : 0;
+    for (int c = 0; c < Channels; ++c)
+        m_targets[c] = m_channelBoxes[c]->isChecked() ? 1 : 0;
+    QDialog::accept();
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QDialog>
+
+#include <array>
+#include <span>
+#include <vector>
+
+QT_BEGIN_NAMESPACE
+class QCheckBox;
+class QComboBox;
+QT_END_NAMESPACE
+
+// The body of the pages' copy-settings dialogs: a "From" list of the source
+// channel, a box per property and a box per target channel with "Select All".
+// A page keeps one dialog for its life, so that the operator finds the
+// choices of the last OK when opening it again; what a cancelled run ticked
+// is forgotten. After OK the dialog holds the boxes' states as they were.
+class CopySettingDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    static constexpr int Channels = 16;
+
+    void setChannelCount(int count);
+    int channelCount() const { return m_channelCount; }
+
+    // The choices of the last OK.
+    int sourceChannel() const { return m_source; }
+    bool copies(int property) const { return m_properties[property]; }
+    bool targetTicked(int channel) const { return m_targets[channel]; }
+
+    void setVisible(bool visible) override;
+    void accept() override;
+
+protected:
+    CopySettingDialog(std::span<const char *const> propertyNames, QWidget *parent);
+
+    QCheckBox *propertyBox(int property) const { return m_propertyBoxes[property]; }
+
+private:
+    void sourceChanged(int index);
+
+    int m_channelCount = Channels;
+    int m_source = 0;
+    std::vector<quint8> m_properties;
+    std::array<quint8, Channels> m_targets {};
+
+    QComboBox *m_from = nullptr;
+    std::vector<QCheckBox *> m_propertyBoxes;
+    QCheckBox *m_selectAll = nullptr;
+    std::array<QCheckBox *, Channels> m_channelBoxes {};
+};

@@ -29,11 +29,6 @@ QString Translator::defaultPath()
     return DataFiles::path(QStringLiteral("language.config"));
 }
 
-const Translator *Translator::instance()
-{
-    return s_instance.load();
-}
-
 QString Translator::translate(const QString &text)
 {
     const Translator *self = s_instance.load();
@@ -50,15 +45,6 @@ QString Translator::translate(const QString &text)
     } catch (const TranslatorNoWordException &) {
         return text;
     }
-}
-
-std::map<qint32, QString> Translator::languageNames() const
-{
-    AutoMutex lock(m_mutex);
-    std::map<qint32, QString> names;
-    for (const auto &[number, language] : m_languages)
-        names.emplace(number, language->name);
-    return names;
 }
 
 void Translator::load()

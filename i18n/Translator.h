@@ -51,9 +51,6 @@ public:
     // The installed language.config (see DataFiles); needs a QCoreApplication.
     static QString defaultPath();
 
-    // The published translator, or nullptr.
-    static const Translator *instance();
-
     // The text in the current language, or the text itself when there is
     // no translator, no such language or no word for the text. Never throws
     // TranslatorNoWordException.
@@ -61,9 +58,6 @@ public:
 
     QString path() const { return m_path; }
     qint32 currentLanguage() const { return m_currentLanguage; }
-    // Number -> name of the languages held; after the load only the current
-    // language remains when the file defines it.
-    std::map<qint32, QString> languageNames() const;
 
 private:
     void load();

@@ -57,11 +57,4 @@ const BlockInfo *SetupRecordMap::blockAt(int offset)
     return nullptr;
 }
 
-QByteArrayView SetupRecordMap::slice(QByteArrayView record, const SectionInfo &section)
-{
-    if (record.size() != RecordSize)
-        return {};
-    return record.sliced(section.offset, section.length);
-}
-
 } // namespace setup

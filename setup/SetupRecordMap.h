@@ -124,9 +124,6 @@ public:
     static const SectionInfo *findSection(QAnyStringView key);
     // The block that holds record offset `offset`; null in the header or past the end.
     static const BlockInfo *blockAt(int offset);
-
-    // The section's bytes of a whole record; empty when the record is not whole.
-    static QByteArrayView slice(QByteArrayView record, const SectionInfo &section);
 };
 
 } // namespace setup

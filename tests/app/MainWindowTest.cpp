@@ -13,6 +13,7 @@
 #include "setup/FieldTable.h"
 #include "setup/Fields.h"
 
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QTemporaryDir>
@@ -145,6 +146,18 @@ TEST_F(MainWindowTest, ConnectFillsThePagesAndSessionEndReturnsThePanelToItsDisc
         EXPECT_EQ(texts(window->pageMenus()->menu(NetworkMenu)->actions()),
                   (QStringList {u"Notification"_s, u"E-Mail"_s, u"Event"_s}
                    + (channels == 4 ? QStringList {} : QStringList {u"Stream"_s})));
+
+        // The window's Save sends the page on display.
+        auto *title = control<QLineEdit>(host->currentPage(), u"Camera Title 03"_s);
+        title->selectAll();
+        QTest::keyClicks(title, u"Loading Bay"_s);
+        QTest::mouseClick(window->saveButton(), Qt::LeftButton);
+        EXPECT_TRUE(testsupport::waitFor(
+            [&] { return sim.storedRecord().mid(1300 + 48 * 2, 12) == "Loading Bay\0"_ba; },
+            SessionTimeoutMs));
+        EXPECT_TRUE(testsupport::waitFor(
+            [&] { return messages == QStringList {u"Complete Save   \t"_s}; }, SessionTimeoutMs));
+        messages.clear();
 
         // The session ends by the DISCONNECT button or by its own end message;
         // a new one then starts from the same window, its pages as built.

@@ -4,6 +4,7 @@
 #include "app/PageHost.h"
 #include "app/PageMenuBar.h"
 #include "firmware/PackageBuilder.h"
+#include "setup/FactoryDefaults.h"
 #include "tests/TestSupport.h"
 #include "tests/app/MainWindowFixture.h"
 #include "tests/pages/PageTestSupport.h"
@@ -144,6 +145,16 @@ TEST_F(UpdateWindow, CanceledUploadLeavesThePageUsableAndTheNextOneLandsWithStea
     EXPECT_TRUE(menusEnabled(true));
     EXPECT_EQ(testsupport::readFile(landed()),
               testsupport::readFile(dir.filePath(u"update.KRP"_s)));
+}
+
+TEST(UpdatePage, StartWaitsForASession)
+{
+    QTemporaryDir dir;
+    CRemoteSystemUpdateDlg page;
+    page.load(setup::FactoryDefaults::record(), 16);
+    choose(page, writePackage(dir.filePath(u"update.KRP"_s)));
+    EXPECT_EQ(text(&page, u"Update Version"_s), u"2.10.0.7"_s);
+    EXPECT_FALSE(button(&page, u"Start"_s)->isEnabled());
 }
 
 // A package that does not hold together replaces the earlier choice, so

@@ -2,6 +2,8 @@
 
 #include <QDate>
 
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 using setup::HolidayList;
@@ -82,6 +84,19 @@ TEST(HolidayList, BadSectionsAreReadAsFarAsTheyAreValid)
     const HolidayList read = HolidayList::fromSection(section, 2026);
     EXPECT_EQ(read.size(), 190);
     EXPECT_EQ(HolidayList::fromSection(section.first(4 + 8 * 10 - 1), 2026).size(), 9);
+
+    // Weekday entries of no weekday (7) or past the sixth row are left out:
+    // in March 2023 the first is a Wednesday, so Wednesday's occurrence 6 is row 6.
+    QByteArray weekdays(SectionLength, '\0');
+    weekdays[2] = 2;
+    for (const auto &[k, occurrence, weekday] : {std::tuple {0, 0, 7}, std::tuple {1, 6, 3}}) {
+        char *e = weekdays.data() + 4 + 8 * k;
+        e[0] = 2;
+        e[4] = 3;
+        e[5] = char(occurrence);
+        e[6] = char(weekday);
+    }
+    EXPECT_EQ(HolidayList::fromSection(weekdays, 2023).size(), 0);
 
     HolidayList full;
     for (auto &month : full.fixed)

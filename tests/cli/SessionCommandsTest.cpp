@@ -80,6 +80,7 @@ TEST(SessionCommands, OutcomesMapToExitCodesAndOnlyAWholeTransferChangesTheRecor
     const Case cases[] = {
         {admin, u"--password-file %D/wrong info"_s, 1, u"Login failed by password error"_s},
         {admin, u"info"_s, 0, {}, u"Success"_s, "right"},
+        {admin, u"--user nobody info"_s, 1, u"Login failed\n"_s},
         {admin, u"--password-file %D/two-lines info"_s, 0, {}, u"Success"_s, "wrong"},
         {admin, u"--password-file %D/missing info"_s, 2, u"cannot read password file"_s},
         {admin, u"--password-file /dev/zero info"_s, 2, u"longer than 4096 bytes"_s},

@@ -61,6 +61,7 @@ TEST(FirmwareEndToEnd, UploadExitCodesTellWhatHappened)
         {"broken package", gone, broken, Refused, u"components of the firmware package run past"_s},
         {"missing package", gone, dir.filePath(u"none.KRP"_s), UsageError, u"cannot be read"_s},
         {"no package", gone, {}, UsageError, u"upload takes one PACKAGE"_s},
+        {"no recorder", gone, good, NoSession, u"cannot connect"_s},
         // Whichever notices first, the upload or the session's probe.
         {"connection lost", dropping, good, NoSession,
          u"The Remote Setup is terminated\\.|closed the connection"_s},

@@ -1,5 +1,6 @@
 #include "sim/RecorderServer.h"
 #include "sim/SimOptions.h"
+#include "sim/StopSignals.h"
 
 #include "BuildInfo.h"
 
@@ -49,6 +50,9 @@ int main(int argc, char **argv)
         std::fputs(qPrintable(sim::SimOptions::usage()), stdout);
         return 0;
     }
+
+    // Caught before the first announcement: whoever read it may stop us at once.
+    const sim::StopSignals stop;
 
     // Every recorder starts before any is announced, so a failure leaves
     // standard output empty. It carries nothing but the announcements, so

@@ -41,12 +41,21 @@ SimProcess::~SimProcess()
     kill();
 }
 
+// Stopped as a service manager stops it, so that it ends normally.
 void SimProcess::kill()
 {
-    if (m_process.state() != QProcess::NotRunning) {
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.terminate();
+    if (!m_process.waitForFinished(10000)) {
+        ADD_FAILURE() << "recorder-sim did not stop on SIGTERM";
         m_process.kill();
         m_process.waitForFinished(10000);
+        return;
     }
+    // A crash or a leak report at the end shows here.
+    EXPECT_EQ(m_process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(m_process.exitCode(), 0);
 }
 
 QByteArray SimProcess::storedRecord(int k) const

@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Puts the licence line at the top of every source, script and build file
 # that lacks it: C++ files and their templates take it as a // comment on
-# the first line, scripts right after their #! line, CMake files as a #
-# comment on the first line. Running it again changes nothing.
+# the first line, scripts right after their #! line, CMake, Python and YAML
+# files as a # comment on the first line. Running it again changes nothing.
 #   scripts/spdx-headers.sh           adds the missing lines
 #   scripts/spdx-headers.sh --check   only lists the files without one; fails if any
 set -euo pipefail
@@ -26,12 +26,19 @@ project_files() {
     fi
 }
 
-# How a file takes the line: cpp, script, cmake, or nothing.
+# How a file takes the line: cpp, script, hash, or nothing.
 kind_of() {
     case $1 in
         *.cpp | *.h | *.h.in) echo cpp ;;
-        CMakeLists.txt | */CMakeLists.txt | *.cmake) echo cmake ;;
-        *) [ "$(head -c 2 "$1")" != '#!' ] || echo script ;;
+        *)
+            if [ "$(head -c 2 "$1")" = '#!' ]; then
+                echo script
+            else
+                case $1 in
+                    CMakeLists.txt | */CMakeLists.txt | *.cmake | *.py | *.yml | *.yaml) echo hash ;;
+                esac
+            fi
+            ;;
     esac
 }
 
@@ -49,7 +56,7 @@ while read -r file; do
     # sed -i keeps the file's mode, so scripts stay executable.
     case $kind in
         cpp) sed -i "1i // $line\n" "$file" ;;
-        cmake) sed -i "1i # $line\n" "$file" ;;
+        hash) sed -i "1i # $line\n" "$file" ;;
         script) sed -i "1a # $line" "$file" ;;
     esac
 done < <(project_files)

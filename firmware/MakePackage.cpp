@@ -100,7 +100,9 @@ int main(int argc, char **argv)
     parser.setApplicationDescription(u"Writes a firmware update package (.KRP)."_s);
     parser.addHelpOption();
     parser.addPositionalArgument(u"OUT"_s, u"the package file to write"_s);
-    const QCommandLineOption version(u"version"_s, u"package version"_s, u"a.b.c.d"_s);
+    const QCommandLineOption version(
+        u"version"_s, u"package version; alone: print the program's version and exit"_s,
+        u"a.b.c.d"_s);
     const QCommandLineOption dataOffset(u"data-offset"_s,
                                         u"where the component data start (3072)"_s, u"N"_s);
     const QCommandLineOption component(u"component"_s,

@@ -9,7 +9,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     clang-14 libclang-rt-14-dev clang-format
     xvfb xauth fonts-dejavu-core fonts-noto-cjk ccache
-    help2man desktop-file-utils appstream dpkg-dev fakeroot file
+    help2man desktop-file-utils appstream dpkg-dev fakeroot file lintian
 )
 
 missing=()

@@ -476,6 +476,12 @@ int FieldCommands::diff(const CommandContext &context, const QStringList &argume
     const bool json = takeJson(&sources);
     if (sources.size() != 2)
         return context.usageError(u"diff takes two setups: FILE or @HOST[:PORT] each"_s);
+    // The second file is refused before the first source's recorder is asked.
+    for (const QString &source : sources) {
+        const auto refusal = source.startsWith(u'@') ? std::nullopt : InputFile::refusal(source);
+        if (refusal)
+            return context.fail(UsageError, *refusal);
+    }
     QByteArray before;
     QByteArray after;
     bool beforeExport = false;

@@ -76,7 +76,7 @@ TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
         {u"--port %P --password-file %D/cjk info"_s,
          {u"the password holds a character that code page WINDOWS-1252 cannot hold"_s}},
         {u"--port %P dump %D/fifo"_s, {u"/fifo is a FIFO, not a regular file"_s}},
-        {u"--port %P diff %D %D/fifo"_s, {u" is a folder, not a file"_s}},
+        {u"--port %P diff @127.0.0.1:%P %D"_s, {u" is a folder, not a file"_s}},
         {u"--port %P import %D/fifo"_s, {u"/fifo is a FIFO"_s}},
         {u"--port %P upload %D/fifo"_s, {u"/fifo is a FIFO"_s}},
         {u"--port %P --password-file %D/fifo info"_s, {u"password file %D/fifo is a FIFO"_s}},

@@ -23,6 +23,8 @@ private:
         const char *synopsis;
         const char *summary;
         int (*run)(const CommandContext &, const QStringList &);
+        // Every argument is an input file, checked before the command runs.
+        bool readsFiles = false;
     };
     static const Command s_commands[];
 

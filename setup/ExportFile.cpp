@@ -3,6 +3,8 @@
 #include "setup/LittleEndian.h"
 #include "setup/SetupRecordMap.h"
 
+#include <QSaveFile>
+
 using nelib::LittleEndian;
 
 namespace setup {
@@ -26,6 +28,20 @@ QByteArray ExportFile::build(QByteArrayView record)
     LittleEndian::setU32(file, TrailerOffset, Trailer);
     file.append(record.sliced(SetupRecordMap::HeaderSize));
     return file;
+}
+
+bool ExportFile::write(const QString &path, QByteArrayView record, QString *error)
+{
+    const QByteArray bytes = build(record);
+    QSaveFile file(path);
+    // The temporary file gets its mode before it gets a byte.
+    if (bytes.isEmpty() || !file.open(QIODevice::WriteOnly)
+        || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
+        || file.write(bytes) != bytes.size() || !file.commit()) {
+        *error = bytes.isEmpty() ? QStringLiteral("no whole record") : file.errorString();
+        return false;
+    }
+    return true;
 }
 
 } // namespace setup

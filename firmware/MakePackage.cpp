@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // make-krp-package: writes a firmware update package for the tests, the demo
 // and the benchmark.
 //

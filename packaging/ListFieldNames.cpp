@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Prints the name of every section and field of the setup record, one a line
 // ("camera", "camera.title"), for the shell completion of the command line.
 // With --values it prints instead each field that has named values, then

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Installation and Debian packages. Two packages:
 #   remote-setup-cli: remote-setup-cli, recorder-sim, make-krp-package, the
 #                     data files, manual pages, shell completion, the user

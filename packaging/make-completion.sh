@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Writes the bash completion of remote-setup-cli and recorder-sim from the
 # programs' own --help and the field names and named values of the setup
 # record, so options, commands and fields added to the programs are

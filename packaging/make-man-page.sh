@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Writes a program's manual page from its --help and --version with
 # help2man, adding the sections of an include file. The usage (a line
 # starting "usage: ", with its continuation lines) becomes the SYNOPSIS, one

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds both Debian packages from this build tree, checks their control
 # fields and what lintian says of them, unpacks them into a temporary root
 # and runs the programs there: they must find their data files in the

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Every option and command the programs' live --help lists appears in their
 # manual pages and the bash completion, every field name in the completion,
 # and the completion completes what it offers.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Runs the README's fleet demo, the block after its marker comment, as a new
 # user would paste it at the top of a checkout: the programs it finds under
 # build/release/bin are this build tree's. The demo's own claims are checked:

@@ -217,7 +217,6 @@ TEST(SessionCommands, NoReplyButTheRightOneCountsForSuccess)
 {
     QTemporaryDir dir;
     writeInputs(dir);
-    const PACKET_PARAM junk {{0, 0, 0}};
     struct Case
     {
         const char *what;
@@ -244,16 +243,15 @@ TEST(SessionCommands, NoReplyButTheRightOneCountsForSuccess)
         };
     };
     // `before` goes out ahead of the usual answer to `command`.
-    const auto ahead
-        = [](qint32 command, qint32 before, PACKET_PARAM param, QByteArray payload = {}) {
-              return [=](Recorder &r) {
-                  r.script = [&r, command, before, param, payload](const Frame &f) {
-                      if (f.command == command)
-                          r.send(before, param, payload);
-                      return false;
-                  };
-              };
-          };
+    const auto ahead = [](qint32 command, qint32 before, PACKET_PARAM param) {
+        return [=](Recorder &r) {
+            r.script = [&r, command, before, param](const Frame &f) {
+                if (f.command == command)
+                    r.send(before, param);
+                return false;
+            };
+        };
+    };
     const QString completed = u"Updatefile transfer is completed"_s;
     const Case cases[] = {
         {"chunk answered 0, 1", u"upload %D/update.KRP"_s, dataReply(0, 1), 1,
@@ -279,9 +277,16 @@ TEST(SessionCommands, NoReplyButTheRightOneCountsForSuccess)
              r.time = {2026, 13, 1};
          },
          0, u"recorder time: 2026-13-01 00:00:00 (impossible)\n"_s, u"error"_s},
+        // Only the answer to the request counts, and none comes.
         {"setup answer before the setup request", u"get camera.title[0]"_s,
-         ahead(RemoteCommand::Login, RemoteCommand::SetupAnswer, junk, QByteArray(15148, 'X')), 0,
-         u"CAM 01"_s, u"XXX"_s},
+         [](Recorder &r) {
+             r.script = [&r](const Frame &f) {
+                 if (f.command == RemoteCommand::Login)
+                     r.send(RemoteCommand::SetupAnswer, {}, QByteArray(15148, 'X'));
+                 return f.command == RemoteCommand::SetupRequest;
+             };
+         },
+         3, u"no setup record from"_s, u"XXX"_s},
         {"acknowledgement of no write", u"info"_s,
          ahead(RemoteCommand::DateTime, RemoteCommand::SetupWriteAck, PACKET_PARAM {{1}}), 0,
          u"disks: "_s, u"Complete Save"_s},

@@ -280,6 +280,8 @@ TEST_F(FirmwareUploaderTest, ThePausesAreNeverShorterAtTheRecorder)
         answer(frame);
     };
     CWork &work = *harness.worker;
+    // The test's quick keep-alive would keep the recorder's thread busy too.
+    work.setKeepAliveInterval(CWork::KeepAliveIntervalMs);
     ASSERT_NE(work.writeWholeRecord(CWork::WholeRecord::Default, recorder.record), 0);
     ASSERT_TRUE(testsupport::waitFor([&] { return !work.transferRunning(); }));
     EXPECT_EQ(work.lastTransferOutcome(), CWork::TransferOutcome::Succeeded);

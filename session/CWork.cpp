@@ -223,8 +223,6 @@ void CWork::handleNotification(const REMOTESOCKET_NOTIFY &record, const QByteArr
 
 void CWork::loseConnection()
 {
-    if (m_transfer)
-        endTransfer(TransferOutcome::SendFailed);
     // Once logged in, the keep-alive is what notices a loss and says so; it
     // need not wait for its turn. Before, the session just fails.
     if (m_keepAliveTimer.isActive())
@@ -512,6 +510,8 @@ void CWork::keepAlive()
     const PACKET_PARAM probe;
     if (KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::KeepAlive, &probe))
         return;
+    // A whole-record write under way failed with the connection.
+    endTransfer(TransferOutcome::SendFailed);
     setState(Failed, false);
     report(SessionNotice::ConnectionLost);
     disconnectSession();

@@ -48,9 +48,11 @@ int exitCodeOf(const CommandContext &context, FirmwareUploader::Outcome outcome)
     return NoSession;
 }
 
-} // namespace
-
-int UploadCommand::run(const CommandContext &context, const QStringList &arguments)
+// upload's arguments, the package checked: Success, or the exit code with
+// its message printed. A broken package is refused before any recorder
+// hears of it.
+int parseArguments(const CommandContext &context, const QStringList &arguments,
+                   std::optional<FirmwarePackage> *package, int *deadlineSeconds)
 {
     QCommandLineParser parser;
     const QCommandLineOption deadlineOption(u"deadline"_s, QString(), u"S"_s);
@@ -59,22 +61,40 @@ int UploadCommand::run(const CommandContext &context, const QStringList &argumen
         return context.usageError(u"upload: "_s + parser.errorText());
     if (parser.positionalArguments().size() != 1)
         return context.usageError(u"upload takes one PACKAGE"_s);
-    int deadlineSeconds = DefaultDeadlineSeconds;
+    *deadlineSeconds = UploadCommand::DefaultDeadlineSeconds;
     if (parser.isSet(deadlineOption)) {
         bool ok = false;
-        deadlineSeconds = parser.value(deadlineOption).toInt(&ok);
-        if (!ok || deadlineSeconds < 1 || deadlineSeconds > MaxDeadlineSeconds)
+        *deadlineSeconds = parser.value(deadlineOption).toInt(&ok);
+        if (!ok || *deadlineSeconds < 1 || *deadlineSeconds > UploadCommand::MaxDeadlineSeconds)
             return context.usageError(
                 u"--deadline must be a whole number of seconds from 1 to %1, not '%2'"_s.arg(
-                    QString::number(MaxDeadlineSeconds), parser.value(deadlineOption)));
+                    QString::number(UploadCommand::MaxDeadlineSeconds),
+                    parser.value(deadlineOption)));
     }
     const QString path = parser.positionalArguments().first();
-    // A broken package is refused before any recorder hears of it.
     FirmwarePackage::Fault fault = FirmwarePackage::Fault::None;
-    std::optional<FirmwarePackage> package = FirmwarePackage::open(path, &fault);
-    if (!package)
+    *package = FirmwarePackage::open(path, &fault);
+    if (!*package)
         return context.fail(fault == FirmwarePackage::Fault::Unreadable ? UsageError : cli::Refused,
                             u"%1: %2"_s.arg(path, FirmwarePackage::faultMessage(fault)));
+    return Success;
+}
+
+} // namespace
+
+int UploadCommand::check(const CommandContext &context, const QStringList &arguments)
+{
+    std::optional<FirmwarePackage> package;
+    int deadlineSeconds = 0;
+    return parseArguments(context, arguments, &package, &deadlineSeconds);
+}
+
+int UploadCommand::run(const CommandContext &context, const QStringList &arguments)
+{
+    std::optional<FirmwarePackage> package;
+    int deadlineSeconds = 0;
+    if (const int code = parseArguments(context, arguments, &package, &deadlineSeconds))
+        return code;
 
     CliSession session(context);
     if (const int code = session.open())

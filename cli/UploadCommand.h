@@ -16,6 +16,9 @@ public:
     static constexpr int DefaultDeadlineSeconds = 3600;
     static constexpr int MaxDeadlineSeconds = 7 * 24 * 3600;
 
+    // The arguments and the package, checked without a recorder: Success,
+    // or the exit code with its message printed.
+    static int check(const CommandContext &context, const QStringList &arguments);
     static int run(const CommandContext &context, const QStringList &arguments);
 };
 

@@ -305,7 +305,7 @@ TEST(SessionCommands, NoReplyButTheRightOneCountsForSuccess)
 // A connection the recorder closes ends every command at once with exit 3:
 // by the transport's report, not by the time-out (2 s, shorter than the
 // keep-alive's 5 s) nor a missing reply. A transfer that outlasts
-// --deadline ends as well, and the recorder is told to stop.
+// --deadline ends as well, in a fleet too, and the recorder is told to stop.
 TEST(SessionCommands, ALostConnectionOrAPassedDeadlineEndsEveryCommand)
 {
     QTemporaryDir dir;
@@ -333,7 +333,7 @@ TEST(SessionCommands, ALostConnectionOrAPassedDeadlineEndsEveryCommand)
          u"the session ended before the whole setup was sent"_s},
         {u"upload %D/update.KRP"_s, RemoteCommand::FirmwarePacket, W::Data,
          closed + u" during the upload"_s},
-        {u"upload --deadline 1 %D/update.KRP"_s,
+        {u"--hosts %D/hosts upload --deadline 1 %D/update.KRP"_s,
          0,
          {},
          u"did not finish within 1 s (--deadline); the recorder was told to stop"_s},
@@ -349,13 +349,16 @@ TEST(SessionCommands, ALostConnectionOrAPassedDeadlineEndsEveryCommand)
             recorder.closeClient();
             return true;
         };
+        testsupport::writeFile(dir.filePath(u"hosts"_s),
+                               u"127.0.0.1:%1\n"_s.arg(recorder.port()).toLatin1());
         const auto run = recorder.run(QString(c.command).replace(u"%D"_s, dir.path()), 2);
-        EXPECT_EQ(run.exitCode, 3) << run.err.toStdString();
+        const QString all = run.out + run.err;
+        EXPECT_EQ(run.exitCode, 3) << all.toStdString();
         EXPECT_TRUE(
-            run.err.contains(QString(c.says).replace(u"%P"_s, QString::number(recorder.port()))))
-            << run.err.toStdString();
-        EXPECT_FALSE(run.err.contains(u"within 2 s"_s)) << run.err.toStdString();
-        EXPECT_FALSE(run.err.contains(u"No Response"_s)) << run.err.toStdString();
+            all.contains(QString(c.says).replace(u"%P"_s, QString::number(recorder.port()))))
+            << all.toStdString();
+        EXPECT_FALSE(all.contains(u"within 2 s"_s)) << all.toStdString();
+        EXPECT_FALSE(all.contains(u"No Response"_s)) << all.toStdString();
         if (!c.closeOn) {
             EXPECT_TRUE(testsupport::waitFor([&] {
                 const auto packets = recorder.receivedWith(RemoteCommand::FirmwarePacket);

@@ -27,9 +27,6 @@ namespace {
 
 constexpr int RoundsPerSecond = 10;
 constexpr int PollMs = 2;
-// The transport tells of a lost connection only by refusing the next send,
-// so the waits probe with keep-alives, which a recorder never answers.
-constexpr int ProbeMs = 100;
 
 bool isLoginRefusal(std::optional<int> code)
 {
@@ -113,12 +110,6 @@ int CliSession::open()
     // Learning of the record by signal keeps the command from sleeping out
     // a whole polling period.
     QObject::connect(m_worker.get(), &CWork::setupArrived, &loop, [&wait] { wait.wake(); });
-    QTimer probe;
-    QObject::connect(&probe, &QTimer::timeout, &loop, [&] {
-        if (connectionLost())
-            decide(Outcome::Failed);
-    });
-    probe.start(ProbeMs);
     loop.exec();
     if (outcome != Outcome::Ready)
         return failure(outcome);
@@ -165,7 +156,8 @@ bool CliSession::eventFilter(QObject *watched, QEvent *event)
     if (m_refusedAck)
         return true;
     const auto *notify = static_cast<session::SocketNotifyEvent *>(event);
-    m_handle = notify->record().handle;
+    if (notify->record().kind == REMOTESOCKET_NOTIFY::ConnectionLost)
+        m_connectionLost = true;
     if (notify->record().kind != REMOTESOCKET_NOTIFY::PacketReceived)
         return false;
     const std::optional<session::Frame> frame = session::Frame::decode(notify->packet());
@@ -173,7 +165,9 @@ bool CliSession::eventFilter(QObject *watched, QEvent *event)
         return false;
     if (frame->command == RemoteCommand::SetupAnswer && frame->param.words[2] == 0)
         m_setupAnswerSize = frame->payload.size();
-    if (frame->command != RemoteCommand::SetupWriteAck || !m_watchingWrites)
+    // One that acknowledges no write the worker ignores.
+    if (frame->command != RemoteCommand::SetupWriteAck || !m_watchingWrites
+        || m_worker->writesAwaited() == 0)
         return false;
     ++m_acksSeen;
     if (frame->param.words[0] == 1)
@@ -183,30 +177,12 @@ bool CliSession::eventFilter(QObject *watched, QEvent *event)
     return true;
 }
 
-bool CliSession::connectionLost()
-{
-    if (m_connectionLost)
-        return true;
-    const int state = m_worker->state();
-    if (!m_handle || state < CWork::Connected || state > CWork::Ready)
-        return false;
-    const PACKET_PARAM probe;
-    m_connectionLost = !KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::KeepAlive, &probe);
-    return m_connectionLost;
-}
-
 int CliSession::waitUntil(const std::function<bool()> &done, const QString &what)
 {
     QEventLoop loop;
     QTimer poll;
-    qint64 nextProbe = 0;
     QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        const qint64 now = QDateTime::currentMSecsSinceEpoch();
-        if (now >= nextProbe) {
-            nextProbe = now + ProbeMs;
-            m_sessionEnded = m_sessionEnded || connectionLost();
-        }
-        if (done() || m_sessionEnded || now >= m_deadline)
+        if (done() || m_sessionEnded || QDateTime::currentMSecsSinceEpoch() >= m_deadline)
             loop.quit();
     });
     if (!done()) {

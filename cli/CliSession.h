@@ -4,7 +4,6 @@
 
 #include "session/CWork.h"
 #include "session/ConnectionRecord.h"
-#include "session/KRemoteSocket.h"
 #include "session/MessageSink.h"
 #include "session/ProgramExit.h"
 
@@ -51,6 +50,9 @@ public:
     // Which acknowledgement since stopAtRefusal() refused (1 for the first);
     // 0 while none did.
     int refusedAcknowledgement() const { return m_refusedAck; }
+    // Whether the recorder or the network closed the connection; the
+    // transport tells the moment it happens.
+    bool connectionLost() const { return m_connectionLost; }
 
     void showMessage(const QString &text) override;
 
@@ -63,9 +65,6 @@ private:
 
     int failure(Outcome outcome);
     int noWholeRecord();
-    // Whether a keep-alive cannot be sent any more: the recorder or the
-    // network closed the connection.
-    bool connectionLost();
     QString where() const;
 
     const CommandContext &m_context;
@@ -79,9 +78,6 @@ private:
     bool m_watchingWrites = false;
     int m_acksSeen = 0;
     int m_refusedAck = 0;
-    // The worker's transport handle, as its notifications name it; used only
-    // while the worker's state says the handle is open.
-    KRSMGAPI_HANDLE m_handle = nullptr;
     bool m_connectionLost = false;
 };
 

@@ -6,7 +6,7 @@
 #include "cli/ExitCode.h"
 #include "cli/FieldCommands.h"
 #include "cli/LoginFields.h"
-#include "firmware/FirmwarePackage.h"
+#include "cli/UploadCommand.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -99,16 +99,8 @@ int checkOnce(const CommandContext &context, const QString &name, const QStringL
             return context.fail(UsageError,
                                 u"cannot read %1: %2"_s.arg(arguments.first(), file.errorString()));
     }
-    if (name == u"upload"_s) {
-        if (arguments.size() != 1)
-            return context.usageError(u"upload takes one PACKAGE"_s);
-        using firmware::FirmwarePackage;
-        FirmwarePackage::Fault fault = FirmwarePackage::Fault::None;
-        if (!FirmwarePackage::open(arguments.first(), &fault))
-            return context.fail(
-                fault == FirmwarePackage::Fault::Unreadable ? UsageError : Refused,
-                u"%1: %2"_s.arg(arguments.first(), FirmwarePackage::faultMessage(fault)));
-    }
+    if (name == u"upload"_s)
+        return UploadCommand::check(context, arguments);
     return Success;
 }
 

@@ -28,7 +28,9 @@ const RemoteSetupCli::Command RemoteSetupCli::s_commands[] = {
     {"factory-default", "factory-default [--default-file F]",
      "restore the factory defaults (the installed DEFDVRSETUP.DAT unless F is given)",
      &SetupFileCommands::factoryDefault},
-    {"upload", "upload PACKAGE", "send a firmware update package (.KRP) to the recorder",
+    {"upload", "upload [--deadline S] PACKAGE",
+     "send a firmware update package (.KRP) to the recorder; give up after S seconds in all "
+     "(default 3600)",
      &UploadCommand::run, true},
     {"set-time", "set-time [YYYY-MM-DDThh:mm:ss]",
      "set the recorder's clock (default: this computer's local time)", &SessionCommands::setTime},

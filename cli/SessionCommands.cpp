@@ -10,6 +10,7 @@
 #include "setup/SetupRecordMap.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 
 using namespace Qt::StringLiterals;
 using nelib::LittleEndian;
@@ -19,10 +20,39 @@ namespace cli {
 
 namespace {
 
+// The years a recorder's clock keeps.
+constexpr int FirstYear = 1970;
+constexpr int LastYear = 2099;
+
 QString formatTime(const RecorderTime &t)
 {
     return QString::asprintf("%04u-%02u-%02u %02u:%02u:%02u", t.year, t.month, t.day, t.hour,
                              t.minute, t.second);
+}
+
+// Clock times compared as they read, whatever the zone: no daylight-saving
+// change moves either.
+QDateTime clockTime(QDate date, QTime time)
+{
+    return QDateTime(date, time, Qt::UTC);
+}
+
+// The recorder's time, or nothing when no clock can show it (month 13,
+// year 65535).
+std::optional<QDateTime> possibleTime(const RecorderTime &t)
+{
+    const QDate date(t.year, t.month, t.day);
+    const QTime time(t.hour, t.minute, t.second);
+    if (!date.isValid() || !time.isValid() || t.year < FirstYear || t.year > LastYear)
+        return std::nullopt;
+    return clockTime(date, time);
+}
+
+// How `info` and `set-time` print the recorder's time; an impossible one
+// says so.
+QString describeTime(const RecorderTime &t)
+{
+    return possibleTime(t) ? formatTime(t) : formatTime(t) + u" (impossible)"_s;
 }
 
 // Waits for the answer to the clock request every session makes after the
@@ -60,7 +90,7 @@ int SessionCommands::info(const CommandContext &context, const QStringList &argu
         << "alarm outputs: " << values[1] << '\n'
         << "audio inputs: " << values[2] << '\n'
         << "disks: " << values[3] << '\n'
-        << "recorder time: " << formatTime(work.clock()) << '\n';
+        << "recorder time: " << describeTime(work.timeAnswer()) << '\n';
     out.flush();
     return Success;
 }
@@ -91,6 +121,11 @@ int SessionCommands::setTime(const CommandContext &context, const QStringList &a
         if (!when.isValid())
             return context.usageError(
                 u"set-time takes a time as YYYY-MM-DDThh:mm:ss, not '%1'"_s.arg(arguments.first()));
+        if (when.date().year() < FirstYear || when.date().year() > LastYear)
+            return context.usageError(
+                u"set-time takes a time in the years %1 to %2, not '%3'"_s.arg(FirstYear)
+                    .arg(LastYear)
+                    .arg(arguments.first()));
     }
     CliSession session(context);
     if (const int code = session.open())
@@ -100,7 +135,12 @@ int SessionCommands::setTime(const CommandContext &context, const QStringList &a
 
     CWork &work = session.worker();
     int answers = 0;
-    QObject::connect(&work, &CWork::timeAnswerReceived, &work, [&answers] { ++answers; });
+    QElapsedTimer sinceSent;
+    qint64 answeredAfterMs = 0;
+    QObject::connect(&work, &CWork::timeAnswerReceived, &work, [&] {
+        if (answers++ == 0)
+            answeredAfterMs = sinceSent.elapsed();
+    });
     RecorderTime time;
     time.year = quint16(when.date().year());
     time.month = quint16(when.date().month());
@@ -108,11 +148,25 @@ int SessionCommands::setTime(const CommandContext &context, const QStringList &a
     time.hour = quint16(when.time().hour());
     time.minute = quint16(when.time().minute());
     time.second = quint16(when.time().second());
+    sinceSent.start();
     if (!work.dateTimeCommand(2, time))
         return context.fail(NoSession, u"the session ended before the time was sent"_s);
     if (const int code = session.waitUntil([&answers] { return answers > 0; }, u"time answer"_s))
         return code;
-    context.out() << "recorder time: " << formatTime(work.clock()) << '\n';
+
+    // The clock counts on while the answer travels: it may be ahead of the
+    // time set by the seconds that passed, begun seconds included, no more.
+    const RecorderTime &answer = work.timeAnswer();
+    const std::optional<QDateTime> reported = possibleTime(answer);
+    if (!reported)
+        return context.fail(Refused, u"the recorder reports an impossible time, %1; its clock "
+                                     u"may not be set"_s.arg(formatTime(answer)));
+    const QTime setTime(time.hour, time.minute, time.second);
+    const qint64 apart = std::abs(clockTime(when.date(), setTime).secsTo(*reported));
+    if (apart > (answeredAfterMs + 999) / 1000)
+        return context.fail(Refused, u"the recorder reports %1 after being set to %2: its clock "
+                                     u"was not set"_s.arg(formatTime(answer), formatTime(time)));
+    context.out() << "recorder time: " << formatTime(answer) << '\n';
     context.out().flush();
     return Success;
 }

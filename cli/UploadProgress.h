@@ -23,10 +23,10 @@ public:
 
     void setPercentage(int percent);
     void showMessage(const QString &text) override;
-
-private:
+    // Ends a bar drawn in place, so that the next line starts clean.
     void endBarLine();
 
+private:
     QTextStream &m_err;
     const bool m_terminal;
     int m_shown = -1;

@@ -185,14 +185,21 @@ std::optional<FirmwareUploader::Outcome> FirmwareUploader::send(const PACKET_PAR
     reply.reset();
     if (m_abort.load())
         return stopAfterError(Outcome::Canceled);
-    std::this_thread::sleep_for(m_packetPause);
+    // Counted from the previous reply, which the recorder sent after the
+    // whole previous packet had reached it; the steady clock never wakes
+    // early.
+    std::this_thread::sleep_until(std::chrono::steady_clock::now() + m_packetPause);
+    const quint64 replies = m_work.firmwareReplies();
     if (!m_work.sendFirmwarePacket(param, data))
         return stopAfterError(Outcome::SendFailed);
-    const bool answered = reply.wait(m_replyTimeout);
+    const bool woken = reply.wait(m_replyTimeout);
     if (m_abort.load())
         return stopAfterError(Outcome::Canceled);
-    if (!answered)
+    if (!woken)
         return stopAfterError(Outcome::NoResponse);
+    // Woken without an answer: the session ended, the connection is gone.
+    if (m_work.firmwareReplies() == replies)
+        return stopAfterError(Outcome::SendFailed);
     return std::nullopt;
 }
 
@@ -202,7 +209,8 @@ std::optional<FirmwareUploader::Outcome> FirmwareUploader::sendData(const PACKET
     if (const auto failed = send(param, data))
         return failed;
     const std::array<quint32, 8> reply = m_work.firmwareReply().words;
-    if (reply[0] == W::DataReply && reply[1] != W::Accepted)
+    const bool accepted = reply[0] == W::DataReply && reply[1] == W::Accepted;
+    if (m_exactAcceptance ? !accepted : reply[0] == W::DataReply && !accepted)
         return stopAfterError(Outcome::Refused);
     return std::nullopt;
 }

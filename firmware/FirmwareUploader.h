@@ -48,7 +48,7 @@ public:
         Declined, // the recorder said no, or answered what makes no sense; quiet
         Canceled, // cancel() took effect; quiet
         NoResponse, // a reply did not come in time; the program ends
-        SendFailed, // a packet could not be sent (the connection is gone); the program ends
+        SendFailed, // a packet could not be sent, or the connection was lost; the program ends
         Refused, // the recorder refused a packet; the program ends
         ReadFailed, // the package file could not be read; the program ends
         SizeIncorrect, // the package file ended early; the program ends
@@ -64,6 +64,11 @@ public:
 
     // Tests shorten the waits; only before start().
     void setWaits(std::chrono::milliseconds packetPause, std::chrono::milliseconds replyTimeout);
+    // The Update page takes every data reply but a refusal (word 0 = 2,
+    // word 1 other than 1) as an acceptance. With this, only the acceptance
+    // itself (word 0 = 2, word 1 = 1) is one; anything else refuses the
+    // packet. Only before start().
+    void requireExactAcceptance() { m_exactAcceptance = true; }
 
     // Starts the transfer and tells the main window (3027, wParam 0). An
     // uploader runs once: false when it has been started before.
@@ -107,6 +112,7 @@ private:
     const FirmwarePackage m_package;
     std::chrono::milliseconds m_packetPause = PacketPause;
     std::chrono::milliseconds m_replyTimeout = ReplyTimeout;
+    bool m_exactAcceptance = false;
 
     std::thread m_thread;
     std::atomic<bool> m_running {false};

@@ -20,6 +20,7 @@
 
 using nelib::LittleEndian;
 using setup::SetupRecordMap;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -64,7 +65,8 @@ CWork::CWork(QObject *parent)
     s_instance.store(this);
     m_keepAliveTimer.setInterval(KeepAliveIntervalMs);
     m_clockTimer.setInterval(ClockIntervalMs);
-    m_blockTimer.setInterval(WholeRecordPauseMs);
+    // A coarse timer may fire up to 5 % early; the pause is a minimum.
+    m_blockTimer.setTimerType(Qt::PreciseTimer);
     m_blockTimer.setSingleShot(true);
     connect(&m_keepAliveTimer, &QTimer::timeout, this, [this] { onTimer(KeepAliveTimer); });
     connect(&m_clockTimer, &QTimer::timeout, this, [this] { onTimer(ClockTimer); });
@@ -107,6 +109,7 @@ int CWork::connectSession(ConnectionRecord *record)
     m_port = record->port;
     m_connectFailed = false;
     m_wholeRecordReceived = false;
+    m_setupRequested = false;
     m_status->setupReceived.store(0);
 
     {
@@ -212,9 +215,22 @@ void CWork::handleNotification(const REMOTESOCKET_NOTIFY &record, const QByteArr
     case REMOTESOCKET_NOTIFY::PacketReceived:
         handlePacket(packet);
         return;
+    case REMOTESOCKET_NOTIFY::ConnectionLost:
+        loseConnection();
+        return;
     default:
         return;
     }
+}
+
+void CWork::loseConnection()
+{
+    // Once logged in, the keep-alive is what notices a loss and says so; it
+    // need not wait for its turn. Before, the session just fails.
+    if (m_keepAliveTimer.isActive())
+        keepAlive();
+    else
+        setState(Failed, false);
 }
 
 void CWork::login()
@@ -238,18 +254,26 @@ void CWork::handlePacket(const QByteArray &packet)
         return;
     switch (LittleEndian::i32(packet, PacketCommandOffset)) {
     case RemoteCommand::LoginAnswer:
-        handleLoginAnswer(packet);
+        // Only the answer to our login; a second one must not start over.
+        if (state() == LoggingIn)
+            handleLoginAnswer(packet);
         break;
     case RemoteCommand::DateTimeAnswer:
         handleTimeAnswer(packet);
         break;
     case RemoteCommand::SetupAnswer:
-        handleSetupAnswer(packet);
+        // Before the request it answers nothing: it must not fill the mirror.
+        if (m_setupRequested)
+            handleSetupAnswer(packet);
         break;
     case RemoteCommand::FirmwareReply:
         handleFirmwareReply(packet);
         break;
     case RemoteCommand::SetupWriteAck: {
+        // An acknowledgement of no write would announce a save that never was.
+        if (m_writesAwaited == 0)
+            break;
+        --m_writesAwaited;
         const bool applied = packetParam(packet).words[0] == 1;
         handleAcknowledgement(applied);
         Q_EMIT writeAcknowledged(applied);
@@ -293,7 +317,9 @@ void CWork::requestSetup()
     if (!KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::SetupRequest, &param)) {
         setState(Failed, false);
         disconnectSession();
+        return;
     }
+    m_setupRequested = true;
 }
 
 void CWork::handleTimeAnswer(const QByteArray &packet)
@@ -307,6 +333,7 @@ void CWork::handleTimeAnswer(const QByteArray &packet)
     m_clock->hour = quint16(param.words[4]);
     m_clock->minute = quint16(param.words[5]);
     m_clock->second = quint16(param.words[6]);
+    m_timeAnswer = *m_clock;
     m_clockTimer.start();
     onTimer(ClockTimer);
     m_clockValid = true;
@@ -400,8 +427,15 @@ void CWork::handleFirmwareReply(const QByteArray &packet)
         m_firmwareReply.words = param.words;
         m_firmwareReply.data
             = payload.first(std::min<qsizetype>(payload.size(), FirmwareBufferSize)).toByteArray();
+        ++m_firmwareReplies;
     }
     m_firmwareReplied.set();
+}
+
+quint64 CWork::firmwareReplies() const
+{
+    const std::lock_guard lock(m_firmwareMutex);
+    return m_firmwareReplies;
 }
 
 CWork::FirmwareReply CWork::firmwareReply() const
@@ -421,6 +455,9 @@ bool CWork::releaseHandle()
         return false;
     KRSMGAPI_Disconnect(handle);
     KRSMGAPI_Destroy(handle);
+    m_writesAwaited = 0;
+    // No reply can come any more: an upload waiting for one learns so now.
+    m_firmwareReplied.set();
     return true;
 }
 
@@ -475,6 +512,8 @@ void CWork::keepAlive()
     const PACKET_PARAM probe;
     if (KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::KeepAlive, &probe))
         return;
+    // A whole-record write under way failed with the connection.
+    endTransfer(TransferOutcome::SendFailed);
     setState(Failed, false);
     report(SessionNotice::ConnectionLost);
     disconnectSession();
@@ -490,8 +529,9 @@ int CWork::writeSection(setup::Section section, QByteArrayView data)
     param.words[0] = info.category;
     param.words[1] = quint32(info.length);
     param.words[2] = quint32(info.offset);
-    return KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::SetupWrite, &param,
-                                     m_mirror.constData() + info.offset, quint32(info.length));
+    return countWrite(KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::SetupWrite, &param,
+                                                m_mirror.constData() + info.offset,
+                                                quint32(info.length)));
 }
 
 int CWork::readSection(setup::Section section, QByteArray *destination) const
@@ -514,7 +554,7 @@ int CWork::writeWholeRecord(WholeRecord kind, QByteArrayView record)
         m_transfer.reset();
         return 0;
     }
-    m_blockTimer.start();
+    m_blockTimer.start(WholeRecordPauseMs);
     return 1;
 }
 
@@ -526,24 +566,45 @@ bool CWork::sendBlock()
     param.words[1] = quint32(block.length);
     param.words[2] = quint32(block.offset);
     if (state() != Ready
-        || !KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::SetupWrite, &param,
-                                      m_transfer->record.constData() + block.offset,
-                                      quint32(block.length)))
+        || !countWrite(KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::SetupWrite, &param,
+                                                 m_transfer->record.constData() + block.offset,
+                                                 quint32(block.length))))
         return false;
+    // Frames of other threads queued meanwhile only lengthen the pause.
+    m_blockFrames = m_handle->framesQueued();
     ++m_transfer->nextBlock;
     return true;
+}
+
+std::chrono::milliseconds CWork::blockPauseLeft() const
+{
+    using namespace std::chrono;
+    if (!m_handle)
+        return 0ms;
+    // Counted from when the previous block left for the network, not from
+    // when it was queued: one written late would otherwise reach the
+    // recorder too close to the next.
+    const std::optional<steady_clock::time_point> written = m_handle->writtenAt(m_blockFrames);
+    if (!written)
+        return 1ms;
+    const steady_clock::time_point due = *written + milliseconds(WholeRecordPauseMs) + PauseMargin;
+    return std::max(ceil<milliseconds>(due - steady_clock::now()), 0ms);
 }
 
 void CWork::sendNextBlock()
 {
     if (!m_transfer || m_transfer->nextBlock >= int(SetupRecordMap::Blocks.size()))
         return;
+    if (const std::chrono::milliseconds left = blockPauseLeft(); left > 0ms) {
+        m_blockTimer.start(left);
+        return;
+    }
     if (!sendBlock()) {
         endTransfer(TransferOutcome::SendFailed);
         return;
     }
     if (m_transfer->nextBlock < int(SetupRecordMap::Blocks.size()))
-        m_blockTimer.start();
+        m_blockTimer.start(WholeRecordPauseMs);
 }
 
 void CWork::commit()
@@ -552,5 +613,12 @@ void CWork::commit()
         return;
     PACKET_PARAM param;
     param.words[0] = SetupRecordMap::CommitCategory;
-    KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::SetupWrite, &param);
+    countWrite(KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::SetupWrite, &param));
+}
+
+int CWork::countWrite(int sent)
+{
+    if (sent)
+        ++m_writesAwaited;
+    return sent;
 }

@@ -16,6 +16,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -56,6 +57,11 @@ public:
     static constexpr int KeepAliveIntervalMs = 5000;
     static constexpr int ClockIntervalMs = 1000;
     static constexpr int WholeRecordPauseMs = 100;
+    // Added to the pause: a block that reaches the recorder later after its
+    // write than the next one does (scheduling, a busy link) would otherwise
+    // arrive less than the pause before it. 5 % of the pause, within what
+    // a recorder waits anyway.
+    static constexpr std::chrono::milliseconds PauseMargin {5};
     static constexpr int FirmwareBufferSize = 524288;
 
     // The two whole-record writes and how the last one ended.
@@ -96,6 +102,8 @@ public:
     const std::array<quint32, 4> &setupAnswerValues() const { return m_setupAnswerValues; }
     bool clockValid() const { return m_clockValid; }
     RecorderTime clock() const { return m_clock ? *m_clock : RecorderTime {}; }
+    // The last time answer as the recorder gave it, before any tick.
+    const RecorderTime &timeAnswer() const { return m_timeAnswer; }
     QByteArray address() const { return m_address; }
     quint32 port() const { return m_port; }
 
@@ -124,6 +132,9 @@ public:
 
     // Completion bookkeeping of the acknowledgements (command 4609).
     void setSilentNextAcknowledgement() { m_silentNextAck = 1; }
+    // Setup writes and commits sent and not yet acknowledged. An
+    // acknowledgement while none is awaited is ignored.
+    int writesAwaited() const { return m_writesAwaited; }
 
     void setKeepAliveInterval(int ms) { m_keepAliveTimer.setInterval(ms); }
 
@@ -134,8 +145,12 @@ public:
         std::array<quint32, 8> words {};
         QByteArray data;
     };
+    // Set by every answer, and when the session's handle goes: then no
+    // answer can come any more.
     nelib::Event &firmwareReplyEvent() { return m_firmwareReplied; }
     FirmwareReply firmwareReply() const;
+    // How many answers have arrived in the worker's life; any thread.
+    quint64 firmwareReplies() const;
     // Sends one firmware packet (command 4227) from any thread.
     int sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data);
     void clearFirmwareBuffer();
@@ -164,9 +179,13 @@ private:
     void handleTimeAnswer(const QByteArray &packet);
     void handleAcknowledgement(bool applied);
     void handleFirmwareReply(const QByteArray &packet);
+    void loseConnection();
     bool isLive(const REMOTESOCKET_NOTIFY &record, quint64 channel) const;
     bool sendBlock();
     void sendNextBlock();
+    std::chrono::milliseconds blockPauseLeft() const;
+    // Counts a setup write or commit that went out; returns `sent`.
+    int countWrite(int sent);
     void endTransfer(TransferOutcome outcome);
     void report(SessionNotice::Kind kind, int loginCode = 0);
     void post(int kind, qintptr wParam = 0, qintptr lParam = 0);
@@ -197,16 +216,20 @@ private:
 
     mutable std::mutex m_firmwareMutex; // the upload thread reads what the reply handler wrote
     FirmwareReply m_firmwareReply;
+    quint64 m_firmwareReplies = 0;
     nelib::Event m_firmwareReplied;
     QPointer<QObject> m_upload;
 
     bool m_clockValid = false;
     bool m_connectFailed = false;
     bool m_wholeRecordReceived = false;
+    bool m_setupRequested = false;
     int m_silentNextAck = 0;
+    int m_writesAwaited = 0;
     std::optional<Transfer> m_transfer;
     TransferOutcome m_lastTransfer = TransferOutcome::None;
     QTimer m_blockTimer;
+    quint32 m_blockFrames = 0; // frames queued up to the last block sent
     // Written on this object's thread only; the upload thread's sends read
     // it under the mutex, so the handle is never destroyed under a send.
     std::mutex m_handleMutex;
@@ -220,6 +243,7 @@ private:
     quint32 m_port = 0;
     std::array<quint32, 8> m_dateTimeParam {};
     std::unique_ptr<RecorderTime> m_clock;
+    RecorderTime m_timeAnswer;
     std::array<quint32, 4> m_setupAnswerValues {};
 
     QTimer m_keepAliveTimer;

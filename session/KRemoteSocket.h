@@ -62,8 +62,9 @@ int KRSMGAPI_SendInitPacketData(KRSMGAPI_HANDLE handle);
 // the handle or a record pointer is null, the connection is not established
 // or has been closed or lost, or the payload is invalid (null data with a
 // nonzero length, or more than 1 MiB). A connection is lost when the peer
-// closes it, on a socket error, and when the peer sends a malformed frame.
-// Nothing is posted about the loss: the next send returns 0.
+// closes it, on a socket error, and when the peer sends a malformed frame;
+// sends are refused from then on, and an event of kind
+// REMOTESOCKET_NOTIFY::ConnectionLost follows. A Disconnect is no loss.
 
 // Login: the record as payload, all parameter words 0.
 int KRSMGAPI_SendPacketString(KRSMGAPI_HANDLE handle, qint32 command, const PACKET_STRING *string);

@@ -16,6 +16,10 @@ struct REMOTESOCKET_NOTIFY
     // The connection attempt failed (refused, unresolvable, unreachable).
     // Our transport's own addition: a hanging attempt reports nothing.
     static constexpr quint32 ConnectFailed = 0x1002;
+    // The established connection was lost: the peer closed it, a socket
+    // error, or a malformed frame. Our transport's addition too, so that a
+    // session learns of the loss when it happens, not at its next send.
+    static constexpr quint32 ConnectionLost = 0x1003;
 
     KRSMGAPI_HANDLE handle = nullptr;
     quint32 kind = Connected;

@@ -60,6 +60,16 @@ bool SocketChannel::send(qint32 command, const PACKET_PARAM &param, QByteArrayVi
     return m_io->send(command, param, payload);
 }
 
+quint32 SocketChannel::framesQueued()
+{
+    return m_io->framesQueued();
+}
+
+std::optional<std::chrono::steady_clock::time_point> SocketChannel::writtenAt(quint32 frames)
+{
+    return m_io->writtenAt(frames);
+}
+
 void SocketChannel::disconnect()
 {
     QMetaObject::invokeMethod(m_io, &SocketIo::shutDown, Qt::BlockingQueuedConnection);

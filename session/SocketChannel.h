@@ -3,14 +3,14 @@
 #pragma once
 
 #include "session/KRemoteSocket.h"
+#include "session/SocketIo.h"
 
 #include <QThread>
 
 #include <atomic>
+#include <chrono>
 
 namespace session {
-
-class SocketIo;
 
 // What a KRSMGAPI_HANDLE points to: one connection and the I/O thread that
 // serves it, alive from Create to Destroy. Disconnect waits for the I/O
@@ -34,6 +34,9 @@ public:
     bool sendOpen();
     bool send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload);
     void disconnect();
+    // See SocketIo.
+    quint32 framesQueued();
+    std::optional<std::chrono::steady_clock::time_point> writtenAt(quint32 frames);
 
 private:
     const quint64 m_serial;

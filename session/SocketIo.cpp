@@ -23,6 +23,24 @@ SocketIo::SocketIo(KRSMGAPI_HANDLE handle, quint64 channel, QObject *notify)
     , m_notify(notify)
 { }
 
+quint32 SocketIo::framesQueued()
+{
+    QMutexLocker lock(&m_mutex);
+    return m_nextSequence;
+}
+
+std::optional<std::chrono::steady_clock::time_point> SocketIo::writtenAt(quint32 frames)
+{
+    QMutexLocker lock(&m_mutex);
+    if (m_framesWritten < frames)
+        return std::nullopt;
+    for (const auto &[written, at] : m_writes) {
+        if (written >= frames)
+            return at;
+    }
+    return std::nullopt;
+}
+
 bool SocketIo::send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload)
 {
     // Encoded outside the lock (a firmware chunk is a megabyte); only the
@@ -124,6 +142,17 @@ void SocketIo::writeQueued()
             return;
         }
     }
+    if (frames.empty())
+        return;
+    // Handed to the network now rather than at the next turn of the loop,
+    // so that the time below is when the frames left.
+    m_socket->flush();
+    const auto now = std::chrono::steady_clock::now();
+    QMutexLocker lock(&m_mutex);
+    m_framesWritten += quint32(frames.size());
+    m_writes.emplace_back(m_framesWritten, now);
+    if (m_writes.size() > KeptWrites)
+        m_writes.pop_front();
 }
 
 void SocketIo::shutDown()
@@ -157,6 +186,7 @@ void SocketIo::lose()
         return;
     m_connected = false;
     m_socket->abort();
+    post(REMOTESOCKET_NOTIFY::ConnectionLost);
 }
 
 } // namespace session

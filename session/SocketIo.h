@@ -10,7 +10,10 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <deque>
+#include <optional>
+#include <utility>
 
 QT_BEGIN_NAMESPACE
 class QTcpSocket;
@@ -27,14 +30,24 @@ class SocketIo : public QObject
     Q_OBJECT
 
 public:
+    // Writes remembered for writtenAt().
+    static constexpr std::size_t KeptWrites = 16;
+
     SocketIo(KRSMGAPI_HANDLE handle, quint64 channel, QObject *notify);
 
     // Any thread. Queues one frame, numbered in queueing order; false when
     // the connection is not open or the payload is too large.
     bool send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload);
 
+    // Any thread. How many frames have been queued so far.
+    quint32 framesQueued();
+    // Any thread. When the first `frames` frames had been handed to the
+    // network (a later time for frames written long ago); nothing while
+    // they have not.
+    std::optional<std::chrono::steady_clock::time_point> writtenAt(quint32 frames);
+
     // Starts connecting; the outcome is posted as a Connected or a
-    // ConnectFailed event.
+    // ConnectFailed event, a later loss as a ConnectionLost event.
     void open(const QString &host, quint16 port);
     // Refuses further sends, writes the frames already queued and closes;
     // an attempt still connecting is abandoned. Nothing is posted after it.
@@ -54,6 +67,9 @@ private:
     bool m_accepting = false;
     quint32 m_nextSequence = 0;
     std::deque<QByteArray> m_queued;
+    // The last writes: how many frames had been written by each, and when.
+    quint32 m_framesWritten = 0;
+    std::deque<std::pair<quint32, std::chrono::steady_clock::time_point>> m_writes;
 
     // I/O thread only.
     const KRSMGAPI_HANDLE m_handle;

@@ -7,8 +7,11 @@
 #include "tests/session/ScriptedRecorder.h"
 #include "tests/session/SessionHarness.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <map>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -18,6 +21,7 @@ using firmware::FirmwareVersion;
 using firmware::PackageBuilder;
 using firmware::RecorderVersions;
 using session::Frame;
+using setup::SetupRecordMap;
 using Outcome = FirmwareUploader::Outcome;
 using Words = std::array<quint32, 8>;
 namespace W = firmware::PacketWords;
@@ -101,7 +105,7 @@ protected:
         percentages.clear();
         auto upload = std::make_unique<FirmwareUploader>(*harness.worker, package);
         current = upload.get();
-        upload->setWaits(0ms, silentOn == Never ? 10000ms : 300ms);
+        upload->setWaits(pause, silentOn == Never ? 10000ms : 300ms);
         QObject::connect(upload.get(), &FirmwareUploader::percentageChanged,
                          [this](int percent) { percentages.push_back(percent); });
         if (!upload->start()
@@ -133,6 +137,7 @@ protected:
     std::size_t silentOn = Never;
     std::size_t refusedOn = Never;
     bool cancelOnData = false;
+    std::chrono::milliseconds pause = 0ms;
     FirmwareUploader *current = nullptr;
     std::vector<int> percentages;
 };
@@ -258,4 +263,44 @@ TEST_F(FirmwareUploaderTest, TheSessionStopsItsUploadBeforeItsHandleGoes)
     ASSERT_TRUE(testsupport::waitFor([&] { return packets().size() >= 3; }));
     harness.worker.reset();
     EXPECT_TRUE(upload.isNull());
+}
+
+// At the recorder, the blocks of a whole-record write arrive at least 100 ms
+// apart, firmware packets at least 20 ms apart: never sooner. How much later
+// is no concern of this test.
+TEST_F(FirmwareUploaderTest, ThePausesAreNeverShorterAtTheRecorder)
+{
+    QElapsedTimer clock;
+    clock.start();
+    std::map<qint32, std::vector<qint64>> arrivals;
+    const auto answer = recorder.onFrame;
+    recorder.onFrame = [&](const Frame &frame) {
+        const bool block = frame.command == RemoteCommand::SetupWrite
+                           && frame.param.words[0] == SetupRecordMap::WholeBlockCategory;
+        if (block || frame.command == RemoteCommand::FirmwarePacket)
+            arrivals[frame.command].push_back(clock.nsecsElapsed());
+        answer(frame);
+    };
+    CWork &work = *harness.worker;
+    // The test's quick keep-alive would keep the recorder's thread busy too.
+    work.setKeepAliveInterval(CWork::KeepAliveIntervalMs);
+    ASSERT_NE(work.writeWholeRecord(CWork::WholeRecord::Default, recorder.record), 0);
+    ASSERT_TRUE(testsupport::waitFor([&] { return !work.transferRunning(); }));
+    EXPECT_EQ(work.lastTransferOutcome(), CWork::TransferOutcome::Succeeded);
+    pause = FirmwareUploader::PacketPause;
+    const auto upload = run(write(v(2, 0, 0, 0), {{2, v(2, 0, 0, 0), 450}}));
+    ASSERT_TRUE(upload);
+    EXPECT_EQ(upload->outcome(), Outcome::Completed);
+
+    const std::tuple<qint32, std::chrono::nanoseconds, std::size_t> kinds[] = {
+        {RemoteCommand::SetupWrite, std::chrono::milliseconds(CWork::WholeRecordPauseMs), 6},
+        // The header, five chunks, the end of the component and of the package.
+        {RemoteCommand::FirmwarePacket, FirmwareUploader::PacketPause, 8},
+    };
+    for (const auto &[command, minimum, count] : kinds) {
+        const std::vector<qint64> &times = arrivals[command];
+        ASSERT_EQ(times.size(), count) << command;
+        for (std::size_t i = 1; i < times.size(); ++i)
+            EXPECT_GE(times[i] - times[i - 1], minimum.count()) << command << " gap " << i;
+    }
 }

@@ -8,16 +8,12 @@
 #include "setup/ExportFile.h"
 #include "setup/SetupFiles.h"
 
-#include <QSaveFile>
-
 using setup::SetupFiles;
 
 bool SetupTransfer::exportFile(const CWork &work, const QString &path)
 {
-    const QByteArray bytes = setup::ExportFile::build(work.mirror());
-    QSaveFile file(path);
-    const bool written = !bytes.isEmpty() && file.open(QIODevice::WriteOnly)
-                         && file.write(bytes) == bytes.size() && file.commit();
+    QString error;
+    const bool written = setup::ExportFile::write(path, work.mirror(), &error);
     // Shown as it stands on purpose, untranslated, written or not.
     MessageSink::show(QStringLiteral("Export completed"));
     return written;

@@ -8,6 +8,7 @@
 #include "tests/session/ScriptedRecorder.h"
 #include "tests/session/SessionHarness.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -151,7 +152,7 @@ TEST(SetupTransfer, ASecondWholeRecordWriteIsRefusedWhileOneRunsAndTheSessionGoe
     EXPECT_EQ(harness.messages.last(), u"Complete Save   \t"_s);
 }
 
-TEST(SetupTransfer, ExportWritesTheRecordersRecordAndSaysSoEitherWay)
+TEST(SetupTransfer, ExportWritesTheRecordersRecordForItsOwnerAndSaysSoEitherWay)
 {
     ScriptedRecorder recorder;
     recorder.record = patternedRecord(1);
@@ -162,6 +163,8 @@ TEST(SetupTransfer, ExportWritesTheRecordersRecordAndSaysSoEitherWay)
     const QString path = dir.filePath(u"Export_SetupData.dat"_s);
     EXPECT_TRUE(SetupTransfer::exportFile(work, path));
     EXPECT_EQ(testsupport::readFile(path), ExportFile::build(recorder.record));
+    // It holds every account's password.
+    EXPECT_EQ(QFile::permissions(path), QFile::ReadOwner | QFile::WriteOwner);
     EXPECT_FALSE(SetupTransfer::exportFile(work, u"/nonexistent/folder/setup.dat"_s));
     EXPECT_EQ(harness.messages, (QStringList {u"Export completed"_s, u"Export completed"_s}));
 }

@@ -6,6 +6,7 @@
 #include "cli/ExitCode.h"
 #include "cli/FieldCommands.h"
 #include "cli/LoginFields.h"
+#include "cli/SessionCommands.h"
 #include "cli/UploadCommand.h"
 
 #include <QDateTime>
@@ -75,11 +76,10 @@ int checkOnce(const CommandContext &context, const QString &name, const QStringL
         return FieldCommands::checkGet(context, arguments);
     if (name == u"info"_s && !arguments.isEmpty())
         return context.usageError(u"info takes no arguments"_s);
-    if (name == u"set-time"_s
-        && (arguments.size() > 1
-            || (arguments.size() == 1
-                && !QDateTime::fromString(arguments.first(), u"yyyy-MM-ddTHH:mm:ss"_s).isValid())))
-        return context.usageError(u"set-time takes at most one time, as YYYY-MM-DDThh:mm:ss"_s);
+    if (name == u"set-time"_s) {
+        QDateTime when;
+        return SessionCommands::checkSetTime(context, arguments, &when);
+    }
     if (name == u"dump"_s && !arguments.isEmpty())
         return context.usageError(u"dump with --hosts dumps the recorders and takes no FILE"_s);
     if (name == u"export"_s) {

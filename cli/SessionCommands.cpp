@@ -111,22 +111,31 @@ int SessionCommands::exportSetup(const CommandContext &context, const QStringLis
     return Success;
 }
 
-int SessionCommands::setTime(const CommandContext &context, const QStringList &arguments)
+int SessionCommands::checkSetTime(const CommandContext &context, const QStringList &arguments,
+                                  QDateTime *when)
 {
     if (arguments.size() > 1)
         return context.usageError(u"set-time takes at most one time"_s);
-    QDateTime when = QDateTime::currentDateTime();
-    if (!arguments.isEmpty()) {
-        when = QDateTime::fromString(arguments.first(), u"yyyy-MM-ddTHH:mm:ss"_s);
-        if (!when.isValid())
-            return context.usageError(
-                u"set-time takes a time as YYYY-MM-DDThh:mm:ss, not '%1'"_s.arg(arguments.first()));
-        if (when.date().year() < FirstYear || when.date().year() > LastYear)
-            return context.usageError(
-                u"set-time takes a time in the years %1 to %2, not '%3'"_s.arg(FirstYear)
-                    .arg(LastYear)
-                    .arg(arguments.first()));
-    }
+    *when = QDateTime::currentDateTime();
+    if (arguments.isEmpty())
+        return Success;
+    *when = QDateTime::fromString(arguments.first(), u"yyyy-MM-ddTHH:mm:ss"_s);
+    if (!when->isValid())
+        return context.usageError(
+            u"set-time takes a time as YYYY-MM-DDThh:mm:ss, not '%1'"_s.arg(arguments.first()));
+    if (when->date().year() < FirstYear || when->date().year() > LastYear)
+        return context.usageError(
+            u"set-time takes a time in the years %1 to %2, not '%3'"_s.arg(FirstYear)
+                .arg(LastYear)
+                .arg(arguments.first()));
+    return Success;
+}
+
+int SessionCommands::setTime(const CommandContext &context, const QStringList &arguments)
+{
+    QDateTime when;
+    if (const int code = checkSetTime(context, arguments, &when))
+        return code;
     CliSession session(context);
     if (const int code = session.open())
         return code;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <QDateTime>
 #include <QStringList>
 
 namespace cli {
@@ -19,6 +20,10 @@ public:
     static int exportSetup(const CommandContext &context, const QStringList &arguments);
     // set-time [YYYY-MM-DDThh:mm:ss]: sets the recorder's clock (default: now).
     static int setTime(const CommandContext &context, const QStringList &arguments);
+    // Checks set-time's arguments before any recorder is contacted: Success
+    // with the time to set in `when`, else the usage error, printed.
+    static int checkSetTime(const CommandContext &context, const QStringList &arguments,
+                            QDateTime *when);
 };
 
 } // namespace cli

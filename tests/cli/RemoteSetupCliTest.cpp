@@ -72,6 +72,7 @@ TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
         {fleet + u"upload %D/missing.krp"_s, {u"missing.krp"_s}},
         {fleet + u"export %D/hosts"_s, {u"into a folder"_s}},
         {fleet + u"factory-default"_s, {u"does not run on a fleet"_s}},
+        {fleet + u"set-time 1969-12-31T23:59:59"_s, {u"in the years 1970 to 2099"_s}},
         {u"--port %P set date-time.utc-offset=-99999"_s, {u"out of range (-720 to 780)"_s}},
         {u"--port %P --user J\u4e2d info"_s,
          {u"the user id 'J\u4e2d' holds '\u4e2d', which code page WINDOWS-1252 cannot hold"_s}},

@@ -1,4 +1,5 @@
 #include "sim/RecorderServer.h"
+#include "sim/SessionThreads.h"
 #include "sim/SimOptions.h"
 #include "sim/StopSignals.h"
 
@@ -11,6 +12,8 @@
 #include <memory>
 #include <vector>
 
+#include <sys/resource.h>
+
 namespace {
 
 // Exit codes: a command line that makes no sense, and a recorder that cannot
@@ -22,6 +25,17 @@ void printLine(FILE *stream, const QString &text)
 {
     std::fputs(qPrintable(text + u'\n'), stream);
     std::fflush(stream);
+}
+
+// Every recorder and every connection takes a descriptor: a thousand
+// recorders need more than the usual soft limit, so take what the system allows.
+void raiseDescriptorLimit()
+{
+    rlimit limit {};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < limit.rlim_max) {
+        limit.rlim_cur = limit.rlim_max;
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
 }
 
 } // namespace
@@ -51,15 +65,19 @@ int main(int argc, char **argv)
         return 0;
     }
 
+    raiseDescriptorLimit();
     // Caught before the first announcement: whoever read it may stop us at once.
     const sim::StopSignals stop;
+    // Made before the recorders and gone after them: their sessions run there.
+    sim::SessionThreads threads(options->threads);
 
     // Every recorder starts before any is announced, so a failure leaves
     // standard output empty. It carries nothing but the announcements, so
     // that a script or test can read the ports from it.
     std::vector<std::unique_ptr<sim::RecorderServer>> recorders;
     for (int i = 0; i < options->count; ++i) {
-        auto recorder = std::make_unique<sim::RecorderServer>(*options, options->recordFileFor(i));
+        auto recorder
+            = std::make_unique<sim::RecorderServer>(*options, options->recordFileFor(i), &threads);
         if (!recorder->start(options->address, options->portFor(i), &error)) {
             printLine(stderr, QStringLiteral("recorder-sim: ") + error);
             return StartFailure;

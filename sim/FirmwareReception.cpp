@@ -21,6 +21,15 @@ namespace W = firmware::PacketWords;
 
 namespace sim {
 
+namespace {
+
+QString lacksUpgradeRight()
+{
+    return u"the account lacks Upgrade S/W"_s;
+}
+
+} // namespace
+
 FirmwareReception::FirmwareReception(RecorderServer *server,
                                      std::function<void(const QString &)> log)
     : m_server(server)
@@ -41,7 +50,7 @@ std::optional<FirmwareReception::Reply> FirmwareReception::handle(const Frame &f
         return header(frame, allowed);
     case W::Data:
         if (!allowed)
-            return refuse(u"the account lacks Upgrade S/W"_s);
+            return refuse(lacksUpgradeRight());
         return data(frame);
     case W::Stop:
         discard(u"stopped by the client"_s);
@@ -86,7 +95,7 @@ FirmwareReception::Reply FirmwareReception::header(const Frame &frame, bool allo
         return reply;
     };
     if (!allowed)
-        return decline(u"the account lacks Upgrade S/W"_s);
+        return decline(lacksUpgradeRight());
     if (m_server->options().busy) {
         reply.param.words[1] = W::Busy;
         m_log(u"firmware update refused: busy"_s);

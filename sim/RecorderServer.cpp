@@ -64,7 +64,7 @@ void RecorderServer::closeSessionsHere()
         // A listed session has not ended, so it has not deleted itself.
         const auto mine
             = std::stable_partition(m_sessions.begin(), m_sessions.end(), [](const Entry &e) {
-                  return e.session->thread() != QThread::currentThread();
+                  return !e.session || e.session->thread() != QThread::currentThread();
               });
         for (auto it = mine; it != m_sessions.end(); ++it) {
             m_loggedIn -= it->loggedIn;
@@ -236,24 +236,27 @@ std::vector<RecorderServer::Entry>::iterator RecorderServer::entryOf(const Recor
 
 void RecorderServer::admit(qintptr descriptor)
 {
+    const int id = m_nextSessionId++;
     {
         const QMutexLocker lock(&m_mutex);
         const auto leaving = std::count_if(m_sessions.cbegin(), m_sessions.cend(),
                                            [](const Entry &e) { return e.leaving; });
         // At the cap the oldest connection still without a login makes way,
         // so a flood of idle connections cannot lock the users out.
-        if (qsizetype(m_sessions.size()) - leaving + m_handedOver >= m_options.maxConnections) {
+        if (qsizetype(m_sessions.size()) - leaving >= m_options.maxConnections) {
             const auto idle
                 = std::find_if(m_sessions.begin(), m_sessions.end(),
                                [](const Entry &e) { return !e.loggedIn && !e.leaving; });
             if (idle != m_sessions.end()) {
                 idle->leaving = true;
                 // Posted while the session is listed: it is still there to
-                // take it, as it leaves the list only before it goes.
-                RecorderSession *session = idle->session;
-                QMetaObject::invokeMethod(session, [session] {
-                    session->drop(u"making way for a new connection at --max-connections"_s);
-                });
+                // take it, as it leaves the list only before it goes. One
+                // still on its way is closed as it arrives.
+                if (RecorderSession *session = idle->session) {
+                    QMetaObject::invokeMethod(session, [session] {
+                        session->drop(u"making way for a new connection at --max-connections"_s);
+                    });
+                }
             } else {
                 QTcpSocket socket;
                 socket.setSocketDescriptor(descriptor);
@@ -264,9 +267,8 @@ void RecorderServer::admit(qintptr descriptor)
                 return;
             }
         }
-        ++m_handedOver;
+        m_sessions.push_back({id});
     }
-    const int id = m_nextSessionId++;
     QMetaObject::invokeMethod(m_threads->next(),
                               [this, descriptor, id] { startSession(descriptor, id); });
 }
@@ -276,15 +278,23 @@ void RecorderServer::startSession(qintptr descriptor, int id)
     auto *socket = new QTcpSocket;
     const bool attached = socket->setSocketDescriptor(descriptor);
     const QMutexLocker lock(&m_mutex);
-    --m_handedOver;
-    if (!attached) {
-        qCWarning(lcRecorder).noquote()
-            << m_name << "cannot take a connection:" << socket->errorString();
-        delete socket;
-        ::close(int(descriptor));
+    const auto entry = std::find_if(m_sessions.begin(), m_sessions.end(),
+                                    [id](const Entry &e) { return e.id == id; });
+    if (attached && !entry->leaving) {
+        entry->session = new RecorderSession(socket, this, id);
         return;
     }
-    m_sessions.push_back({new RecorderSession(socket, this, id)});
+    if (attached) {
+        qCInfo(lcRecorder).noquote() << m_name << "connection" << id
+                                     << "closed: making way for a new connection at "
+                                        "--max-connections";
+    } else {
+        qCWarning(lcRecorder).noquote()
+            << m_name << "cannot take a connection:" << socket->errorString();
+        ::close(int(descriptor));
+    }
+    m_sessions.erase(entry);
+    delete socket;
 }
 
 } // namespace sim

@@ -96,9 +96,12 @@ public:
     int sessionCount() const;
 
 private:
+    // A connection, listed from its admission on; its session comes once
+    // its thread has taken it.
     struct Entry
     {
-        RecorderSession *session;
+        int id;
+        RecorderSession *session = nullptr;
         bool loggedIn = false;
         bool leaving = false; // asked to make way
     };
@@ -124,7 +127,6 @@ private:
     LoginThrottle m_throttle;
     QElapsedTimer m_uptime;
     std::vector<Entry> m_sessions; // oldest first
-    int m_handedOver = 0; // connections on their way to a session thread
     int m_loggedIn = 0;
     std::vector<ChangeTicket> m_unsaved;
 

@@ -30,9 +30,10 @@ QString lacksUpgradeRight()
 
 } // namespace
 
-FirmwareReception::FirmwareReception(RecorderServer *server,
+FirmwareReception::FirmwareReception(RecorderServer *server, RecorderSession *session,
                                      std::function<void(const QString &)> log)
     : m_server(server)
+    , m_session(session)
     , m_log(std::move(log))
 { }
 
@@ -263,7 +264,8 @@ FirmwareReception::Reply FirmwareReception::endOfPackage(const Frame &frame)
     Reply reply;
     reply.param.words[0] = W::DataReply;
     reply.param.words[1] = W::Accepted;
-    reply.change = m_server->write({{SetupRecordMap::SoftwareVersionOffset, version.toBytes()}});
+    reply.change
+        = m_server->write({{SetupRecordMap::SoftwareVersionOffset, version.toBytes()}}, m_session);
     return reply;
 }
 

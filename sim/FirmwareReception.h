@@ -16,6 +16,8 @@ class QSaveFile;
 
 namespace sim {
 
+class RecorderSession;
+
 // The firmware side of one recorder session. The header packet is answered
 // with the recorder's versions and the chunk size it takes. Every chunk and
 // end packet is checked against the header's component table, the running
@@ -36,7 +38,9 @@ public:
         RecorderServer::ChangeTicket change;
     };
 
-    FirmwareReception(RecorderServer *server, std::function<void(const QString &)> log);
+    // The changes of the record it makes are `session`'s.
+    FirmwareReception(RecorderServer *server, RecorderSession *session,
+                      std::function<void(const QString &)> log);
     ~FirmwareReception();
 
     // The reply to `frame` (a firmware packet), or nothing when it gets none.
@@ -73,6 +77,7 @@ private:
     Reply refuse(const QString &problem);
 
     RecorderServer *m_server;
+    RecorderSession *m_session;
     std::function<void(const QString &)> m_log;
     std::optional<Transfer> m_transfer;
 };

@@ -68,6 +68,7 @@ void RecorderServer::closeSessionsHere()
               });
         for (auto it = mine; it != m_sessions.end(); ++it) {
             m_loggedIn -= it->loggedIn;
+            m_live.erase(it->session);
             here.push_back(it->session);
         }
         m_sessions.erase(mine, m_sessions.end());
@@ -114,9 +115,11 @@ quint32 RecorderServer::rights(int account) const
     return UserAccounts::rights(m_store.record(), account);
 }
 
-RecorderServer::ChangeTicket RecorderServer::write(const std::vector<Piece> &pieces)
+RecorderServer::ChangeTicket RecorderServer::write(const std::vector<Piece> &pieces,
+                                                   RecorderSession *session)
 {
     auto ticket = std::make_shared<Change>();
+    ticket->session = session;
     const QMutexLocker lock(&m_mutex);
     for (const Piece &piece : pieces)
         m_store.write(piece.offset, piece.bytes);
@@ -126,33 +129,49 @@ RecorderServer::ChangeTicket RecorderServer::write(const std::vector<Piece> &pie
 
 void RecorderServer::save()
 {
-    // The file is written outside the lock, so the sessions keep reading
-    // and changing the record meanwhile; the next save takes those changes.
-    const QMutexLocker saving(&m_saving);
-    QByteArray record;
-    std::vector<ChangeTicket> covered;
     {
         const QMutexLocker lock(&m_mutex);
-        if (m_unsaved.empty())
+        if (m_saving || m_unsaved.empty())
             return;
-        record = m_store.record();
-        covered = std::exchange(m_unsaved, {});
+        m_saving = true;
     }
-    QString error;
-    const bool saved = m_store.writeFile(record, &error);
-    const QMutexLocker lock(&m_mutex);
-    if (saved) {
-        m_store.markSaved(record);
-    } else {
-        // Memory never claims what the file does not hold: every change not
-        // on disk is undone, also those made while the file was written.
-        qCWarning(lcRecorder).noquote() << m_name << error << "| the changes are undone";
-        m_store.undo();
-        covered.insert(covered.end(), m_unsaved.begin(), m_unsaved.end());
-        m_unsaved.clear();
+    // The file is written outside the lock, so the sessions keep reading
+    // and changing the record meanwhile; the next round takes those changes.
+    for (;;) {
+        QByteArray record;
+        std::vector<ChangeTicket> covered;
+        {
+            const QMutexLocker lock(&m_mutex);
+            if (m_unsaved.empty()) {
+                m_saving = false;
+                return;
+            }
+            record = m_store.record();
+            covered = std::exchange(m_unsaved, {});
+        }
+        QString error;
+        const bool saved = m_store.writeFile(record, &error);
+        const QMutexLocker lock(&m_mutex);
+        if (saved) {
+            m_store.markSaved(record);
+        } else {
+            // Memory never claims what the file does not hold: every change
+            // not on disk is undone, also those made while the file was written.
+            qCWarning(lcRecorder).noquote() << m_name << error << "| the changes are undone";
+            m_store.undo();
+            covered.insert(covered.end(), m_unsaved.begin(), m_unsaved.end());
+            m_unsaved.clear();
+        }
+        std::unordered_set<RecorderSession *> told;
+        for (const ChangeTicket &ticket : covered) {
+            ticket->state.store(saved ? Change::Saved : Change::Undone, std::memory_order_release);
+            // Posted while the session is live: it leaves m_live before it goes.
+            if (m_live.contains(ticket->session) && told.insert(ticket->session).second) {
+                RecorderSession *session = ticket->session;
+                QMetaObject::invokeMethod(session, [session] { session->changesSettled(); });
+            }
+        }
     }
-    for (const ChangeTicket &ticket : covered)
-        ticket->state.store(saved ? Change::Saved : Change::Undone, std::memory_order_release);
 }
 
 QDateTime RecorderServer::now() const
@@ -219,6 +238,7 @@ void RecorderServer::sessionEnded(const RecorderSession *session)
     if (entry == m_sessions.end())
         return;
     m_loggedIn -= entry->loggedIn;
+    m_live.erase(entry->session);
     m_sessions.erase(entry);
 }
 
@@ -282,6 +302,7 @@ void RecorderServer::startSession(qintptr descriptor, int id)
                                     [id](const Entry &e) { return e.id == id; });
     if (attached && !entry->leaving) {
         entry->session = new RecorderSession(socket, this, id);
+        m_live.insert(entry->session);
         return;
     }
     if (attached) {

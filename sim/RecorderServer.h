@@ -7,13 +7,13 @@
 #include "sim/SimOptions.h"
 
 #include <QElapsedTimer>
-#include <QList>
 #include <QLoggingCategory>
 #include <QMutex>
 #include <QObject>
 
 #include <atomic>
 #include <memory>
+#include <unordered_set>
 #include <vector>
 
 struct PACKET_STRING;
@@ -47,6 +47,7 @@ public:
     {
         enum State { Pending, Saved, Undone };
         std::atomic<int> state {Pending};
+        RecorderSession *session; // told once the state is settled
     };
     using ChangeTicket = std::shared_ptr<Change>;
     struct Piece
@@ -72,12 +73,13 @@ public:
 
     QByteArray record() const;
     quint32 rights(int account) const;
-    // Changes the record in memory, every piece at once, so that no save
-    // takes some of them without the others; the ticket tells once a save
-    // covered them.
-    ChangeTicket write(const std::vector<Piece> &pieces);
-    // Saves every change made so far. On return each of them is either on
-    // disk or undone (when the file could not be written).
+    // Changes the record in memory for `session`, every piece at once, so
+    // that no save takes some of them without the others; the ticket tells
+    // once a save covered them, and the session hears changesSettled().
+    ChangeTicket write(const std::vector<Piece> &pieces, RecorderSession *session);
+    // Saves every change made so far, unless another thread is saving: that
+    // one goes on until no change is left, so no thread waits for another's
+    // file replacement.
     void save();
 
     QDateTime now() const;
@@ -129,8 +131,8 @@ private:
     std::vector<Entry> m_sessions; // oldest first
     int m_loggedIn = 0;
     std::vector<ChangeTicket> m_unsaved;
-
-    QMutex m_saving; // one file replacement at a time, in the order of the records
+    bool m_saving = false; // a thread replaces the file; one at a time, in order
+    std::unordered_set<RecorderSession *> m_live; // sessions that may be told
 };
 
 } // namespace sim

@@ -45,7 +45,7 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
     : m_socket(socket)
     , m_server(server)
     , m_id(id)
-    , m_firmware(server, [this](const QString &text) { log(text); })
+    , m_firmware(server, this, [this](const QString &text) { log(text); })
 {
     socket->setParent(this);
     socket->setReadBufferSize(Frame::MaxSize);
@@ -96,9 +96,12 @@ QHostAddress RecorderSession::peerAddress() const
 void RecorderSession::saveChanges()
 {
     m_saveQueued = false;
-    if (m_ended)
-        return;
-    m_server->save();
+    if (!m_ended)
+        m_server->save();
+}
+
+void RecorderSession::changesSettled()
+{
     sendDueAnswers();
 }
 
@@ -335,7 +338,7 @@ void RecorderSession::setupWrite(const Frame &frame)
         return;
     }
     log(u"write applied (%1)"_s.arg(what));
-    acknowledgeWhenSaved(m_server->write({{qsizetype(offset), frame.payload}}));
+    acknowledgeWhenSaved(m_server->write({{qsizetype(offset), frame.payload}}, this));
 }
 
 void RecorderSession::commit()
@@ -346,7 +349,7 @@ void RecorderSession::commit()
         return;
     }
     log(u"commit: %1 staged writes applied"_s.arg(m_staged.size()));
-    acknowledgeWhenSaved(m_server->write(std::exchange(m_staged, {})));
+    acknowledgeWhenSaved(m_server->write(std::exchange(m_staged, {}), this));
 }
 
 void RecorderSession::acknowledge(bool applied)

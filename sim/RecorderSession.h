@@ -34,6 +34,8 @@ public:
     QHostAddress peerAddress() const;
     // Closes the connection at once, answers unsent.
     void drop(const QString &reason);
+    // A save has settled changes of this session: what waited for them goes.
+    void changesSettled();
 
 private:
     struct Answer
@@ -67,8 +69,7 @@ private:
     void acknowledge(bool applied);
     void acknowledgeWhenSaved(RecorderServer::ChangeTicket change);
     void firmwarePacket(const session::Frame &frame);
-    // Saves the changes of this turn of the event loop, then sends what
-    // waited for them.
+    // Saves the changes of this turn of the event loop.
     void saveChanges();
 
     void answer(qint32 command, const PACKET_PARAM &param, const QByteArray &payload = {},

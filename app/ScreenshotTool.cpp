@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // remote-setup-screenshots: pictures of the real main window for the
 // documentation. Starts a simulated recorder with a fresh record, connects to
 // it through the connection panel and saves the window as PNG files: the

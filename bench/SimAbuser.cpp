@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // sim-abuser PORT N: attaches N connections that never send a frame and one
 // client that logs in, asks for the setup record again and again and never
 // reads an answer, to the recorder on 127.0.0.1:PORT. Prints "attached" once

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/CliSession.h"
 
 #include "cli/CommandContext.h"
 #include "cli/ExitCode.h"
-#include "i18n/CodePage.h"
+#include "cli/LoginFields.h"
 #include "session/ConnectingWait.h"
 #include "session/Frame.h"
 #include "session/RemoteCommand.h"
@@ -32,19 +34,6 @@ constexpr int ProbeMs = 100;
 bool isLoginRefusal(std::optional<int> code)
 {
     return code && *code != CWork::LoginOk && *code >= 0 && *code <= 7;
-}
-
-// A text cut to its field would name another host, account or password.
-std::optional<QByteArray> fieldText(const nelib::CodePage &codePage, const QString &text,
-                                    int fieldSize, const char *what, QString *error)
-{
-    QByteArray bytes = codePage.encode(text);
-    if (bytes.size() <= fieldSize - 1)
-        return bytes;
-    *error = u"the %1 is %2 bytes in code page %3; at most %4 fit"_s.arg(
-        QLatin1StringView(what), QString::number(bytes.size()),
-        QString::fromLatin1(codePage.name()), QString::number(fieldSize - 1));
-    return std::nullopt;
 }
 
 } // namespace
@@ -94,23 +83,13 @@ int CliSession::open()
 {
     const GlobalOptions &options = m_context.options();
     QString error;
-    const auto password = options.password(&error);
-    if (!password)
+    const auto fields = LoginFields::from(options, &error);
+    if (!fields)
         return m_context.fail(UsageError, error);
-
-    const nelib::CodePage &codePage = nelib::CodePage::system();
-    const auto address
-        = fieldText(codePage, options.host, ConnectionRecord::AddressSize, "host name", &error);
-    const auto memberId
-        = fieldText(codePage, options.user, ConnectionRecord::MemberIdSize, "user id", &error);
-    const auto secret
-        = fieldText(codePage, *password, ConnectionRecord::PasswordSize, "password", &error);
-    if (!address || !memberId || !secret)
-        return m_context.fail(UsageError, error);
-    m_record.address = *address;
+    m_record.address = fields->address;
     m_record.port = options.port;
-    m_record.memberId = *memberId;
-    m_record.password = *secret;
+    m_record.memberId = fields->memberId;
+    m_record.password = fields->password;
     m_deadline = QDateTime::currentMSecsSinceEpoch() + qint64(options.timeoutSeconds) * 1000;
 
     m_worker = std::make_unique<CWork>();

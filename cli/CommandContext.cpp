@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/CommandContext.h"
 
 #include "cli/ExitCode.h"

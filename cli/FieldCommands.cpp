@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/FieldCommands.h"
 
 #include "cli/CliSession.h"
@@ -5,6 +7,8 @@
 #include "cli/ExitCode.h"
 #include "cli/FieldValueParser.h"
 #include "cli/HostsFile.h"
+#include "cli/InputFile.h"
+#include "cli/SecretMask.h"
 #include "i18n/CodePage.h"
 #include "i18n/Translator.h"
 #include "session/SessionMessage.h"
@@ -251,6 +255,8 @@ private:
 int readRecordFile(const CommandContext &context, const QString &path, QByteArray *record,
                    bool *exportFile)
 {
+    if (const auto refusal = InputFile::refusal(path))
+        return context.fail(UsageError, *refusal);
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return context.fail(UsageError, u"cannot read %1: %2"_s.arg(path, file.errorString()));
@@ -373,6 +379,7 @@ int FieldCommands::get(const CommandContext &context, const QStringList &argumen
                          + RecordDump::value(record, *name.field, e.i, e.j));
         }
     }
+    lines = SecretMask(context.options().showSecrets).values(lines);
     if (json)
         printJson(context, {{u"settings"_s, settingsJson(lines)}});
     else
@@ -439,7 +446,7 @@ int FieldCommands::set(const CommandContext &context, const QStringList &argumen
                          + RecordDump::value(record, *a.name.field, e.i, e.j));
         }
     }
-    printLines(context, lines);
+    printLines(context, SecretMask(context.options().showSecrets).values(lines));
     return Success;
 }
 
@@ -453,7 +460,8 @@ int FieldCommands::dump(const CommandContext &context, const QStringList &argume
     QByteArray record;
     if (const int code = readSource(context, source, &record))
         return code;
-    const QStringList lines = RecordDump::dump(record);
+    const QStringList lines
+        = SecretMask(context.options().showSecrets).values(RecordDump::dump(record));
     if (json) {
         printJson(context,
                   {{u"source"_s, source.isEmpty() ? u'@' + context.options().host : source},
@@ -470,6 +478,12 @@ int FieldCommands::diff(const CommandContext &context, const QStringList &argume
     const bool json = takeJson(&sources);
     if (sources.size() != 2)
         return context.usageError(u"diff takes two setups: FILE or @HOST[:PORT] each"_s);
+    // The second file is refused before the first source's recorder is asked.
+    for (const QString &source : sources) {
+        const auto refusal = source.startsWith(u'@') ? std::nullopt : InputFile::refusal(source);
+        if (refusal)
+            return context.fail(UsageError, *refusal);
+    }
     QByteArray before;
     QByteArray after;
     bool beforeExport = false;
@@ -485,8 +499,9 @@ int FieldCommands::diff(const CommandContext &context, const QStringList &argume
         FieldTable::setBytes(beforeExport ? before : after, version,
                              FieldTable::bytes(known, version));
     }
+    const SecretMask mask(context.options().showSecrets);
     if (!json) {
-        printLines(context, RecordDump::diff(before, after));
+        printLines(context, mask.changes(RecordDump::diff(before, after)));
         return Success;
     }
     // Both dumps list the same names in the same order.
@@ -497,9 +512,10 @@ int FieldCommands::diff(const CommandContext &context, const QStringList &argume
         if (a[k] == b[k])
             continue;
         const qsizetype at = a[k].indexOf(u" = "_s);
-        changes.append(QJsonObject {{u"name"_s, a[k].left(at)},
-                                    {u"before"_s, a[k].mid(at + 3)},
-                                    {u"after"_s, b[k].mid(at + 3)}});
+        const QString name = a[k].left(at);
+        changes.append(QJsonObject {{u"name"_s, name},
+                                    {u"before"_s, mask.value(name, a[k].mid(at + 3))},
+                                    {u"after"_s, mask.value(name, b[k].mid(at + 3))}});
     }
     printJson(context,
               {{u"before"_s, sources[0]}, {u"after"_s, sources[1]}, {u"changes"_s, changes}});

@@ -1,5 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/FieldValueParser.h"
 
+#include "cli/SecretMask.h"
 #include "i18n/CodePage.h"
 #include "setup/LittleEndian.h"
 
@@ -121,6 +124,9 @@ std::optional<quint32> FieldValueParser::number(const FieldInfo &field, QStringV
 std::optional<QByteArray> FieldValueParser::text(const FieldInfo &field, QStringView value,
                                                  QString *error) const
 {
+    // A password is never repeated, not even one too long to be one.
+    const bool secret = SecretMask::isSecret(field);
+    const QString shown = secret ? u"the value"_s : value.toString();
     QByteArray bytes;
     // The dump's quoted form: \" \\ and \xNN are bytes, the rest is text.
     const bool quoted = value.size() >= 2 && value.startsWith(u'"') && value.endsWith(u'"');
@@ -137,7 +143,7 @@ std::optional<QByteArray> FieldValueParser::text(const FieldInfo &field, QString
                                  ? body.sliced(k + 2, 2).toInt(&ok, 16)
                                  : -1;
             if (!ok) {
-                *error = u"bad escape in %1 (use \\\", \\\\ or \\xNN)"_s.arg(value);
+                *error = u"bad escape in %1 (use \\\", \\\\ or \\xNN)"_s.arg(shown);
                 return std::nullopt;
             }
             bytes.append(char(byte));
@@ -147,14 +153,15 @@ std::optional<QByteArray> FieldValueParser::text(const FieldInfo &field, QString
         const QStringView one = body.sliced(k, 1);
         const QByteArray encoded = m_codePage.encode(one);
         if (m_codePage.decode(encoded) != one) {
-            *error = u"'%1' cannot be written in code page %2"_s.arg(
-                c, QString::fromLatin1(m_codePage.name()));
+            *error = u"%1 cannot be written in code page %2"_s.arg(
+                secret ? u"a character of the value"_s : u"'%1'"_s.arg(c),
+                QString::fromLatin1(m_codePage.name()));
             return std::nullopt;
         }
         bytes.append(encoded);
     }
     if (bytes.size() > field.width) {
-        *error = u"%1 is %2 bytes long; at most %3 fit"_s.arg(value)
+        *error = u"%1 is %2 bytes long; at most %3 fit"_s.arg(shown)
                      .arg(bytes.size())
                      .arg(field.width);
         return std::nullopt;

@@ -1,8 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/Fleet.h"
 
 #include "cli/CommandContext.h"
 #include "cli/ExitCode.h"
 #include "cli/FieldCommands.h"
+#include "cli/LoginFields.h"
 #include "firmware/FirmwarePackage.h"
 
 #include <QDateTime>
@@ -130,6 +133,10 @@ int Fleet::run(const CommandContext &context, const QString &name, const QString
     }
     if (const int code = checkOnce(context, name, arguments))
         return code;
+    // The password and the default user, which every session sends.
+    QString error;
+    if (!LoginFields::from(options, &error))
+        return context.fail(UsageError, error);
 
     QHash<QString, int> perHost;
     for (const HostEntry &host : *hosts)

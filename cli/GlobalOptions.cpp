@@ -1,4 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/GlobalOptions.h"
+
+#include "cli/InputFile.h"
 
 #include <QCommandLineParser>
 #include <QFile>
@@ -33,8 +37,9 @@ std::optional<GlobalOptions> GlobalOptions::parse(const QStringList &arguments, 
     const QCommandLineOption timeout(u"timeout"_s, QString(), u"S"_s);
     const QCommandLineOption hosts(u"hosts"_s, QString(), u"FILE"_s);
     const QCommandLineOption jobs(u"jobs"_s, QString(), u"N"_s);
+    const QCommandLineOption showSecrets(u"show-secrets"_s);
     const QCommandLineOption help(QStringList {u"h"_s, u"help"_s});
-    parser.addOptions({host, port, user, passwordFile, timeout, hosts, jobs, help});
+    parser.addOptions({host, port, user, passwordFile, timeout, hosts, jobs, showSecrets, help});
 
     if (!parser.parse(QStringList {u"remote-setup-cli"_s} + arguments)) {
         *error = parser.errorText();
@@ -86,6 +91,7 @@ std::optional<GlobalOptions> GlobalOptions::parse(const QStringList &arguments, 
         }
         options.jobs = *value;
     }
+    options.showSecrets = parser.isSet(showSecrets);
     *rest = parser.positionalArguments();
     return options;
 }
@@ -94,12 +100,16 @@ std::optional<QString> GlobalOptions::password(QString *error) const
 {
     if (passwordFile.isEmpty())
         return qEnvironmentVariable("REMOTE_SETUP_PASSWORD");
+    if (const auto refusal = InputFile::refusal(passwordFile)) {
+        *error = u"password file "_s + *refusal;
+        return std::nullopt;
+    }
     QFile file(passwordFile);
     if (!file.open(QIODevice::ReadOnly)) {
         *error = u"cannot read password file %1: %2"_s.arg(passwordFile, file.errorString());
         return std::nullopt;
     }
-    // A device or a file without line ends must not hold the command up.
+    // A file without line ends must not hold the command up.
     QByteArray line = file.readLine(MaxPasswordLine + 2);
     const bool ended = line.endsWith('\n') || file.atEnd();
     while (line.endsWith('\n') || line.endsWith('\r'))

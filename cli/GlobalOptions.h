@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include <QString>
@@ -21,6 +23,8 @@ public:
     // A fleet: the recorders of this file instead of --host, --jobs at once.
     QString hostsFile;
     int jobs = 8;
+    // Passwords in the output as they are instead of masked.
+    bool showSecrets = false;
     static constexpr int MaxJobs = 256;
 
     // Parses the arguments after the program name up to the command. On

@@ -1,9 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/HostsFile.h"
 
+#include "cli/InputFile.h"
+#include "cli/LoginFields.h"
 #include "session/ConnectionRecord.h"
 
 #include <QFile>
 #include <QHash>
+#include <QHostAddress>
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
@@ -14,6 +19,15 @@ namespace {
 
 // Far more than any fleet; a bigger file is not a hosts file.
 constexpr qint64 MaxFileBytes = 4 * 1024 * 1024;
+
+// One spelling per recorder: 127.000.000.001 and 127.0.0.1, or ::1 and
+// 0:0::1, are the same address; host names compare without case.
+QString duplicateKey(const HostEntry &entry)
+{
+    const QHostAddress address(entry.host);
+    const QString host = address.isNull() ? entry.host.toLower() : address.toString();
+    return host + u'/' + QString::number(entry.port);
+}
 
 } // namespace
 
@@ -87,9 +101,14 @@ std::optional<QList<HostEntry>> HostsFile::parse(QStringView text, const QString
             continue;
         }
         entry->line = lineNumber;
-        if (fields.size() == 2)
+        if (fields.size() == 2) {
+            if (!LoginFields::memberIdOf(fields[1], &error)) {
+                report(error);
+                continue;
+            }
             entry->user = fields[1];
-        const QString key = entry->label().toLower();
+        }
+        const QString key = duplicateKey(*entry);
         if (const auto first = seen.constFind(key); first != seen.cend()) {
             report(u"%1 is already listed on line %2"_s.arg(entry->label()).arg(*first));
             continue;
@@ -107,6 +126,10 @@ std::optional<QList<HostEntry>> HostsFile::parse(QStringView text, const QString
 std::optional<QList<HostEntry>> HostsFile::read(const QString &path, quint16 defaultPort,
                                                 QStringList *errors)
 {
+    if (const auto refusal = InputFile::refusal(path)) {
+        errors->append(u"hosts file "_s + *refusal);
+        return std::nullopt;
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         errors->append(u"cannot read hosts file %1: %2"_s.arg(path, file.errorString()));

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/RemoteSetupCli.h"
 
 #include "cli/CommandContext.h"
@@ -5,6 +7,7 @@
 #include "cli/FieldCommands.h"
 #include "cli/Fleet.h"
 #include "cli/GlobalOptions.h"
+#include "cli/InputFile.h"
 #include "cli/SessionCommands.h"
 #include "cli/SetupFileCommands.h"
 #include "cli/TranslateCommand.h"
@@ -21,12 +24,12 @@ const RemoteSetupCli::Command RemoteSetupCli::s_commands[] = {
     {"export", "export FILE", "write the recorder's setup to an export file",
      &SessionCommands::exportSetup},
     {"import", "import FILE", "check an export file against the recorder and send it",
-     &SetupFileCommands::importSetup},
+     &SetupFileCommands::importSetup, true},
     {"factory-default", "factory-default [--default-file F]",
      "restore the factory defaults (the installed DEFDVRSETUP.DAT unless F is given)",
      &SetupFileCommands::factoryDefault},
     {"upload", "upload PACKAGE", "send a firmware update package (.KRP) to the recorder",
-     &UploadCommand::run},
+     &UploadCommand::run, true},
     {"set-time", "set-time [YYYY-MM-DDThh:mm:ss]",
      "set the recorder's clock (default: this computer's local time)", &SessionCommands::setTime},
     {"get", "get [--json] NAME...",
@@ -76,6 +79,10 @@ int RemoteSetupCli::run(const QStringList &arguments)
     for (const Command &command : s_commands) {
         if (name != QLatin1StringView(command.name))
             continue;
+        for (qsizetype k = 0; command.readsFiles && k < rest.size(); ++k) {
+            if (const auto refusal = InputFile::refusal(rest[k]))
+                return context.fail(UsageError, *refusal);
+        }
         if (!options->hostsFile.isEmpty())
             return Fleet::run(context, name, rest, command.run);
         return command.run(context, rest);
@@ -86,7 +93,7 @@ int RemoteSetupCli::run(const QStringList &arguments)
 void RemoteSetupCli::printUsage(QTextStream &stream) const
 {
     stream << "usage: remote-setup-cli [--host H] [--port P] [--user ID] [--password-file F]"
-              " [--timeout S]\n       [--hosts FILE [--jobs N]] COMMAND ...\n\n"
+              " [--timeout S]\n       [--hosts FILE [--jobs N]] [--show-secrets] COMMAND ...\n\n"
               "Options (defaults 127.0.0.1, 9000, Admin, no password, 30 s, 8 jobs):\n"
               "  --host H           the recorder's host name or IPv4 address\n"
               "  --port P           its port\n"
@@ -98,11 +105,20 @@ void RemoteSetupCli::printUsage(QTextStream &stream) const
               "                     'host[:port] [user]' a line (--port and --user are\n"
               "                     the defaults); export then takes a folder DIR/\n"
               "  --jobs N           with --hosts, talk to at most N recorders at once\n"
+              "  --show-secrets     print passwords (the accounts' and the e-mail one) as\n"
+              "                     they are; otherwise get, dump, diff and set show\n"
+              "                     them as ********\n"
               "  --version          print the program's version and exit\n\n"
               "Commands:\n";
     for (const Command &command : s_commands)
         stream << "  " << command.synopsis << "\n      " << command.summary << '\n';
-    stream << "\nExit codes: 0 success, 1 refused, 2 usage error or unreadable input file,"
+    stream << "\nChecked before any recorder is contacted: every argument, every line of the\n"
+              "hosts file (addresses, duplicates, user ids), user id and password (length and\n"
+              "code page), values against their fields' ranges, and input files, which must\n"
+              "be regular files (a FIFO, a folder or a device is refused); an import file, a\n"
+              "--default-file or a package that is not what it should be is refused with\n"
+              "nothing sent. Export files are written readable by their owner only.\n"
+              "\nExit codes: 0 success, 1 refused, 2 usage error or unreadable input file,"
               " 3 no session.\n";
 }
 

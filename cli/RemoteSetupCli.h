@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include <QStringList>
@@ -23,6 +25,8 @@ private:
         const char *synopsis;
         const char *summary;
         int (*run)(const CommandContext &, const QStringList &);
+        // Every argument is an input file, checked before the command runs.
+        bool readsFiles = false;
     };
     static const Command s_commands[];
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/SessionCommands.h"
 
 #include "cli/CliSession.h"
@@ -8,7 +10,6 @@
 #include "setup/SetupRecordMap.h"
 
 #include <QDateTime>
-#include <QSaveFile>
 
 using namespace Qt::StringLiterals;
 using nelib::LittleEndian;
@@ -72,11 +73,9 @@ int SessionCommands::exportSetup(const CommandContext &context, const QStringLis
     if (const int code = session.open())
         return code;
 
-    QSaveFile file(arguments.first());
-    const QByteArray bytes = setup::ExportFile::build(session.worker().mirror());
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        return context.fail(UsageError,
-                            u"cannot write %1: %2"_s.arg(arguments.first(), file.errorString()));
+    QString error;
+    if (!setup::ExportFile::write(arguments.first(), session.worker().mirror(), &error))
+        return context.fail(UsageError, u"cannot write %1: %2"_s.arg(arguments.first(), error));
     context.out() << "Export completed\n";
     context.out().flush();
     return Success;

@@ -1,11 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/SetupFileCommands.h"
 
 #include "cli/CliSession.h"
 #include "cli/CommandContext.h"
 #include "cli/ExitCode.h"
+#include "cli/InputFile.h"
 #include "i18n/Translator.h"
 #include "session/SetupTransfer.h"
 #include "setup/ExportFile.h"
+#include "setup/LittleEndian.h"
 #include "setup/SetupFiles.h"
 #include "setup/SetupRecordMap.h"
 
@@ -15,6 +19,7 @@
 #include <functional>
 
 using namespace Qt::StringLiterals;
+using nelib::LittleEndian;
 using setup::ExportFile;
 using setup::SetupFiles;
 using setup::SetupRecordMap;
@@ -66,6 +71,22 @@ int transfer(const CommandContext &context, CliSession &session,
         u"the recorder refused %1; nothing more was sent and nothing was committed"_s.arg(what));
 }
 
+// The first thing that makes `image` no default setup file, or empty.
+QString defaultFault(const SetupFiles::FileContents &image)
+{
+    const SetupFiles::DefaultFaults faults = SetupFiles::defaultFaults(image);
+    if (faults & SetupFiles::DefaultFault::Size)
+        return u"it is %1 bytes, not %2"_s.arg(image.fileSize).arg(SetupRecordMap::RecordSize);
+    if (faults & SetupFiles::DefaultFault::Version)
+        return u"its layout version is 0x%1, not 0x%2"_s.arg(
+            QString::number(LittleEndian::u32(image.bytes, SetupRecordMap::LayoutVersionOffset), 16)
+                .rightJustified(8, u'0'),
+            QString::number(SetupRecordMap::LayoutVersion, 16).rightJustified(8, u'0'));
+    if (faults & SetupFiles::DefaultFault::Marks)
+        return u"its header lacks the record size and channel-record count of one"_s;
+    return {};
+}
+
 } // namespace
 
 int SetupFileCommands::importSetup(const CommandContext &context, const QStringList &arguments)
@@ -105,14 +126,22 @@ int SetupFileCommands::factoryDefault(const CommandContext &context, const QStri
     if (!parser.positionalArguments().isEmpty())
         return context.usageError(u"factory-default takes no arguments besides --default-file F"_s);
 
-    // The window sends whatever it finds; a script is told instead, so that
-    // a mistyped path never wipes a recorder.
-    const QString path
-        = parser.isSet(defaultFile) ? parser.value(defaultFile) : SetupFiles::defaultFilePath();
+    // The installed file is taken as the window takes it, except that a
+    // script is told of a short one; a file named on the command line must
+    // be a default setup file, for anything else would wipe the recorder
+    // (an all-0xFF file locks the Admin out).
+    const bool named = parser.isSet(defaultFile);
+    const QString path = named ? parser.value(defaultFile) : SetupFiles::defaultFilePath();
+    if (const auto refusal = InputFile::refusal(path))
+        return context.fail(UsageError, *refusal);
     const SetupFiles::FileContents image = SetupFiles::readDefaultFile(path);
     if (image.status != SetupFiles::FileStatus::Read)
         return context.fail(UsageError, u"cannot read default file %1"_s.arg(path));
-    if (image.bytesRead < image.bytes.size()) {
+    if (named) {
+        if (const QString fault = defaultFault(image); !fault.isEmpty())
+            return context.fail(
+                Refused, u"%1 is not a default setup file: %2; nothing sent"_s.arg(path, fault));
+    } else if (image.bytesRead < image.bytes.size()) {
         context.err() << "remote-setup-cli: " << path << " holds " << image.bytesRead << " of "
                       << image.bytes.size() << " bytes; the rest is sent as zeros\n";
         context.err().flush();

@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/TranslateCommand.h"
 
 #include "cli/CommandContext.h"
 #include "cli/ExitCode.h"
+#include "cli/InputFile.h"
 #include "i18n/Translator.h"
 
 #include <QCommandLineParser>
@@ -97,6 +100,8 @@ int TranslateCommand::run(const CommandContext &context, const QStringList &argu
 
     const QString path
         = parser.isSet(config) ? parser.value(config) : nelib::Translator::defaultPath();
+    if (const auto refusal = InputFile::refusal(path))
+        return context.fail(UsageError, *refusal);
     const QFileInfo file(path);
     if (!file.isFile() || !file.isReadable())
         return context.fail(UsageError, u"cannot read language file %1"_s.arg(path));

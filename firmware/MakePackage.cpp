@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // make-krp-package: writes a firmware update package for the tests, the demo
 // and the benchmark.
 //
@@ -11,11 +13,14 @@
 #include "firmware/FirmwarePackage.h"
 #include "firmware/PackageBuilder.h"
 
+#include "BuildInfo.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QRegularExpression>
 
 #include <cstdio>
+#include <cstring>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -86,12 +91,20 @@ bool addComponent(PackageBuilder &builder, const QString &argument, QString *err
 
 int main(int argc, char **argv)
 {
+    // --version with a value is the package's version; alone it asks for the
+    // program's.
+    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+        std::puts("make-krp-package " RS_VERSION);
+        return 0;
+    }
     QCoreApplication app(argc, argv);
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Writes a firmware update package (.KRP)."_s);
     parser.addHelpOption();
     parser.addPositionalArgument(u"OUT"_s, u"the package file to write"_s);
-    const QCommandLineOption version(u"version"_s, u"package version"_s, u"a.b.c.d"_s);
+    const QCommandLineOption version(
+        u"version"_s, u"package version; alone: print the program's version and exit"_s,
+        u"a.b.c.d"_s);
     const QCommandLineOption dataOffset(u"data-offset"_s,
                                         u"where the component data start (3072)"_s, u"N"_s);
     const QCommandLineOption component(u"component"_s,

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Where an installation puts things, and the build facts the programs print.
 # Included before the program folders: they compile against BuildInfo.h.
 include(GNUInstallDirs)

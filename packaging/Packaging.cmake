@@ -1,7 +1,10 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Installation and Debian packages. Two packages:
 #   remote-setup-cli: remote-setup-cli, recorder-sim, make-krp-package, the
-#                     data files, manual pages, shell completion, the guide;
-#                     QtCore and QtNetwork only
+#                     data files, manual pages, shell completion, the user
+#                     guide with the documents it links; QtCore and
+#                     QtNetwork only
 #   remote-setup:     the desktop client with its desktop entry, icons and
 #                     metainfo; depends on the first for the data files.
 # `cpack` in a build tree writes both .deb files.
@@ -24,7 +27,7 @@ set_target_properties(render-icon PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${RS_GENER
 # the sections of packaging/man/PROGRAM.h2m added, so a page lists exactly
 # the options the program accepts.
 set(RS_MAN_PAGES)
-foreach(program remote-setup-cli recorder-sim remote-setup)
+foreach(program remote-setup-cli recorder-sim make-krp-package remote-setup)
     set(page ${RS_GENERATED_DIR}/man/${program}.1)
     set(include ${RS_PACKAGING_DIR}/man/${program}.h2m)
     add_custom_command(OUTPUT ${page}.gz
@@ -50,6 +53,15 @@ add_custom_command(OUTPUT ${RS_COMPLETION}
     COMMENT "Writing the bash completion"
     VERBATIM)
 
+# Debian wants the changelog of a package compressed, as changelog.gz.
+set(RS_CHANGELOG ${RS_GENERATED_DIR}/changelog.gz)
+add_custom_command(OUTPUT ${RS_CHANGELOG}
+    COMMAND ${CMAKE_COMMAND} -E copy ${CMAKE_SOURCE_DIR}/debian/changelog ${RS_GENERATED_DIR}
+    COMMAND ${GZIP} -9nf ${RS_GENERATED_DIR}/changelog
+    DEPENDS ${CMAKE_SOURCE_DIR}/debian/changelog
+    COMMENT "Compressing the changelog"
+    VERBATIM)
+
 set(RS_ICON_SIZES 16 24 32 48 64 128 256)
 set(RS_ICON_STAMP ${RS_GENERATED_DIR}/icons/stamp)
 add_custom_command(OUTPUT ${RS_ICON_STAMP}
@@ -65,7 +77,8 @@ configure_file(${RS_PACKAGING_DIR}/remote-setup.desktop.in
 configure_file(${RS_PACKAGING_DIR}/remote-setup.metainfo.xml.in
                ${RS_GENERATED_DIR}/${RS_APP_ID}.metainfo.xml @ONLY)
 
-add_custom_target(packaging_files ALL DEPENDS ${RS_MAN_PAGES} ${RS_COMPLETION} ${RS_ICON_STAMP})
+add_custom_target(packaging_files ALL
+    DEPENDS ${RS_MAN_PAGES} ${RS_COMPLETION} ${RS_ICON_STAMP} ${RS_CHANGELOG})
 
 # The command line, the simulator and what they share with the client.
 install(TARGETS remote-setup-cli recorder-sim make-krp-package
@@ -74,17 +87,29 @@ install(FILES ${RS_DATA_DIR}/language.config ${RS_DATA_DIR}/DEFDVRSETUP.DAT
         DESTINATION ${RS_INSTALL_DATADIR} COMPONENT cli)
 install(FILES ${RS_GENERATED_DIR}/man/remote-setup-cli.1.gz
               ${RS_GENERATED_DIR}/man/recorder-sim.1.gz
+              ${RS_GENERATED_DIR}/man/make-krp-package.1.gz
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT cli)
 # bash-completion loads a file named after the command it is asked about.
 install(FILES ${RS_COMPLETION}
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT cli)
 install(FILES ${RS_COMPLETION} RENAME recorder-sim
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT cli)
-install(FILES ${CMAKE_SOURCE_DIR}/docs/user-guide.md
+# The user guide and what it links to, so that its links work where it is
+# installed (tests/packaging/debs-test.sh follows them).
+set(docs ${CMAKE_SOURCE_DIR}/docs)
+install(FILES ${docs}/user-guide.md ${docs}/record-layout.md ${docs}/firmware-packages.md
+              ${docs}/wire-protocol.md
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/remote-setup-cli COMPONENT cli)
+install(DIRECTORY ${docs}/screenshots
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/remote-setup-cli COMPONENT cli)
+# Each package carries the licence and the changelog in its own doc folder.
+install(FILES ${CMAKE_SOURCE_DIR}/debian/copyright ${RS_CHANGELOG}
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/remote-setup-cli COMPONENT cli)
 
 # The desktop client.
 install(TARGETS remote-setup RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT client)
+install(FILES ${CMAKE_SOURCE_DIR}/debian/copyright ${RS_CHANGELOG}
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/remote-setup COMPONENT client)
 install(FILES ${RS_GENERATED_DIR}/man/remote-setup.1.gz
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT client)
 install(FILES ${RS_GENERATED_DIR}/${RS_APP_ID}.desktop
@@ -116,6 +141,8 @@ set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME remote-setup-cli)
 set(CPACK_DEBIAN_CLIENT_PACKAGE_NAME remote-setup)
 set(CPACK_COMPONENT_CLIENT_DEPENDS cli)
+# The completion needs bash-completion to be loaded; the rest works without.
+set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS bash-completion)
 # The first line of each is the package's synopsis. CPackDeb puts the
 # project-wide summary before a component's description unless the summary
 # is CPack's own default, hence that value.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Writes the program's icon as PNG files for the desktop's icon theme:
 // render-icon DIR NAME SIZE... writes DIR/SIZExSIZE/apps/NAME.png.
 

@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Writes the bash completion of remote-setup-cli and recorder-sim from the
-# programs' own --help and the field names of the setup record, so options
-# and commands added to the programs are completed without editing this.
+# programs' own --help and the field names and named values of the setup
+# record, so options, commands and fields added to the programs are
+# completed without editing this.
 #   make-completion.sh OUTPUT REMOTE-SETUP-CLI RECORDER-SIM LIST-FIELD-NAMES
 set -euo pipefail
 out=$1 cli=$2 sim=$3 fields=$4
@@ -24,6 +26,13 @@ kind_of() {
         F | FILE* | PACKAGE* | *FILE) echo file ;;
         *) echo value ;;
     esac
+}
+# A case branch per field with named values, each value quoted for bash:
+# "camera.covert) printf '%s\n' Off On ;;".
+value_name_cases() {
+    "$fields" --values | while IFS=$'\t' read -r -a parts; do
+        printf '        %s) printf %s %s;;\n' "${parts[0]}" "'%s\n'" "$(printf '%q ' "${parts[@]:1}")"
+    done
 }
 # A case branch per value-taking option: "--opt) echo KIND ;;".
 value_cases() {
@@ -79,6 +88,36 @@ _remote_setup_cli_operand_kind()
 ${operand_cases}    esac
 }
 
+_remote_setup_cli_value_names()
+{
+    case \$1 in
+$(value_name_cases)
+    esac
+}
+
+# After NAME= the named values of the field, whatever their case. Bash
+# breaks the line at = by default (words NAME = VALUE); without that break
+# NAME=VALUE is one word and the replies carry NAME= too.
+_remote_setup_cli_setting_value()
+{
+    local cur=\${COMP_WORDS[COMP_CWORD]} name prefix before="" value
+    if [ "\$cur" = = ]; then
+        name=\${COMP_WORDS[COMP_CWORD - 1]} prefix=""
+    elif [ "\${COMP_WORDS[COMP_CWORD - 1]}" = = ]; then
+        name=\${COMP_WORDS[COMP_CWORD - 2]} prefix=\$cur
+    elif [[ \$cur == *=* ]]; then
+        name=\${cur%%=*} prefix=\${cur#*=} before=\${cur%%=*}=
+    else
+        return 1
+    fi
+    prefix=\${prefix//\\\\/}
+    COMPREPLY=()
+    while IFS= read -r value; do
+        [[ \${value,,} == "\${prefix,,}"* ]] && COMPREPLY+=("\$before\$(printf '%q' "\$value")")
+    done < <(_remote_setup_cli_value_names "\${name%%\\[*}")
+    return 0
+}
+
 _remote_setup_complete_kind()
 {
     case \$1 in
@@ -112,7 +151,9 @@ _remote_setup_cli()
     elif [[ \$cur == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "\$(_remote_setup_cli_command_options "\$command")" -- "\$cur")
     else
-        _remote_setup_complete_kind "\$(_remote_setup_cli_operand_kind "\$command")" "\$cur"
+        kind=\$(_remote_setup_cli_operand_kind "\$command")
+        [ "\$kind" = field ] && _remote_setup_cli_setting_value && return
+        _remote_setup_complete_kind "\$kind" "\$cur"
     fi
 }
 complete -F _remote_setup_cli remote-setup-cli

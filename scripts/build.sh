@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Configures and builds one build tree: scripts/build.sh release|test|tsan [targets...]
 #   release: optimised, into build/release
 #   test:    debug with AddressSanitizer and UndefinedBehaviorSanitizer, into build/test

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Line and branch coverage of the test suite, per source folder.
 #   scripts/coverage.sh [--report-only] [ctest arguments...]
 # Builds a debug tree instrumented with --coverage into build/coverage, runs

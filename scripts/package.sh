@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds the Debian packages from an optimised build tree:
 #   scripts/package.sh   leaves remote-setup_*.deb and remote-setup-cli_*.deb
 #                        in build/packages

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds the programs and starts a simulated recorder on a free local port
 # with a fresh setup record: scripts/run.sh [DIR]
 # With a display it opens the desktop client and tells what to enter. Without

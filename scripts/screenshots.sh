@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Saves pictures of the main window, connected to a simulated recorder, in
 # English, German and Korean: scripts/screenshots.sh [DIR]
 # (default docs/screenshots; the pictures go to DIR/en, DIR/de and DIR/ko).

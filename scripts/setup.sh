@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs the Debian packages the project builds, tests and runs with.
 # Does nothing when everything is already there.
 set -euo pipefail
@@ -9,7 +10,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     clang-14 libclang-rt-14-dev clang-format
     xvfb xauth fonts-dejavu-core fonts-noto-cjk ccache
-    help2man desktop-file-utils appstream dpkg-dev fakeroot file
+    help2man desktop-file-utils appstream dpkg-dev fakeroot file lintian
 )
 
 missing=()

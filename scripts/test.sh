@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds everything with the sanitizers and runs every test, then the tests
 # of the threaded code again under ThreadSanitizer. Arguments go to the
 # first ctest run (for example -R REGEX); with arguments the ThreadSanitizer

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "session/SessionMessage.h"
 
 SessionMessage::SessionMessage(Kind kind, qintptr wParam, qintptr lParam, quint64 source)

@@ -1,7 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "setup/ExportFile.h"
 
 #include "setup/LittleEndian.h"
 #include "setup/SetupRecordMap.h"
+
+#include <QSaveFile>
 
 using nelib::LittleEndian;
 
@@ -26,6 +30,20 @@ QByteArray ExportFile::build(QByteArrayView record)
     LittleEndian::setU32(file, TrailerOffset, Trailer);
     file.append(record.sliced(SetupRecordMap::HeaderSize));
     return file;
+}
+
+bool ExportFile::write(const QString &path, QByteArrayView record, QString *error)
+{
+    const QByteArray bytes = build(record);
+    QSaveFile file(path);
+    // The temporary file gets its mode before it gets a byte.
+    if (bytes.isEmpty() || !file.open(QIODevice::WriteOnly)
+        || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
+        || file.write(bytes) != bytes.size() || !file.commit()) {
+        *error = bytes.isEmpty() ? QStringLiteral("no whole record") : file.errorString();
+        return false;
+    }
+    return true;
 }
 
 } // namespace setup

@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QString>
 
 namespace setup {
 
@@ -28,6 +31,11 @@ public:
 
     // The file for a whole record; empty when `record` is not a whole record.
     static QByteArray build(QByteArrayView record);
+    // Writes the file for a whole record to `path` through a temporary file
+    // renamed into place, readable by its owner only (it holds every
+    // account's password), whatever the umask or an older file's mode.
+    // False with `error` set when it could not.
+    static bool write(const QString &path, QByteArrayView record, QString *error);
 };
 
 } // namespace setup

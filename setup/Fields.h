@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "setup/FieldInfo.h"
@@ -159,7 +161,7 @@ namespace dateTime {
 inline constexpr int base = at(Section::DateTime);
 inline constexpr FieldInfo timeZone
     = FieldInfo::u32("time-zone", base).named(TimeZoneNames).labelled("Time Zone");
-inline constexpr FieldInfo utcOffset = FieldInfo::i32("utc-offset", base + 4);
+inline constexpr FieldInfo utcOffset = FieldInfo::i32("utc-offset", base + 4).range(-720, 780);
 inline constexpr FieldInfo dateFormat
     = FieldInfo::u32("date-format", base + 8).named(values::dateFormat).labelled("Display Format");
 inline constexpr FieldInfo timeFormat = FieldInfo::u32("time-format", base + 12)
@@ -577,9 +579,10 @@ inline constexpr FieldInfo widthCode
     = FieldInfo::u32("width-code", base + 4).grid(4, 640, 16, 40).named(values::widthCode);
 inline constexpr FieldInfo heightCode
     = FieldInfo::u32("height-code", base + 8).grid(4, 640, 16, 40).named(values::heightCode);
-inline constexpr FieldInfo frameRate = FieldInfo::u32("frame-rate", base + 12).grid(4, 640, 16, 40);
+inline constexpr FieldInfo frameRate
+    = FieldInfo::u32("frame-rate", base + 12).grid(4, 640, 16, 40).range(0, 5);
 inline constexpr FieldInfo frameRateCopy
-    = FieldInfo::u32("frame-rate-copy", base + 16).grid(4, 640, 16, 40);
+    = FieldInfo::u32("frame-rate-copy", base + 16).grid(4, 640, 16, 40).range(0, 5);
 inline constexpr FieldInfo quality
     = FieldInfo::u16("quality", base + 20).grid(4, 640, 16, 40).hex().named(values::quality);
 inline constexpr FieldInfo qualityCopy
@@ -654,11 +657,12 @@ namespace holiday {
 inline constexpr int base = at(Section::Holiday);
 inline constexpr FieldInfo enabled
     = FieldInfo::u8("enabled", base).named(values::offOn).labelled("Use Holidays");
-inline constexpr FieldInfo count = FieldInfo::u8("count", base + 2);
+inline constexpr FieldInfo count = FieldInfo::u8("count", base + 2).range(0, 220);
 inline constexpr FieldInfo kind
     = FieldInfo::u32("kind", base + 4).repeat(220, 8).named(values::holidayKind);
-inline constexpr FieldInfo month = FieldInfo::u8("month", base + 8).repeat(220, 8);
-inline constexpr FieldInfo day = FieldInfo::u8("day", base + 9).repeat(220, 8);
+// Unused entries hold 0 in both.
+inline constexpr FieldInfo month = FieldInfo::u8("month", base + 8).repeat(220, 8).range(0, 12);
+inline constexpr FieldInfo day = FieldInfo::u8("day", base + 9).repeat(220, 8).range(0, 31);
 inline constexpr FieldInfo weekday
     = FieldInfo::u8("weekday", base + 10).repeat(220, 8).named(values::weekdays);
 inline constexpr FieldInfo all[] = {enabled, count, kind, month, day, weekday};

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Writes the factory-default setup record to the file named on the command
 // line; the build runs it to place DEFDVRSETUP.DAT beside the executables.
 

@@ -1,6 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "setup/SetupFiles.h"
 
 #include "setup/ExportFile.h"
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
 #include "setup/LittleEndian.h"
 
 #include "i18n/DataFiles.h"
@@ -68,6 +72,7 @@ SetupFiles::FileContents SetupFiles::read(const QString &path, qsizetype size)
     }
     contents.status = FileStatus::Read;
     contents.bytesRead = n;
+    contents.fileSize = file.size();
     return contents;
 }
 
@@ -107,6 +112,21 @@ SetupFiles::ImportFaults SetupFiles::importFaults(QByteArrayView file, QByteArra
         || LittleEndian::u32(header, ExportFile::ModelIdOffset)
                != LittleEndian::u32(record, SetupRecordMap::ModelIdOffset))
         faults |= ImportFault::Identity;
+    return faults;
+}
+
+SetupFiles::DefaultFaults SetupFiles::defaultFaults(const FileContents &file)
+{
+    DefaultFaults faults;
+    if (file.fileSize != SetupRecordMap::RecordSize || file.bytesRead != SetupRecordMap::RecordSize)
+        faults |= DefaultFault::Size;
+    const QByteArray &bytes = file.bytes;
+    if (FieldTable::number(bytes, fields::header::layoutVersion) != SetupRecordMap::LayoutVersion)
+        faults |= DefaultFault::Version;
+    if (FieldTable::number(bytes, fields::header::recordSize) != SetupRecordMap::RecordSize
+        || FieldTable::number(bytes, fields::header::channelRecords)
+               != quint32(fields::camera::title.count))
+        faults |= DefaultFault::Marks;
     return faults;
 }
 

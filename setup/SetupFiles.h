@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "setup/SetupRecordMap.h"
@@ -59,6 +61,7 @@ public:
         QByteArray bytes;
         FileStatus status = FileStatus::Missing;
         qsizetype bytesRead = 0;
+        qint64 fileSize = 0; // the whole file's, which may exceed the buffer
     };
 
     enum class ImportFault {
@@ -69,6 +72,13 @@ public:
     };
     Q_DECLARE_FLAGS(ImportFaults, ImportFault)
 
+    enum class DefaultFault {
+        Size = 0x1, // not exactly one record
+        Version = 0x2, // not our layout version
+        Marks = 0x4, // the header lacks our record size and channel-record count
+    };
+    Q_DECLARE_FLAGS(DefaultFaults, DefaultFault)
+
     // Reads at most `size` bytes of `path`.
     static FileContents read(const QString &path, qsizetype size);
     static FileContents readImportFile(const QString &path);
@@ -78,6 +88,9 @@ public:
 
     // Why an import file may not be imported into `record`; none means it may.
     static ImportFaults importFaults(QByteArrayView file, QByteArrayView record);
+    // Why a file someone named is not a default setup file; none means it
+    // is. The installed file is trusted as the window trusts it.
+    static DefaultFaults defaultFaults(const FileContents &file);
     // `record` with blocks A-E, G and H taken from an import file, the header,
     // block F and the monitor settings left as they are. Empty when `record`
     // is not whole.
@@ -91,5 +104,6 @@ private:
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(SetupFiles::ImportFaults)
+Q_DECLARE_OPERATORS_FOR_FLAGS(SetupFiles::DefaultFaults)
 
 } // namespace setup

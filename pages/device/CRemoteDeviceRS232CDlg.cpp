@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "pages/device/CRemoteDeviceRS232CDlg.h"
 
 #include "setup/Fields.h"

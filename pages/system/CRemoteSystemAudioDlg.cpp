@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "pages/system/CRemoteSystemAudioDlg.h"
 
 #include "i18n/Translator.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "session/RemoteCommand.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
@@ -10,12 +12,16 @@
 #include "tests/cli/InProcessCli.h"
 #include "tests/session/ScriptedRecorder.h"
 
+#include <QDir>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using session::Frame;
@@ -185,4 +191,78 @@ TEST(FieldCommands, DumpAndDiffReadFilesAndRecorders)
     const auto bad = testsupport::runCli({u"dump"_s, dir.filePath(u"short.dat"_s)});
     EXPECT_EQ(bad.exitCode, 2);
     EXPECT_TRUE(bad.err.contains(u"neither an export file"_s)) << bad.err.toStdString();
+}
+
+// Passwords leave the program masked unless --show-secrets asks for them,
+// in every command's lines and JSON, and never in a message; export files
+// hold them too and are their owner's alone whatever the umask or an older
+// file's mode. `%D` is a folder holding the recorder's export `e.dat` and
+// the factory defaults `d.dat`, `%R` the recorder.
+TEST(FieldCommands, SecretsAreMaskedUnlessShownAndExportFilesAreTheOwnersOnly)
+{
+    QByteArray record = setup::FactoryDefaults::record();
+    FieldTable::setBytes(record, fields::users::password, "s3cret", 1);
+    FieldTable::setBytes(record, fields::email::password, "mailpw");
+    SimProcess sim({}, record);
+    SimProcess fleet({}, {}, 2);
+    ASSERT_TRUE(sim.isRunning() && fleet.isRunning());
+    QTemporaryDir dir;
+    const QString exported = dir.filePath(u"e.dat"_s);
+    testsupport::writeFile(exported, "older export");
+    QFile::setPermissions(exported, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
+    testsupport::writeFile(dir.filePath(u"d.dat"_s), setup::FactoryDefaults::record());
+    const QString hosts = dir.filePath(u"hosts"_s);
+    testsupport::writeFile(
+        hosts,
+        u"127.0.0.1:%1\n127.0.0.1:%2\n"_s.arg(fleet.ports()[0]).arg(fleet.ports()[1]).toUtf8());
+    const mode_t umaskBefore = umask(022);
+    const auto single = sim.cli({u"export"_s, exported});
+    const auto many
+        = testsupport::runCli({u"--hosts"_s, hosts, u"export"_s, dir.filePath(u"f/"_s)});
+    umask(umaskBefore);
+    ASSERT_EQ(single.exitCode, 0) << single.err.toStdString();
+    ASSERT_EQ(many.exitCode, 0) << many.err.toStdString();
+    QStringList files = {exported};
+    for (const QString &name : QDir(dir.filePath(u"f"_s)).entryList(QDir::Files))
+        files.append(dir.filePath(u"f/"_s + name));
+    ASSERT_EQ(files.size(), 3);
+    for (const QString &file : files)
+        EXPECT_EQ(QFile::permissions(file),
+                  QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser)
+            << file.toStdString();
+
+    struct Case
+    {
+        QString command;
+        int exitCode;
+        QString says; // on standard output, else on standard error
+    };
+    const Case cases[] = {
+        {u"get users.password[1]"_s, 0, u"users.password[1] = ********\n"_s},
+        {u"get --json users"_s, 0, u"\"value\": \"********\""_s},
+        {u"dump"_s, 0, u"\nemail.password = ********\n"_s},
+        {u"dump --json %D/e.dat"_s, 0, u"\"value\": \"********\""_s},
+        {u"diff %D/d.dat %R"_s, 0, u"users.password[1] = ******** -> ********\n"_s},
+        {u"diff --json %D/d.dat %D/e.dat"_s, 0, u"\"before\": \"********\""_s},
+        {u"set users.password[2]=n3wpw"_s, 0, u"users.password[2] = ********\n"_s},
+        {u"set users.password[2]=abcdefghijklm"_s, 2, u"the value is 13 bytes long"_s},
+        {u"set email.password=\u4e2d"_s, 2, u"a character of the value cannot be written"_s},
+        {u"--show-secrets get users.password"_s, 0, u"users.password[2] = \"n3wpw\"\n"_s},
+        {u"--show-secrets diff %D/d.dat %D/e.dat"_s, 0, u"email.password = \"\" -> \"mailpw\"\n"_s},
+        {u"--show-secrets dump --json %R"_s, 0, u"\"value\": \"\\\"s3cret\\\"\""_s},
+    };
+    const QString recorder = u"@127.0.0.1:%1"_s.arg(sim.port());
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.command.toStdString());
+        const auto run = sim.cli(
+            QString(c.command).replace(u"%D"_s, dir.path()).replace(u"%R"_s, recorder).split(u' '));
+        EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
+        EXPECT_TRUE((c.exitCode ? run.err : run.out).contains(c.says))
+            << run.out.toStdString() << run.err.toStdString();
+        if (c.command.startsWith(u"--show-secrets"_s))
+            continue;
+        for (const QString &secret :
+             {u"s3cret"_s, u"mailpw"_s, u"n3wpw"_s, u"abcdefghijklm"_s, u"\u4e2d"_s})
+            EXPECT_FALSE(run.out.contains(secret) || run.err.contains(secret));
+    }
 }

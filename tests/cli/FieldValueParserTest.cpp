@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/FieldValueParser.h"
 #include "i18n/CodePage.h"
 #include "setup/Fields.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "setup/FieldTable.h"
 #include "setup/Fields.h"
 #include "tests/SimProcess.h"

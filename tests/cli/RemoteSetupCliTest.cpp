@@ -1,8 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "tests/TestSupport.h"
 #include "tests/cli/InProcessCli.h"
 #include "tests/session/ScriptedRecorder.h"
 
+#include <QFile>
 #include <QTemporaryDir>
+
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -10,15 +15,19 @@ using namespace Qt::StringLiterals;
 
 using testsupport::runCli;
 
-// Usage errors, bad values and bad hosts files exit with 2, say what is
-// wrong and reach no recorder. In a command `%P` is the recorder's port and
-// `%D` a folder holding the file `hosts`, written from the case's text with
-// the recorder's address for `%R`.
+// Usage errors, bad values, bad credentials, bad hosts files and input
+// files that are no regular files exit with 2, say what is wrong and reach
+// no recorder. In a command `%P` is the recorder's port and `%D` a folder
+// holding a FIFO `fifo`, a password file `cjk` outside the code page and the
+// file `hosts`, written from the case's text with the recorder's address for
+// `%R` and its port for `%P`.
 TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
 {
     ScriptedRecorder recorder;
     const QString address = u"127.0.0.1:%1"_s.arg(recorder.port());
     QTemporaryDir dir;
+    ASSERT_EQ(mkfifo(QFile::encodeName(dir.filePath(u"fifo"_s)).constData(), 0600), 0);
+    testsupport::writeFile(dir.filePath(u"cjk"_s), u"pass\u4e2d\n"_s.toUtf8());
     struct Case
     {
         QString command;
@@ -63,18 +72,41 @@ TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
         {fleet + u"upload %D/missing.krp"_s, {u"missing.krp"_s}},
         {fleet + u"export %D/hosts"_s, {u"into a folder"_s}},
         {fleet + u"factory-default"_s, {u"does not run on a fleet"_s}},
+        {u"--port %P set date-time.utc-offset=-99999"_s, {u"out of range (-720 to 780)"_s}},
+        {u"--port %P --user J\u4e2d info"_s,
+         {u"the user id 'J\u4e2d' holds '\u4e2d', which code page WINDOWS-1252 cannot hold"_s}},
+        {u"--port %P --password-file %D/cjk info"_s,
+         {u"the password holds a character that code page WINDOWS-1252 cannot hold"_s}},
+        {u"--port %P dump %D/fifo"_s, {u"/fifo is a FIFO, not a regular file"_s}},
+        {u"--port %P diff @127.0.0.1:%P %D"_s, {u" is a folder, not a file"_s}},
+        {u"--port %P import %D/fifo"_s, {u"/fifo is a FIFO"_s}},
+        {u"--port %P upload %D/fifo"_s, {u"/fifo is a FIFO"_s}},
+        {u"--port %P --password-file %D/fifo info"_s, {u"password file %D/fifo is a FIFO"_s}},
+        {u"--port %P factory-default --default-file /dev/null"_s,
+         {u"/dev/null is a device, not a regular file"_s}},
+        {u"--hosts %D/fifo info"_s, {u"hosts file %D/fifo is a FIFO"_s}},
+        {fleet + u"--password-file %D/cjk info"_s, {u"the password holds a character"_s}},
+        {fleet + u"info"_s,
+         {u"hosts:2: the user id is 16 bytes in code page WINDOWS-1252; at most 15 fit"_s,
+          u"hosts:3: the user id 'J\u4e2d' holds"_s,
+          u"hosts:4: 127.000.000.001:%P is already listed on line 1"_s,
+          u"hosts:6: [::1]:%P is already listed on line 5"_s},
+         u"%R\n127.0.0.2 SixteenBytesUser\n127.0.0.3 J\u4e2d\n127.000.000.001:%P\n"
+         u"[0:0::1]:%P\n[::1]:%P\n"_s},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.command.toStdString());
-        testsupport::writeFile(dir.filePath(u"hosts"_s),
-                               QString(c.hosts).replace(u"%R"_s, address).toUtf8());
-        const QString line = QString(c.command)
-                                 .replace(u"%D"_s, dir.path())
-                                 .replace(u"%P"_s, QString::number(recorder.port()));
-        const auto run = runInProcess(line.split(u' ', Qt::SkipEmptyParts));
+        const auto filled = [&](const QString &text) {
+            return QString(text)
+                .replace(u"%R"_s, address)
+                .replace(u"%D"_s, dir.path())
+                .replace(u"%P"_s, QString::number(recorder.port()));
+        };
+        testsupport::writeFile(dir.filePath(u"hosts"_s), filled(c.hosts).toUtf8());
+        const auto run = runInProcess(filled(c.command).split(u' ', Qt::SkipEmptyParts));
         EXPECT_EQ(run.exitCode, 2);
         for (const QString &message : c.messages)
-            EXPECT_TRUE(run.err.contains(message)) << run.err.toStdString();
+            EXPECT_TRUE(run.err.contains(filled(message))) << run.err.toStdString();
         EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
         EXPECT_TRUE(recorder.received.empty()) << "the recorder was contacted";
     }

@@ -1,5 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"
+#include "setup/SetupRecordMap.h"
 #include "tests/SimProcess.h"
 #include "tests/TestSupport.h"
 
@@ -59,7 +62,11 @@ TEST(SessionCommands, OutcomesMapToExitCodesAndOnlyAWholeTransferChangesTheRecor
         {"half.dat", good.first(good.size() / 2)},
         {"long.dat", good + 'x'},
         {"other-model.dat", setup::ExportFile::build(setup::FactoryDefaults::record(77))},
+        {"default.dat", testsupport::patternedRecord(3)},
         {"short-default.dat", testsupport::patternedRecord(3).first(1000)},
+        {"ff.dat", QByteArray(setup::SetupRecordMap::RecordSize, '\xFF')},
+        {"unmarked.dat", setup::FactoryDefaults::record().replace(8, 8, QByteArray(8, '\0'))},
+        {"long-line", QByteArray(5000, 'x')},
     };
     for (const auto &[name, bytes] : files)
         testsupport::writeFile(dir.filePath(QLatin1StringView(name)), bytes);
@@ -83,7 +90,7 @@ TEST(SessionCommands, OutcomesMapToExitCodesAndOnlyAWholeTransferChangesTheRecor
         {admin, u"--user nobody info"_s, 1, u"Login failed\n"_s},
         {admin, u"--password-file %D/two-lines info"_s, 0, {}, u"Success"_s, "wrong"},
         {admin, u"--password-file %D/missing info"_s, 2, u"cannot read password file"_s},
-        {admin, u"--password-file /dev/zero info"_s, 2, u"longer than 4096 bytes"_s},
+        {admin, u"--password-file %D/long-line info"_s, 2, u"longer than 4096 bytes"_s},
         {admin, u"--host "_s + QString(64, u'h') + u" info"_s, 2,
          u"the host name is 64 bytes in code page WINDOWS-1252; at most 63 fit"_s},
         {u"dead"_s, u"info"_s, 3, u"cannot connect to 127.0.0.1:%P"_s},
@@ -103,16 +110,28 @@ TEST(SessionCommands, OutcomesMapToExitCodesAndOnlyAWholeTransferChangesTheRecor
          1,
          u"is 15137 bytes, but an export file is 15136 bytes; nothing sent"_s},
         {{}, u"import %D/missing.dat"_s, 2, u"missing.dat: File does not exist"_s},
-        {{}, u"import %D"_s, 2, u"cannot read"_s},
+        {{}, u"import %D"_s, 2, u"is a folder, not a file"_s},
         {{}, u"import"_s, 2, u"import takes one FILE"_s},
         {{}, u"factory-default --default-file %D/missing.dat"_s, 2, u"cannot read default file"_s},
         {{}, u"factory-default now"_s, 2, u"factory-default takes no arguments"_s},
         {{}, u"import %D/good.dat"_s, 0, u"Import Success\n"_s, u"refused"_s},
         {{}, u"factory-default"_s, 0, u"Default Setup Success\n"_s, u"refused"_s},
+        // A default file named on the command line must be one.
         {{},
          u"factory-default --default-file %D/short-default.dat"_s,
+         1,
+         u"short-default.dat is not a default setup file: it is 1000 bytes, not 15148; nothing "
+         u"sent"_s},
+        {{}, u"factory-default --default-file %D/good.dat"_s, 1, u"it is 15136 bytes"_s},
+        {{},
+         u"factory-default --default-file %D/ff.dat"_s,
+         1,
+         u"its layout version is 0xffffffff, not 0x00010011"_s},
+        {{}, u"factory-default --default-file %D/unmarked.dat"_s, 1, u"its header lacks"_s},
+        {{},
+         u"factory-default --default-file %D/default.dat"_s,
          0,
-         u"holds 1000 of 15148 bytes; the rest is sent as zeros"_s,
+         u"Default Setup Success\n"_s,
          u"refused"_s},
         {u"--refuse-write-at=6"_s, u"import %D/good.dat"_s, 1, u"refused block 6 of 6 (NETWORK)"_s},
         {u"--refuse-write-at=7"_s, u"import %D/good.dat"_s, 1, u"refused the commit"_s},

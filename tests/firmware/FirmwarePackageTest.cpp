@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "firmware/FirmwarePackage.h"
 #include "firmware/PackageBuilder.h"
 #include "setup/LittleEndian.h"

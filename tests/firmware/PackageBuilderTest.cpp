@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "firmware/PackageBuilder.h"
 #include "firmware/FirmwarePackage.h"
 #include "tests/TestSupport.h"

@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds both Debian packages from this build tree, checks their control
-# fields, unpacks them into a temporary root and runs the programs there:
-# they must find their data files in the unpacked tree.
-#   debs-test.sh CPACK-CONFIG VERSION
+# fields and what lintian says of them, unpacks them into a temporary root
+# and runs the programs there: they must find their data files in the
+# unpacked tree, and the installed documents must find what they link to.
+#   debs-test.sh CPACK-CONFIG VERSION CHANGELOG
 set -euo pipefail
-config=$1 version=$2
+config=$1 version=$2 changelog=$3
 work=$(mktemp -d)
 sim=
 cleanup() {
@@ -41,6 +43,20 @@ client_depends=$(field "$client_deb" Depends)
 [[ $client_depends == *libqt6widgets6* ]] || fail "no QtWidgets in $client_depends"
 [[ $client_depends == *"remote-setup-cli (= $version)"* ]] \
     || fail "the client does not depend on its data package: $client_depends"
+[[ $(field "$cli_deb" Recommends) == *bash-completion* ]] \
+    || fail "the command line package does not recommend bash-completion"
+[ "$(dpkg-parsechangelog -l "$changelog" -S Version)" = "$version" ] \
+    || fail "the changelog's last entry is not for $version"
+
+# Lintian errors and warnings are what Debian would refuse or ask about.
+# It exits 1 when it found errors, above that when it could not look.
+status=0
+lintian --tag-display-limit 0 "$cli_deb" "$client_deb" >"$work/lintian.log" 2>&1 || status=$?
+if [ $status -gt 1 ]; then
+    cat "$work/lintian.log"
+    fail "lintian did not run"
+fi
+! grep -E '^[EW]: ' "$work/lintian.log" || fail "lintian errors or warnings"
 
 root=$work/root
 dpkg-deb -x "$cli_deb" "$root"
@@ -49,10 +65,11 @@ app=org.remotesetup.RemoteSetup
 for f in bin/remote-setup-cli bin/recorder-sim bin/make-krp-package bin/remote-setup \
     share/remote-setup/language.config share/remote-setup/DEFDVRSETUP.DAT \
     share/man/man1/remote-setup-cli.1.gz share/man/man1/recorder-sim.1.gz \
-    share/man/man1/remote-setup.1.gz \
+    share/man/man1/remote-setup.1.gz share/man/man1/make-krp-package.1.gz \
     share/bash-completion/completions/remote-setup-cli \
     share/bash-completion/completions/recorder-sim \
     share/doc/remote-setup-cli/user-guide.md \
+    share/doc/{remote-setup-cli,remote-setup}/{copyright,changelog.gz} \
     share/applications/$app.desktop share/metainfo/$app.metainfo.xml \
     share/icons/hicolor/scalable/apps/$app.svg \
     share/icons/hicolor/{16x16,24x24,32x32,48x48,64x64,128x128,256x256}/apps/$app.png; do
@@ -61,8 +78,19 @@ done
 [ "$(dpkg-deb -c "$client_deb" | grep -c 'usr/bin/remote-setup-cli')" = 0 ] \
     || fail "the client package holds the command line too"
 
+# Every relative link of an installed document leads to an installed file.
+while read -r md; do
+    while read -r target; do
+        target=${target%%#*}
+        case $target in '' | *:*) continue ;; esac
+        resolved=$(realpath -m "$(dirname "$md")/$target")
+        [[ -e $resolved && $resolved == "$root/usr/"* ]] \
+            || fail "${md#"$root"} links to $target, which is not installed"
+    done < <(grep -oE '\]\([^) ]+' "$md" | cut -c3-)
+done < <(find "$root/usr/share/doc" -name '*.md')
+
 bin=$root/usr/bin
-for program in remote-setup remote-setup-cli recorder-sim; do
+for program in remote-setup remote-setup-cli recorder-sim make-krp-package; do
     out=$("$bin/$program" --version) || fail "$program --version failed"
     [ "$out" = "$program $version" ] || fail "$program --version said '$out'"
 done

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The desktop entry and the AppStream metainfo validate without a remark.
 set -euo pipefail
 desktop=$1 metainfo=$2

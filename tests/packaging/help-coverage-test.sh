@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Every option and command the programs' live --help lists appears in their
 # manual pages and the bash completion, every field name in the completion,
 # and the completion completes what it offers.
@@ -15,12 +16,12 @@ options() { grep -oE -- '--[a-z][a-z0-9-]*' | sort -u; }
 man_text() { zcat "$generated/man/$1.1.gz" | sed 's/\\-/-/g; s/\\f[BIRP]//g'; }
 
 cli_help=$("$bin/remote-setup-cli" --help)
-for program in remote-setup-cli recorder-sim remote-setup; do
+for program in remote-setup-cli recorder-sim make-krp-package remote-setup; do
     page=$(man_text "$program")
     for option in $("$bin/$program" --help | options); do
         grep -qe "$option" <<<"$page" || fail "$option of $program is not in its manual page"
-        [ "$program" = remote-setup ] || grep -qe "$option\b" "$completion" \
-            || fail "$option of $program is not completed"
+        [[ $program == remote-setup || $program == make-krp-package ]] \
+            || grep -qe "$option\b" "$completion" || fail "$option of $program is not completed"
     done
 done
 commands=$(sed -n '/^Commands:/,/^$/p' <<<"$cli_help" | awk '/^  [a-z]/ {print $1}')
@@ -58,4 +59,9 @@ expect "$work/password.txt" recorder-sim --admin-password-file "$work/pass"
 for command in $(sed -n '/^Commands:/,/^$/p' <<<"$cli_help" | awk '/^  [a-z].*NAME/ {print $1}'); do
     expect camera.title remote-setup-cli "$command" camera.ti
 done
+# A setting's named values after =, which bash makes a word of its own.
+expect On remote-setup-cli set 'camera.covert[0]' =
+expect On remote-setup-cli set 'camera.covert[0]' = o
+expect 'camera.covert[0]=Off' remote-setup-cli set 'camera.covert[0]=of'
+expect '24\ Hour' remote-setup-cli set date-time.time-format = 24
 exit $((failures > 0))

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What is special to each camera page.
 
 #include "app/PageCatalog.h"

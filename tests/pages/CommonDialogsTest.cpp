@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The channel selection and copy setting dialogs and the editors that open them.
 
 #include "pages/common/CRemoteCameraCopySettingDlg.h"

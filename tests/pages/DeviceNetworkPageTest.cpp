@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Pages in the host write exactly their section and overlapping sections never
 // carry another page's old bytes; the checks of the pages refuse before
 // anything is sent, and what depends on a choice follows it.

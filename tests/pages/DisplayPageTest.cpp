@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The DISPLAY pages: what each has besides its bound fields, through the
 // real widgets, and their writes against recorder-sim.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every page of the catalog that edits a section, through its bound controls:
 // what it fills it gathers back unchanged, each control writes its own
 // element and no other byte, rows past the channel count are hidden and

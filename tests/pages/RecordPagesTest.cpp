@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The RECORD pages: profiles, schedule and holidays, alone and against
 // recorder-sim.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What every page does, on the camera page: the modified flag, Default and
 // the rows of the recorder's channels.
 

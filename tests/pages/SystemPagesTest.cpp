@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The SYSTEM pages: the four outcomes of Password Check, the page's own copy
 // of the account table and the rights grid; in the whole window against
 // recorder-sim, a session opens on the Authority page and the window's Save

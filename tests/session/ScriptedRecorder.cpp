@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "tests/session/ScriptedRecorder.h"
 
 #include "setup/SetupRecordMap.h"

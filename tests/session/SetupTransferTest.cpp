@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "session/SetupTransfer.h"
 #include "setup/ExportFile.h"
 #include "setup/FactoryDefaults.h"

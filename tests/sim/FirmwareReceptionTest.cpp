@@ -1,4 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "sim/FirmwareReception.h"
+
 #include "firmware/PackageBuilder.h"
 #include "firmware/RecorderVersions.h"
 #include "setup/FactoryDefaults.h"

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "cli/SecretMask.h"
+
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
+
+#include <QLatin1StringView>
+
+using namespace Qt::StringLiterals;
+
+namespace cli {
+
+namespace {
+
+namespace fields = setup::fields;
+
+struct Secret
+{
+    setup::Section section;
+    const setup::FieldInfo &field;
+};
+const Secret Secrets[] = {
+    {setup::Section::Users, fields::users::password},
+    {setup::Section::Email, fields::email::password},
+};
+
+} // namespace
+
+bool SecretMask::isSecret(const setup::FieldInfo &field)
+{
+    for (const Secret &s : Secrets) {
+        if (field.offset == s.field.offset && field.type == s.field.type)
+            return true;
+    }
+    return false;
+}
+
+bool SecretMask::isSecretName(QStringView name)
+{
+    const QStringView base = name.left(name.indexOf(u'['));
+    for (const Secret &s : Secrets) {
+        const QString secret = QLatin1StringView(setup::FieldTable::section(s.section).key) + u'.'
+                               + QLatin1StringView(s.field.name);
+        if (base == secret)
+            return true;
+    }
+    return false;
+}
+
+QStringList SecretMask::masked(QStringList lines, bool changes) const
+{
+    if (m_show)
+        return lines;
+    for (QString &line : lines) {
+        const qsizetype at = line.indexOf(u" = "_s);
+        if (at < 0 || !isSecretName(QStringView(line).left(at)))
+            continue;
+        line = line.left(at + 3) + Mask + (changes ? u" -> "_s + Mask : QString());
+    }
+    return lines;
+}
+
+QString SecretMask::value(QStringView name, const QString &value) const
+{
+    return m_show || !isSecretName(name) ? value : QString(Mask);
+}
+
+} // namespace cli

@@ -23,9 +23,19 @@ namespace W = firmware::PacketWords;
 
 namespace sim {
 
-FirmwareReception::FirmwareReception(RecorderServer *server,
+namespace {
+
+QString lacksUpgradeRight()
+{
+    return u"the account lacks Upgrade S/W"_s;
+}
+
+} // namespace
+
+FirmwareReception::FirmwareReception(RecorderServer *server, RecorderSession *session,
                                      std::function<void(const QString &)> log)
     : m_server(server)
+    , m_session(session)
     , m_log(std::move(log))
 { }
 
@@ -36,12 +46,14 @@ QString FirmwareReception::fileName(FirmwareVersion version)
     return u"firmware-%1.KRP"_s.arg(version.toString());
 }
 
-std::optional<FirmwareReception::Reply> FirmwareReception::handle(const Frame &frame)
+std::optional<FirmwareReception::Reply> FirmwareReception::handle(const Frame &frame, bool allowed)
 {
     switch (frame.param.words[0]) {
     case W::Header:
-        return header(frame);
+        return header(frame, allowed);
     case W::Data:
+        if (!allowed)
+            return refuse(lacksUpgradeRight());
         return data(frame);
     case W::Stop:
         discard(u"stopped by the client"_s);
@@ -64,14 +76,14 @@ QByteArray FirmwareReception::versionData() const
 {
     // The recorder runs one release: every component is at its overall version.
     RecorderVersions versions;
-    versions.overall = FirmwareVersion::fromBytes(m_server->store().record(),
-                                                  SetupRecordMap::SoftwareVersionOffset);
+    versions.overall
+        = FirmwareVersion::fromBytes(m_server->record(), SetupRecordMap::SoftwareVersionOffset);
     versions.components.fill(versions.overall);
     versions.model = u"SIM-DVR %1CH"_s.arg(m_server->options().channels).toLatin1();
     return versions.toBytes();
 }
 
-FirmwareReception::Reply FirmwareReception::header(const Frame &frame)
+FirmwareReception::Reply FirmwareReception::header(const Frame &frame, bool allowed)
 {
     discard(u"a new header arrived"_s);
     Reply reply;
@@ -80,17 +92,19 @@ FirmwareReception::Reply FirmwareReception::header(const Frame &frame)
     reply.param.words[2] = W::VersionDataFollows;
     reply.param.words[4] = quint32(m_server->options().chunkSize);
     reply.payload = versionData();
+    const auto decline = [&](const QString &problem) {
+        reply.param.words[1] = W::Decline;
+        m_log(u"firmware update declined: %1"_s.arg(problem));
+        return reply;
+    };
+    if (!allowed)
+        return decline(lacksUpgradeRight());
     if (m_server->options().busy) {
         reply.param.words[1] = W::Busy;
         m_log(u"firmware update refused: busy"_s);
         return reply;
     }
 
-    const auto decline = [&](const QString &problem) {
-        reply.param.words[1] = W::Decline;
-        m_log(u"firmware update declined: %1"_s.arg(problem));
-        return reply;
-    };
     if (frame.payload.size() != FirmwarePackage::HeaderSize)
         return decline(u"a header of %1 bytes"_s.arg(frame.payload.size()));
     // The header alone cannot tell the file's size; the end of the package
@@ -249,11 +263,11 @@ FirmwareReception::Reply FirmwareReception::endOfPackage(const Frame &frame)
         version.toString(), QString::number(t.received),
         t.file ? u", kept as "_s + t.file->fileName() : u", not kept (no --firmware-dir)"_s));
     m_transfer.reset();
-    m_server->store().write(SetupRecordMap::SoftwareVersionOffset, version.toBytes());
     Reply reply;
     reply.param.words[0] = W::DataReply;
     reply.param.words[1] = W::Accepted;
-    reply.afterSave = true;
+    reply.change
+        = m_server->write({{SetupRecordMap::SoftwareVersionOffset, version.toBytes()}}, m_session);
     return reply;
 }
 

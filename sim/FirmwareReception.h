@@ -5,6 +5,7 @@
 #include "firmware/FirmwarePackage.h"
 #include "session/Frame.h"
 #include "session/PacketParam.h"
+#include "sim/RecorderServer.h"
 
 #include <QByteArray>
 #include <QString>
@@ -17,7 +18,7 @@ class QSaveFile;
 
 namespace sim {
 
-class RecorderServer;
+class RecorderSession;
 
 // The firmware side of one recorder session. The header packet is answered
 // with the recorder's versions and the chunk size it takes. Every chunk and
@@ -34,16 +35,20 @@ public:
     {
         PACKET_PARAM param;
         QByteArray payload;
-        // The reply waits until the record is saved; word 1 then says whether
-        // it was.
-        bool afterSave = false;
+        // When set, the reply waits until this change of the record is
+        // saved; word 1 then says whether it was.
+        RecorderServer::ChangeTicket change;
     };
 
-    FirmwareReception(RecorderServer *server, std::function<void(const QString &)> log);
+    // The changes of the record it makes are `session`'s.
+    FirmwareReception(RecorderServer *server, RecorderSession *session,
+                      std::function<void(const QString &)> log);
     ~FirmwareReception();
 
     // The reply to `frame` (a firmware packet), or nothing when it gets none.
-    std::optional<Reply> handle(const session::Frame &frame);
+    // Without `allowed` (the account's right to upgrade) a header is
+    // declined and any other packet refused.
+    std::optional<Reply> handle(const session::Frame &frame, bool allowed);
     // Drops a transfer in progress, saying `why` in the log.
     void discard(const QString &why);
 
@@ -63,7 +68,7 @@ private:
         std::optional<quint32> total;
     };
 
-    Reply header(const session::Frame &frame);
+    Reply header(const session::Frame &frame, bool allowed);
     Reply data(const session::Frame &frame);
     QString chunk(const session::Frame &frame);
     QString endOfComponent(const session::Frame &frame);
@@ -74,6 +79,7 @@ private:
     Reply refuse(const QString &problem);
 
     RecorderServer *m_server;
+    RecorderSession *m_session;
     std::function<void(const QString &)> m_log;
     std::optional<Transfer> m_transfer;
 };

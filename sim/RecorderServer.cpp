@@ -4,11 +4,16 @@
 
 #include "session/PacketString.h"
 #include "sim/RecorderSession.h"
+#include "sim/SessionThreads.h"
 #include "sim/UserAccounts.h"
 
+#include <QMutexLocker>
 #include <QTcpSocket>
+#include <QThread>
 
 #include <algorithm>
+
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -34,25 +39,44 @@ constexpr int ListenBacklog = 1024;
 } // namespace
 
 RecorderServer::RecorderServer(const SimOptions &options, const QString &recordFile,
-                               QObject *parent)
+                               SessionThreads *threads, QObject *parent)
     : QObject(parent)
     , m_options(options)
     , m_recordFile(recordFile)
+    , m_threads(threads)
+    , m_listener([this](qintptr descriptor) { admit(descriptor); },
+                 [this](const QString &text) { qCWarning(lcRecorder).noquote() << m_name << text; })
 {
     m_uptime.start();
-    m_saveTimer.setSingleShot(true);
-    m_saveTimer.setInterval(0);
-    connect(&m_saveTimer, &QTimer::timeout, this, &RecorderServer::saveChanges);
-    connect(&m_server, &QTcpServer::newConnection, this, &RecorderServer::acceptConnections);
 }
 
 RecorderServer::~RecorderServer()
 {
-    // The sessions refer to the store and the clock, so they go first.
-    for (RecorderSession *session : std::as_const(m_sessions)) {
-        session->disconnect(this);
-        delete session;
+    m_listener.close();
+    // After the connections on their way have become sessions, each thread
+    // deletes its own; none is left to use the record.
+    m_threads->onEachThread([this] { closeSessionsHere(); });
+}
+
+void RecorderServer::closeSessionsHere()
+{
+    std::vector<RecorderSession *> here;
+    {
+        const QMutexLocker lock(&m_mutex);
+        // A listed session has not ended, so it has not deleted itself.
+        const auto mine
+            = std::stable_partition(m_sessions.begin(), m_sessions.end(), [](const Entry &e) {
+                  return !e.session || e.session->thread() != QThread::currentThread();
+              });
+        for (auto it = mine; it != m_sessions.end(); ++it) {
+            m_loggedIn -= it->loggedIn;
+            m_live.erase(it->session);
+            here.push_back(it->session);
+        }
+        m_sessions.erase(mine, m_sessions.end());
     }
+    for (RecorderSession *session : here)
+        delete session;
 }
 
 bool RecorderServer::start(const QHostAddress &address, quint16 port, QString *error)
@@ -61,13 +85,19 @@ bool RecorderServer::start(const QHostAddress &address, quint16 port, QString *e
                                           m_options.adminPassword};
     if (!m_store.open(m_recordFile, fresh, error))
         return false;
-    m_server.setListenBacklogSize(ListenBacklog);
-    if (!m_server.listen(address, port)) {
+    m_listener.setListenBacklogSize(ListenBacklog);
+    if (!m_listener.listen(address, port)) {
         *error = u"cannot listen on %1:%2: %3"_s.arg(address.toString(), QString::number(port),
-                                                     m_server.errorString());
+                                                     m_listener.errorString());
         return false;
     }
-    qCInfo(lcRecorder).noquote() << name() << "record" << m_recordFile
+    m_address = m_listener.serverAddress();
+    m_port = m_listener.serverPort();
+    m_name = (m_address.protocol() == QAbstractSocket::IPv6Protocol
+                  ? u'[' + m_address.toString() + u']'
+                  : m_address.toString())
+             + u':' + QString::number(m_port);
+    qCInfo(lcRecorder).noquote() << m_name << "record" << m_recordFile
                                  << (m_store.created() ? "created from the factory defaults"
                                                        : "loaded")
                                  << "|" << m_options.channels << "channels,"
@@ -75,91 +105,219 @@ bool RecorderServer::start(const QHostAddress &address, quint16 port, QString *e
     return true;
 }
 
-QString RecorderServer::name() const
+QByteArray RecorderServer::record() const
 {
-    const QHostAddress host = address();
-    const QString text = host.protocol() == QAbstractSocket::IPv6Protocol
-                             ? u'[' + host.toString() + u']'
-                             : host.toString();
-    return text + u':' + QString::number(port());
+    const QMutexLocker lock(&m_mutex);
+    return m_store.record();
 }
 
-quint32 RecorderServer::loginCode(const PACKET_STRING &login, const RecorderSession *asking)
+quint32 RecorderServer::rights(int account) const
 {
-    if (m_options.refuseLoginCode)
-        return *m_options.refuseLoginCode;
-    switch (UserAccounts::check(m_store.record(), login.memberId, login.password)) {
-    case UserAccounts::Check::UnknownAccount:
-        m_throttle.failed(asking->peerAddress(), m_uptime.elapsed());
-        return LoginRefused;
-    case UserAccounts::Check::WrongPassword:
-        m_throttle.failed(asking->peerAddress(), m_uptime.elapsed());
-        return WrongPassword;
-    case UserAccounts::Check::NoNetworkAccess:
-        return NoAuthority;
-    case UserAccounts::Check::Accepted:
-        break;
+    const QMutexLocker lock(&m_mutex);
+    return UserAccounts::rights(m_store.record(), account);
+}
+
+RecorderServer::ChangeTicket RecorderServer::write(const std::vector<Piece> &pieces,
+                                                   RecorderSession *session)
+{
+    auto ticket = std::make_shared<Change>();
+    ticket->session = session;
+    const QMutexLocker lock(&m_mutex);
+    for (const Piece &piece : pieces)
+        m_store.write(piece.offset, piece.bytes);
+    m_unsaved.push_back(ticket);
+    return ticket;
+}
+
+void RecorderServer::save()
+{
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (m_saving || m_unsaved.empty())
+            return;
+        m_saving = true;
     }
-    const auto others = std::count_if(m_sessions.cbegin(), m_sessions.cend(),
-                                      [asking](const RecorderSession *session) {
-                                          return session != asking && session->isLoggedIn();
-                                      });
-    return others >= m_options.maxUsers ? TooManyUsers : LoginAccepted;
+    // The file is written outside the lock, so the sessions keep reading
+    // and changing the record meanwhile; the next round takes those changes.
+    for (;;) {
+        QByteArray record;
+        std::vector<ChangeTicket> covered;
+        {
+            const QMutexLocker lock(&m_mutex);
+            if (m_unsaved.empty()) {
+                m_saving = false;
+                return;
+            }
+            record = m_store.record();
+            covered = std::exchange(m_unsaved, {});
+        }
+        QString error;
+        const bool saved = m_store.writeFile(record, &error);
+        const QMutexLocker lock(&m_mutex);
+        if (saved) {
+            m_store.markSaved(record);
+        } else {
+            // Memory never claims what the file does not hold: every change
+            // not on disk is undone, also those made while the file was written.
+            qCWarning(lcRecorder).noquote() << m_name << error << "| the changes are undone";
+            m_store.undo();
+            covered.insert(covered.end(), m_unsaved.begin(), m_unsaved.end());
+            m_unsaved.clear();
+        }
+        std::unordered_set<RecorderSession *> told;
+        for (const ChangeTicket &ticket : covered) {
+            ticket->state.store(saved ? Change::Saved : Change::Undone, std::memory_order_release);
+            // Posted while the session is live: it leaves m_live before it goes.
+            if (m_live.contains(ticket->session) && told.insert(ticket->session).second) {
+                RecorderSession *session = ticket->session;
+                QMetaObject::invokeMethod(session, [session] { session->changesSettled(); });
+            }
+        }
+    }
+}
+
+QDateTime RecorderServer::now() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_clock.now();
+}
+
+void RecorderServer::setClock(const QDateTime &time)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_clock.set(time);
+}
+
+quint32 RecorderServer::loginCode(const PACKET_STRING &login, const QHostAddress &peer,
+                                  const RecorderSession *asking)
+{
+    const QMutexLocker lock(&m_mutex);
+    const auto entry = entryOf(asking);
+    if (entry == m_sessions.end())
+        return LoginRefused;
+    quint32 code = LoginAccepted;
+    if (m_options.refuseLoginCode) {
+        code = *m_options.refuseLoginCode;
+    } else {
+        switch (UserAccounts::check(m_store.record(), login.memberId, login.password)) {
+        case UserAccounts::Check::UnknownAccount:
+            m_throttle.failed(peer, m_uptime.elapsed());
+            code = LoginRefused;
+            break;
+        case UserAccounts::Check::WrongPassword:
+            m_throttle.failed(peer, m_uptime.elapsed());
+            code = WrongPassword;
+            break;
+        case UserAccounts::Check::NoNetworkAccess:
+            code = NoAuthority;
+            break;
+        case UserAccounts::Check::Accepted:
+            if (!entry->loggedIn && m_loggedIn >= m_options.maxUsers)
+                code = TooManyUsers;
+            break;
+        }
+    }
+    // A session holds a user slot from its accepted login to its end or a
+    // login that fails.
+    const bool loggedIn = code == LoginAccepted;
+    m_loggedIn += int(loggedIn) - int(entry->loggedIn);
+    entry->loggedIn = loggedIn;
+    return code;
 }
 
 qint64 RecorderServer::loginWaitMs(const QHostAddress &address) const
 {
-    return m_options.slowFailedLogins ? m_throttle.waitMs(address, m_uptime.elapsed()) : 0;
+    if (!m_options.slowFailedLogins)
+        return 0;
+    const QMutexLocker lock(&m_mutex);
+    return m_throttle.waitMs(address, m_uptime.elapsed());
 }
 
-void RecorderServer::requestSave(RecorderSession *session)
+void RecorderServer::sessionEnded(const RecorderSession *session)
 {
-    if (!m_awaitingSave.contains(session))
-        m_awaitingSave.append(session);
-    if (!m_saveTimer.isActive())
-        m_saveTimer.start();
+    const QMutexLocker lock(&m_mutex);
+    const auto entry = entryOf(session);
+    if (entry == m_sessions.end())
+        return;
+    m_loggedIn -= entry->loggedIn;
+    m_live.erase(entry->session);
+    m_sessions.erase(entry);
 }
 
-void RecorderServer::acceptConnections()
+int RecorderServer::sessionCount() const
 {
-    while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+    const QMutexLocker lock(&m_mutex);
+    return int(m_sessions.size());
+}
+
+std::vector<RecorderServer::Entry>::iterator RecorderServer::entryOf(const RecorderSession *session)
+{
+    return std::find_if(m_sessions.begin(), m_sessions.end(),
+                        [session](const Entry &e) { return e.session == session; });
+}
+
+void RecorderServer::admit(qintptr descriptor)
+{
+    const int id = m_nextSessionId++;
+    {
+        const QMutexLocker lock(&m_mutex);
+        const auto leaving = std::count_if(m_sessions.cbegin(), m_sessions.cend(),
+                                           [](const Entry &e) { return e.leaving; });
         // At the cap the oldest connection still without a login makes way,
         // so a flood of idle connections cannot lock the users out.
-        if (m_sessions.size() >= m_options.maxConnections) {
+        if (qsizetype(m_sessions.size()) - leaving >= m_options.maxConnections) {
             const auto idle
-                = std::find_if(m_sessions.cbegin(), m_sessions.cend(),
-                               [](const RecorderSession *s) { return !s->isLoggedIn(); });
-            if (idle == m_sessions.cend()) {
+                = std::find_if(m_sessions.begin(), m_sessions.end(),
+                               [](const Entry &e) { return !e.loggedIn && !e.leaving; });
+            if (idle != m_sessions.end()) {
+                idle->leaving = true;
+                // Posted while the session is listed: it is still there to
+                // take it, as it leaves the list only before it goes. One
+                // still on its way is closed as it arrives.
+                if (RecorderSession *session = idle->session) {
+                    QMetaObject::invokeMethod(session, [session] {
+                        session->drop(u"making way for a new connection at --max-connections"_s);
+                    });
+                }
+            } else {
+                QTcpSocket socket;
+                socket.setSocketDescriptor(descriptor);
                 qCInfo(lcRecorder).noquote()
-                    << name() << "connection from" << socket->peerAddress().toString()
+                    << m_name << "connection from" << socket.peerAddress().toString()
                     << "refused: --max-connections" << m_options.maxConnections << "reached";
-                socket->abort();
-                socket->deleteLater();
-                continue;
+                socket.abort();
+                return;
             }
-            (*idle)->drop(u"making way for a new connection at --max-connections"_s);
         }
-        auto *session = new RecorderSession(socket, this, m_nextSessionId++);
-        m_sessions.append(session);
-        connect(session, &RecorderSession::ended, this, [this, session] {
-            m_sessions.removeOne(session);
-            session->deleteLater();
-            Q_EMIT sessionEnded();
-        });
+        m_sessions.push_back({id});
     }
+    QMetaObject::invokeMethod(m_threads->next(),
+                              [this, descriptor, id] { startSession(descriptor, id); });
 }
 
-void RecorderServer::saveChanges()
+void RecorderServer::startSession(qintptr descriptor, int id)
 {
-    QString error;
-    const bool saved = m_store.save(&error);
-    if (!saved)
-        qCWarning(lcRecorder).noquote() << name() << error << "| the changes are undone";
-    const QList<QPointer<RecorderSession>> waiting = std::exchange(m_awaitingSave, {});
-    for (const QPointer<RecorderSession> &session : waiting) {
-        if (session)
-            session->changesSaved(saved);
+    auto *socket = new QTcpSocket;
+    const bool attached = socket->setSocketDescriptor(descriptor);
+    const QMutexLocker lock(&m_mutex);
+    const auto entry = std::find_if(m_sessions.begin(), m_sessions.end(),
+                                    [id](const Entry &e) { return e.id == id; });
+    if (attached && !entry->leaving) {
+        entry->session = new RecorderSession(socket, this, id);
+        m_live.insert(entry->session);
+        return;
     }
+    if (attached) {
+        qCInfo(lcRecorder).noquote() << m_name << "connection" << id
+                                     << "closed: making way for a new connection at "
+                                        "--max-connections";
+    } else {
+        qCWarning(lcRecorder).noquote()
+            << m_name << "cannot take a connection:" << socket->errorString();
+        ::close(int(descriptor));
+    }
+    m_sessions.erase(entry);
+    delete socket;
 }
 
 } // namespace sim

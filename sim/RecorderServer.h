@@ -2,18 +2,21 @@
 
 #pragma once
 
+#include "sim/ConnectionListener.h"
 #include "sim/LoginThrottle.h"
 #include "sim/OffsetClock.h"
 #include "sim/RecorderStore.h"
 #include "sim/SimOptions.h"
 
 #include <QElapsedTimer>
-#include <QList>
 #include <QLoggingCategory>
+#include <QMutex>
 #include <QObject>
-#include <QPointer>
-#include <QTcpServer>
-#include <QTimer>
+
+#include <atomic>
+#include <memory>
+#include <unordered_set>
+#include <vector>
 
 struct PACKET_STRING;
 
@@ -22,64 +25,116 @@ Q_DECLARE_LOGGING_CATEGORY(lcRecorder)
 namespace sim {
 
 class RecorderSession;
+class SessionThreads;
 
 // One simulated recorder: its listening socket, its record and clock, and
-// the sessions connected to it. Everything runs on the thread that owns it.
+// the sessions connected to it. The listener runs on the thread that creates
+// the recorder and hands each connection to one of the session threads.
+// What the sessions share (the record, the clock, the login slots, the
+// failed-login table, the list of connections) is behind one lock, so the
+// public functions may be called from any thread.
 //
 // Changes to the record are saved in batches: a session that changed the
-// record asks for a save, and one save at the next turn of the event loop
-// serves every session that asked meanwhile. Each session holds its
-// acknowledgement back until then, so an acknowledged change is on disk
-// while many sessions writing at once cost few file replacements.
+// record saves at the next turn of its thread's event loop, and one file
+// replacement covers every change made until then by any session. Each
+// acknowledgement waits for the save that covers its change, so an
+// acknowledged change is on disk while many sessions writing at once cost
+// few file replacements.
 class RecorderServer : public QObject
 {
     Q_OBJECT
 public:
-    RecorderServer(const SimOptions &options, const QString &recordFile, QObject *parent = nullptr);
+    // What became of one change of the record.
+    struct Change
+    {
+        enum State { Pending, Saved, Undone };
+        std::atomic<int> state {Pending};
+        RecorderSession *session; // told once the state is settled
+    };
+    using ChangeTicket = std::shared_ptr<Change>;
+    struct Piece
+    {
+        qsizetype offset;
+        QByteArray bytes;
+    };
+
+    // `threads` serve the sessions and must outlive the recorder.
+    RecorderServer(const SimOptions &options, const QString &recordFile, SessionThreads *threads,
+                   QObject *parent = nullptr);
+    // Closes every connection; call it on the thread that created the recorder.
     ~RecorderServer() override;
 
     // Opens (or creates) the record, then listens; `error` says why not.
     bool start(const QHostAddress &address, quint16 port, QString *error);
 
-    QHostAddress address() const { return m_server.serverAddress(); }
-    quint16 port() const { return m_server.serverPort(); }
+    QHostAddress address() const { return m_address; }
+    quint16 port() const { return m_port; }
     // "HOST:PORT", as announced and as it prefixes every log line.
-    QString name() const;
-
+    QString name() const { return m_name; }
     const SimOptions &options() const { return m_options; }
-    RecorderStore &store() { return m_store; }
-    OffsetClock &clock() { return m_clock; }
 
-    // The code of the login answer for `login` asked by `asking`; a wrong
-    // password or an unknown account slows the next logins from its address.
-    quint32 loginCode(const PACKET_STRING &login, const RecorderSession *asking);
+    QByteArray record() const;
+    quint32 rights(int account) const;
+    // Changes the record in memory for `session`, every piece at once, so
+    // that no save takes some of them without the others; the ticket tells
+    // once a save covered them, and the session hears changesSettled().
+    ChangeTicket write(const std::vector<Piece> &pieces, RecorderSession *session);
+    // Saves every change made so far, unless another thread is saving: that
+    // one goes on until no change is left, so no thread waits for another's
+    // file replacement.
+    void save();
+
+    QDateTime now() const;
+    void setClock(const QDateTime &time);
+
+    // The code of the login answer for `login` asked by `asking` from
+    // `peer`; a wrong password or an unknown account slows the next logins
+    // from that address.
+    quint32 loginCode(const PACKET_STRING &login, const QHostAddress &peer,
+                      const RecorderSession *asking);
     // How long a login from `address` has to wait before it is checked.
     qint64 loginWaitMs(const QHostAddress &address) const;
+    // `session` is gone: its connection and login slot are free.
+    void sessionEnded(const RecorderSession *session);
 
-    // `session` has changed the record; it hears changesSaved() once the
-    // change is on disk or undone.
-    void requestSave(RecorderSession *session);
-
-    int sessionCount() const { return int(m_sessions.size()); }
-
-Q_SIGNALS:
-    void sessionEnded();
+    int sessionCount() const;
 
 private:
-    void acceptConnections();
-    void saveChanges();
+    // A connection, listed from its admission on; its session comes once
+    // its thread has taken it.
+    struct Entry
+    {
+        int id;
+        RecorderSession *session = nullptr;
+        bool loggedIn = false;
+        bool leaving = false; // asked to make way
+    };
 
-    SimOptions m_options;
-    QString m_recordFile;
+    void admit(qintptr descriptor);
+    void startSession(qintptr descriptor, int id);
+    // Ends the sessions of the calling thread.
+    void closeSessionsHere();
+    std::vector<Entry>::iterator entryOf(const RecorderSession *session);
+
+    const SimOptions m_options;
+    const QString m_recordFile;
+    SessionThreads *m_threads;
+    ConnectionListener m_listener;
+    QHostAddress m_address;
+    quint16 m_port = 0;
+    QString m_name;
+    int m_nextSessionId = 1; // of the listening thread
+
+    mutable QMutex m_mutex; // guards everything below
     RecorderStore m_store;
     OffsetClock m_clock;
-    QTcpServer m_server;
-    QList<RecorderSession *> m_sessions; // oldest first
     LoginThrottle m_throttle;
     QElapsedTimer m_uptime;
-    QList<QPointer<RecorderSession>> m_awaitingSave;
-    QTimer m_saveTimer;
-    int m_nextSessionId = 1;
+    std::vector<Entry> m_sessions; // oldest first
+    int m_loggedIn = 0;
+    std::vector<ChangeTicket> m_unsaved;
+    bool m_saving = false; // a thread replaces the file; one at a time, in order
+    std::unordered_set<RecorderSession *> m_live; // sessions that may be told
 };
 
 } // namespace sim

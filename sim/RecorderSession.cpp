@@ -44,11 +44,10 @@ QString printable(QByteArrayView bytes)
 } // namespace
 
 RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int id)
-    : QObject(server)
-    , m_socket(socket)
+    : m_socket(socket)
     , m_server(server)
     , m_id(id)
-    , m_firmware(server, [this](const QString &text) { log(text); })
+    , m_firmware(server, this, [this](const QString &text) { log(text); })
 {
     socket->setParent(this);
     socket->setReadBufferSize(Frame::MaxSize);
@@ -58,8 +57,19 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
         timer->setSingleShot(true);
     connect(&m_answerTimer, &QTimer::timeout, this, &RecorderSession::sendDueAnswers);
     connect(&m_throttleTimer, &QTimer::timeout, this, &RecorderSession::releaseLogin);
-    connect(&m_loginDeadline, &QTimer::timeout, this,
-            [this] { drop(u"no login within %1 ms"_s.arg(m_loginDeadline.interval())); });
+    connect(&m_loginDeadline, &QTimer::timeout, this, [this] {
+        const QString reason = u"no login within %1 ms"_s.arg(m_loginDeadline.interval());
+        // The slowdown of failed logins never outlasts the login timeout: a
+        // login still held is checked now, and unless it succeeds the
+        // connection closes after its answer.
+        if (!m_loginHeld) {
+            drop(reason);
+            return;
+        }
+        checkHeldLogin();
+        if (!m_loggedIn)
+            closeAfterAnswers(reason + u"; closing the connection"_s);
+    });
     connect(&m_silenceTimer, &QTimer::timeout, this, [this] {
         drop(u"no keep-alive within %1 ms; the user slot is free"_s.arg(m_silenceTimer.interval()));
     });
@@ -85,18 +95,15 @@ QHostAddress RecorderSession::peerAddress() const
     return m_socket->peerAddress();
 }
 
-void RecorderSession::changesSaved(bool saved)
+void RecorderSession::saveChanges()
 {
-    if (m_ended)
-        return;
-    for (Answer &a : m_answers) {
-        if (a.awaitingSave) {
-            a.awaitingSave = false;
-            a.param.words[a.savedWord] = saved ? 1 : 0;
-        }
-    }
-    if (!saved)
-        log(u"the record could not be saved; changes refused"_s);
+    m_saveQueued = false;
+    if (!m_ended)
+        m_server->save();
+}
+
+void RecorderSession::changesSettled()
+{
     sendDueAnswers();
 }
 
@@ -109,14 +116,13 @@ void RecorderSession::readFrames()
     // Frames completed before a malformed head still count; nothing after it can.
     while (!m_closing && !inputHeld()) {
         if (!m_reader.hasFrame()) {
-            const QByteArray bytes = m_reader.failed() ? QByteArray() : m_socket->read(ReadPiece);
+            const qint64 piece = m_reader.failed() ? 0 : nextPiece();
+            if (piece < 0)
+                return;
+            const QByteArray bytes = piece > 0 ? m_socket->read(piece) : QByteArray();
             if (bytes.isEmpty())
                 break;
             m_reader.feed(bytes);
-            if (!m_loggedIn && m_reader.pendingBytes() > MaxFrameBeforeLogin) {
-                drop(u"a frame of more than %1 bytes before login"_s.arg(MaxFrameBeforeLogin));
-                return;
-            }
             continue;
         }
         const std::optional<Frame> frame = Frame::decode(m_reader.takeFrame());
@@ -133,6 +139,28 @@ void RecorderSession::readFrames()
     }
     if (m_reader.failed() && !m_reader.hasFrame() && !m_closing)
         closeAfterAnswers(u"malformed frame; closing the connection"_s);
+}
+
+qint64 RecorderSession::nextPiece()
+{
+    if (m_wasLoggedIn)
+        return ReadPiece;
+    // Before the first login each frame's length is read from its head
+    // before any of it is taken, so a frame over the limit is refused
+    // however it arrives, and no more than one frame is taken at a time.
+    if (m_reader.pendingBytes() > 0)
+        return m_frameLength - m_reader.pendingBytes();
+    if (m_socket->bytesAvailable() < Frame::HeadSize)
+        return 0;
+    const qsizetype length = Frame::checkHead(m_socket->peek(Frame::HeadSize));
+    if (length > MaxFrameBeforeLogin) {
+        drop(u"a frame of %1 bytes before login, more than %2"_s.arg(length).arg(
+            MaxFrameBeforeLogin));
+        return -1;
+    }
+    // A head that is no head: the reader refuses it and the connection closes.
+    m_frameLength = length > 0 ? length : Frame::HeadSize;
+    return m_frameLength;
 }
 
 void RecorderSession::handle(const Frame &frame)
@@ -192,6 +220,12 @@ void RecorderSession::releaseLogin()
         m_throttleTimer.start(int(wait));
         return;
     }
+    checkHeldLogin();
+}
+
+void RecorderSession::checkHeldLogin()
+{
+    m_throttleTimer.stop();
     m_loginHeld = false;
     login(std::exchange(m_heldLogin, {}));
     QMetaObject::invokeMethod(this, &RecorderSession::readFrames, Qt::QueuedConnection);
@@ -200,8 +234,9 @@ void RecorderSession::releaseLogin()
 void RecorderSession::login(const QByteArray &payload)
 {
     const PACKET_STRING login = PACKET_STRING::fromBytes(payload);
-    const quint32 code = m_server->loginCode(login, this);
+    const quint32 code = m_server->loginCode(login, peerAddress(), this);
     m_loggedIn = code == 1;
+    m_wasLoggedIn = m_wasLoggedIn || m_loggedIn;
     m_account = m_loggedIn ? UserAccounts::indexOf(login.memberId) : -1;
     if (m_loggedIn) {
         m_loginDeadline.stop();
@@ -221,18 +256,20 @@ void RecorderSession::sendSetup()
 {
     PACKET_PARAM param; // word 2 = 0: the current settings, not a reference copy
     SetupAnswerValues::forChannels(m_server->options().channels).writeTo(param);
-    answer(RemoteCommand::SetupAnswer, param, m_server->store().record());
+    answer(RemoteCommand::SetupAnswer, param, m_server->record());
     log(u"setup record sent"_s);
 }
 
 void RecorderSession::dateTime(const PACKET_PARAM &param)
 {
     const auto &w = param.words;
-    OffsetClock &clock = m_server->clock();
     if (w[0] == SetTime) {
         const auto time = OffsetClock::fromFields(w[1], w[2], w[3], w[4], w[5], w[6]);
-        if (time) {
-            clock.set(*time);
+        if (!mayUse(SectionRights::SystemTime)) {
+            log(u"clock set refused: the account lacks %1"_s.arg(
+                SectionRights::names(1u << SectionRights::SystemTime)));
+        } else if (time) {
+            m_server->setClock(*time);
             log(u"clock set to %1"_s.arg(time->toString(u"yyyy-MM-dd hh:mm:ss"_s)));
         } else {
             log(u"clock set refused: %1-%2-%3 %4:%5:%6 is no valid time"_s.arg(w[1])
@@ -246,7 +283,7 @@ void RecorderSession::dateTime(const PACKET_PARAM &param)
         log(u"date/time mode %1 treated as a read"_s.arg(w[0]));
     }
 
-    const QDateTime now = clock.now();
+    const QDateTime now = m_server->now();
     PACKET_PARAM out;
     out.words = {w[0],
                  quint32(now.date().year()),
@@ -302,9 +339,8 @@ void RecorderSession::setupWrite(const Frame &frame)
         acknowledge(true);
         return;
     }
-    m_server->store().write(offset, frame.payload);
     log(u"write applied (%1)"_s.arg(what));
-    acknowledgeWhenSaved();
+    acknowledgeWhenSaved(m_server->write({{qsizetype(offset), frame.payload}}, this));
 }
 
 void RecorderSession::commit()
@@ -314,11 +350,8 @@ void RecorderSession::commit()
         acknowledge(true);
         return;
     }
-    for (const StagedWrite &staged : m_staged)
-        m_server->store().write(staged.offset, staged.bytes);
     log(u"commit: %1 staged writes applied"_s.arg(m_staged.size()));
-    m_staged.clear();
-    acknowledgeWhenSaved();
+    acknowledgeWhenSaved(m_server->write(std::exchange(m_staged, {}), this));
 }
 
 void RecorderSession::acknowledge(bool applied)
@@ -328,35 +361,42 @@ void RecorderSession::acknowledge(bool applied)
     answer(RemoteCommand::SetupWriteAck, param);
 }
 
-void RecorderSession::acknowledgeWhenSaved()
+void RecorderSession::acknowledgeWhenSaved(RecorderServer::ChangeTicket change)
 {
-    answer(RemoteCommand::SetupWriteAck, PACKET_PARAM(), {}, true);
-    m_server->requestSave(this);
+    answer(RemoteCommand::SetupWriteAck, PACKET_PARAM(), {}, std::move(change));
 }
 
 void RecorderSession::firmwarePacket(const Frame &frame)
 {
-    const auto reply = m_firmware.handle(frame);
+    const auto reply = m_firmware.handle(frame, mayUse(SectionRights::UpgradeSoftware));
     if (!reply)
         return;
     // Word 1 of the reply to the end of a package says whether the new
     // software version is on disk.
-    answer(RemoteCommand::FirmwareReply, reply->param, reply->payload, reply->afterSave, 1);
-    if (reply->afterSave)
-        m_server->requestSave(this);
+    answer(RemoteCommand::FirmwareReply, reply->param, reply->payload, reply->change, 1);
 }
 
 void RecorderSession::answer(qint32 command, const PACKET_PARAM &param, const QByteArray &payload,
-                             bool awaitingSave, int savedWord)
+                             RecorderServer::ChangeTicket change, int savedWord)
 {
+    // One save per turn of the event loop serves every change made in it.
+    if (change && !m_saveQueued) {
+        m_saveQueued = true;
+        QMetaObject::invokeMethod(this, &RecorderSession::saveChanges, Qt::QueuedConnection);
+    }
     m_answers.push_back({command, param, payload, QDeadlineTimer(m_server->options().delayMs),
-                         awaitingSave, savedWord});
+                         std::move(change), savedWord});
     sendDueAnswers();
 }
 
 quint32 RecorderSession::accountRights() const
 {
-    return m_account < 0 ? 0 : UserAccounts::rights(m_server->store().record(), m_account);
+    return m_account < 0 ? 0 : m_server->rights(m_account);
+}
+
+bool RecorderSession::mayUse(int right) const
+{
+    return accountRights() & (1u << right);
 }
 
 void RecorderSession::answersWritten()
@@ -381,9 +421,16 @@ void RecorderSession::drop(const QString &reason)
 void RecorderSession::sendDueAnswers()
 {
     while (!m_answers.empty() && !m_ended) {
-        const Answer &next = m_answers.front();
-        if (next.awaitingSave)
-            return;
+        Answer &next = m_answers.front();
+        if (next.change) {
+            const int state = next.change->state.load(std::memory_order_acquire);
+            if (state == RecorderServer::Change::Pending)
+                return;
+            next.param.words[next.savedWord] = state == RecorderServer::Change::Saved ? 1 : 0;
+            if (state == RecorderServer::Change::Undone)
+                log(u"the record could not be saved; changes refused"_s);
+            next.change.reset();
+        }
         if (!next.due.hasExpired()) {
             m_answerTimer.start(int(std::max<qint64>(next.due.remainingTime(), 0)));
             return;
@@ -421,7 +468,8 @@ void RecorderSession::end()
         log(u"%1 staged writes discarded without a commit"_s.arg(m_staged.size()));
     m_firmware.discard(u"the connection ended"_s);
     log(u"closed"_s);
-    Q_EMIT ended();
+    m_server->sessionEnded(this);
+    deleteLater();
 }
 
 void RecorderSession::log(const QString &text) const

@@ -6,6 +6,7 @@
 #include "session/FrameReader.h"
 #include "session/PacketParam.h"
 #include "sim/FirmwareReception.h"
+#include "sim/RecorderServer.h"
 
 #include <QByteArray>
 #include <QDeadlineTimer>
@@ -20,12 +21,11 @@ class QTcpSocket;
 
 namespace sim {
 
-class RecorderServer;
-
 // One client connection to a recorder: frames in, answers out, in order.
 // Answers wait in a queue, because --delay-ms holds every answer back and an
 // acknowledgement of a change waits for the record to be saved; nothing
-// overtakes them.
+// overtakes them. A session lives on one of the session threads; once its
+// connection is gone it tells the server and deletes itself.
 class RecorderSession : public QObject
 {
     Q_OBJECT
@@ -33,54 +33,49 @@ public:
     // Takes ownership of `socket`.
     RecorderSession(QTcpSocket *socket, RecorderServer *server, int id);
 
-    bool isLoggedIn() const { return m_loggedIn; }
     QHostAddress peerAddress() const;
     // Closes the connection at once, answers unsent.
     void drop(const QString &reason);
-
-    // The save this session asked for is done: acknowledge the changes with
-    // 1, or with 0 when they could not be saved and were undone.
-    void changesSaved(bool saved);
-
-Q_SIGNALS:
-    // The connection is gone; the session has nothing left to do.
-    void ended();
+    // A save has settled changes of this session: what waited for them goes.
+    void changesSettled();
 
 private:
-    struct StagedWrite
-    {
-        qsizetype offset;
-        QByteArray bytes;
-    };
     struct Answer
     {
         qint32 command;
         PACKET_PARAM param;
         QByteArray payload;
         QDeadlineTimer due;
-        bool awaitingSave; // an answer whose word `savedWord` the save decides
+        // An answer whose word `savedWord` the save of this change decides.
+        RecorderServer::ChangeTicket change;
         int savedWord;
     };
 
     void readFrames();
+    // How many bytes of input to take next; -1 when the connection is dropped.
+    qint64 nextPiece();
     void handle(const session::Frame &frame);
     bool inputHeld() const { return m_outputFull || m_loginHeld; }
     // Holds a login back while its address is being slowed down.
     void holdLogin(const QByteArray &payload);
     void releaseLogin();
+    void checkHeldLogin();
     void login(const QByteArray &payload);
     void answersWritten();
     quint32 accountRights() const;
+    bool mayUse(int right) const;
     void sendSetup();
     void dateTime(const PACKET_PARAM &param);
     void setupWrite(const session::Frame &frame);
     void commit();
     void acknowledge(bool applied);
-    void acknowledgeWhenSaved();
+    void acknowledgeWhenSaved(RecorderServer::ChangeTicket change);
     void firmwarePacket(const session::Frame &frame);
+    // Saves the changes of this turn of the event loop.
+    void saveChanges();
 
     void answer(qint32 command, const PACKET_PARAM &param, const QByteArray &payload = {},
-                bool awaitingSave = false, int savedWord = 0);
+                RecorderServer::ChangeTicket change = {}, int savedWord = 0);
     void sendDueAnswers();
     // Reads nothing more and closes once every answer so far is out.
     void closeAfterAnswers(const QString &reason);
@@ -93,7 +88,10 @@ private:
     session::FrameReader m_reader;
     quint32 m_sequence = 0; // of the frames this side sent
     int m_framesReceived = 0;
+    qsizetype m_frameLength = 0; // of the frame being received before the first login
     bool m_loggedIn = false;
+    bool m_wasLoggedIn = false;
+    bool m_saveQueued = false;
     int m_account = -1; // of the successful login
     int m_writesSeen = 0;
     bool m_outputFull = false; // too many answers unread: input stops
@@ -101,7 +99,7 @@ private:
     QByteArray m_heldLogin;
     bool m_closing = false;
     bool m_ended = false;
-    std::vector<StagedWrite> m_staged;
+    std::vector<RecorderServer::Piece> m_staged;
     std::deque<Answer> m_answers;
     FirmwareReception m_firmware;
     QTimer m_answerTimer;

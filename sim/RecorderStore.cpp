@@ -31,7 +31,7 @@ bool RecorderStore::open(const QString &path, const NewRecord &fresh, QString *e
                 = u"the Admin password is longer than %1 bytes"_s.arg(UserAccounts::PasswordWidth);
             return false;
         }
-        if (!store(record, error))
+        if (!writeFile(record, error))
             return false;
         m_record = m_saved = record;
         return true;
@@ -68,7 +68,7 @@ bool RecorderStore::save(QString *error)
 {
     if (!hasUnsavedChanges())
         return true;
-    if (!store(m_record, error)) {
+    if (!writeFile(m_record, error)) {
         m_record = m_saved;
         return false;
     }
@@ -76,7 +76,7 @@ bool RecorderStore::save(QString *error)
     return true;
 }
 
-bool RecorderStore::store(const QByteArray &record, QString *error) const
+bool RecorderStore::writeFile(const QByteArray &record, QString *error) const
 {
     // QSaveFile writes a temporary file beside the target and renames it over
     // the target on commit: a crash leaves either the old or the new record.

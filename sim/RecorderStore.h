@@ -45,9 +45,14 @@ public:
     // does not hold.
     bool save(QString *error);
 
-private:
-    bool store(const QByteArray &record, QString *error) const;
+    // The parts of save(), for an owner that writes the file outside its
+    // lock: writeFile() replaces the file with `record` atomically, then
+    // markSaved() or undo() settles the changes it covered.
+    bool writeFile(const QByteArray &record, QString *error) const;
+    void markSaved(const QByteArray &record) { m_saved = record; }
+    void undo() { m_record = m_saved; }
 
+private:
     QString m_path;
     QByteArray m_record;
     QByteArray m_saved;

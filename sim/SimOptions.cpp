@@ -15,7 +15,8 @@ namespace {
 
 // The Admin slot of the users section holds 12 bytes.
 constexpr qsizetype PasswordWidth = 12;
-constexpr int MaxCount = 256;
+constexpr int MaxCount = 1000;
+constexpr int MaxThreads = 64;
 
 // Decimal, or hexadecimal after "0x" when `hexAllowed`.
 std::optional<qint64> boundedNumber(const QString &text, qint64 low, qint64 high,
@@ -106,11 +107,13 @@ std::optional<SimOptions> SimOptions::parse(const QStringList &arguments, QStrin
     const QCommandLineOption loginTimeout(u"login-timeout"_s, QString(), u"S"_s);
     const QCommandLineOption keepAliveTimeout(u"keep-alive-timeout"_s, QString(), u"S"_s);
     const QCommandLineOption refuseWriteAt(u"refuse-write-at"_s, QString(), u"N"_s);
+    const QCommandLineOption threads(u"threads"_s, QString(), u"N"_s);
     const QCommandLineOption help(QStringList {u"h"_s, u"help"_s});
-    parser.addOptions({listen,         record,       channels,         video,         maxUsers,
-                       version,        model,        chunkSize,        adminPassword, firmwareDir,
-                       refuseLogin,    busy,         dropAfter,        delayMs,       count,
-                       maxConnections, loginTimeout, keepAliveTimeout, refuseWriteAt, help});
+    parser.addOptions(
+        {listen,        record,    channels,      video,          maxUsers,     version,
+         model,         chunkSize, adminPassword, firmwareDir,    refuseLogin,  busy,
+         dropAfter,     delayMs,   count,         maxConnections, loginTimeout, keepAliveTimeout,
+         refuseWriteAt, threads,   help});
 
     if (!parser.parse(QStringList {u"recorder-sim"_s} + arguments)) {
         *error = parser.errorText();
@@ -145,6 +148,7 @@ std::optional<SimOptions> SimOptions::parse(const QStringList &arguments, QStrin
         {loginTimeout, 1, 3600, &options.loginTimeoutMs, Ms},
         {keepAliveTimeout, 1, 3600, &options.keepAliveTimeoutMs, Ms},
         {refuseWriteAt, 1, std::numeric_limits<int>::max(), &options.refuseWriteAt},
+        {threads, 1, MaxThreads, &options.threads},
     };
     for (const Number &n : numbers) {
         if (!parser.isSet(n.option))
@@ -230,7 +234,7 @@ QString SimOptions::usage()
            u"                    [--firmware-dir DIR] [--refuse-login CODE] [--busy]\n"
            u"                    [--max-connections N] [--login-timeout S]\n"
            u"                    [--keep-alive-timeout S] [--drop-after N] [--delay-ms N]\n"
-           u"                    [--refuse-write-at N] [--count N]\n"
+           u"                    [--refuse-write-at N] [--count N] [--threads N]\n"
            u"\n"
            u"A recorder for the Remote Setup client. Prints 'listening on HOST:PORT' once per\n"
            u"recorder on standard output, everything else on standard error.\n"
@@ -255,7 +259,10 @@ QString SimOptions::usage()
            u"  --drop-after N       close each connection after N received frames\n"
            u"  --delay-ms N         delay every answer by N milliseconds\n"
            u"  --refuse-write-at N  refuse the N-th setup write of each connection\n"
-           u"  --count N            N recorders on consecutive ports, files FILE.0 ... FILE.N-1\n"_s;
+           u"  --count N            N recorders (up to 1000) on consecutive ports, files\n"
+           u"                       FILE.0 ... FILE.N-1\n"
+           u"  --threads N          threads serving the connections, 1-64 (one per processor,\n"
+           u"                       at least two)\n"_s;
 }
 
 QString SimOptions::recordFileFor(int index) const

@@ -51,6 +51,7 @@ public:
     int delayMs = 0;
     int count = 1;
     bool countGiven = false;
+    int threads = 0; // that serve the connections; 0: one per processor, at least two
 
     // Parses the arguments after the program name. On failure `error` says
     // what was wrong. --help sets `helpRequested` and succeeds.

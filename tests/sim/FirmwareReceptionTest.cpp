@@ -1,8 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "sim/FirmwareReception.h"
+
 #include "firmware/PackageBuilder.h"
 #include "firmware/RecorderVersions.h"
+#include "setup/FactoryDefaults.h"
+#include "setup/LittleEndian.h"
 #include "setup/SetupRecordMap.h"
+#include "sim/SectionRights.h"
+#include "sim/UserAccounts.h"
 #include "tests/firmware/UploadPackets.h"
 #include "tests/sim/SimFixture.h"
 
@@ -187,4 +193,31 @@ TEST_F(FirmwareReceptionTest, AFaultyPacketAStopOrAHangUpDropsTheTransfer)
     }
     EXPECT_EQ(storedRecord().sliced(setup::SetupRecordMap::SoftwareVersionOffset, 4),
               QByteArray("\x01\0\0\0", 4));
+}
+
+TEST_F(FirmwareReceptionTest, OnlyAnAccountWithTheUpgradeRightMayUpgrade)
+{
+    // User1 may log in over the network; User2 may also upgrade.
+    QByteArray record = setup::FactoryDefaults::record();
+    const quint32 upgrade = 1u << sim::SectionRights::UpgradeSoftware;
+    nelib::LittleEndian::setU32(record, 172 + 4 * 4, sim::UserAccounts::NetworkAccess);
+    nelib::LittleEndian::setU32(record, 172 + 4 * 5, sim::UserAccounts::NetworkAccess | upgrade);
+    testsupport::writeFile(recordPath(), record);
+    ASSERT_TRUE(start());
+    const auto packets = uploadPackets(packageBytes(), ChunkSize, {true, true});
+
+    auto user1 = connect();
+    ASSERT_EQ(user1->login("User1", "").words[0], 1u);
+    const auto declined = send(*user1, packets[0]);
+    ASSERT_TRUE(declined);
+    EXPECT_EQ(declined->param.words[1], W::Decline);
+    const auto refused = send(*user1, packets[1]);
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->param.words, Refused);
+
+    auto user2 = connect();
+    ASSERT_EQ(user2->login("User2", "").words[0], 1u);
+    sendAll(*user2, packets);
+    EXPECT_EQ(kept(),
+              QStringList {sim::FirmwareReception::fileName(FirmwareVersion {{2, 0, 0, 0}})});
 }

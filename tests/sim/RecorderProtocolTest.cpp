@@ -251,9 +251,15 @@ TEST_F(RecorderProtocol, MalformedFramesCloseOnlyTheirConnection)
 
 TEST_F(RecorderProtocol, ClockCanBeSetAndReadAndIgnoresInvalidTimes)
 {
+    // User1 may log in over the network, but not set the time.
+    QByteArray record = setup::FactoryDefaults::record();
+    LittleEndian::setU32(record, 172 + 4 * 4, sim::UserAccounts::NetworkAccess);
+    testsupport::writeFile(recordPath(), record);
     ASSERT_TRUE(start());
     auto client = admin();
     auto other = admin();
+    auto user = connect();
+    ASSERT_EQ(user->login("User1", "").words[0], Accepted);
     const QDateTime set(QDate(2031, 2, 3), QTime(4, 5, 6), QTimeZone::utc());
     // Generous bounds: the clock runs on while the test does.
     const auto expectNearSetTime = [&](const std::optional<Frame> &answer, quint32 mode) {
@@ -279,6 +285,8 @@ TEST_F(RecorderProtocol, ClockCanBeSetAndReadAndIgnoresInvalidTimes)
         SCOPED_TRACE(&fields - invalid);
         expectNearSetTime(client->request(RemoteCommand::DateTime, timeParam(2, fields)), 2);
     }
+    expectNearSetTime(user->request(RemoteCommand::DateTime, timeParam(2, {2040, 1, 1, 0, 0, 0})),
+                      2);
     // A leap day is a real day.
     const auto leap
         = client->request(RemoteCommand::DateTime, timeParam(2, {2032, 2, 29, 23, 59, 0}));
@@ -373,11 +381,22 @@ TEST_F(RecorderProtocol, ConnectionsWithoutLoginOrKeepAliveAreClosedAndFreeTheir
     options.maxUsers = 1;
     ASSERT_TRUE(start());
     auto silent = connect();
-    auto oversized = connect();
-    oversized->sendRaw(Frame::encode(0, RemoteCommand::Login, {}, QByteArray(65536, 'x')));
+    // Before login a frame may be 4096 bytes, however it arrives.
+    const auto loginOf = [](qsizetype frameSize) {
+        return Frame::encode(0, RemoteCommand::Login, {}, QByteArray(frameSize - 60, '\0'));
+    };
+    auto largest = connect();
+    largest->sendRaw(loginOf(4096));
+    EXPECT_EQ(largest->next()->command, RemoteCommand::LoginAnswer);
+    std::unique_ptr<FramePeer> oversized[] = {connect(), connect()};
+    oversized[0]->sendRaw(loginOf(4097));
+    oversized[1]->sendRaw(loginOf(65596));
     auto first = admin();
     EXPECT_TRUE(silent->waitClosed());
-    EXPECT_TRUE(oversized->waitClosed());
+    for (const auto &client : oversized) {
+        EXPECT_TRUE(client->waitClosed());
+        EXPECT_FALSE(client->take());
+    }
 
     // The first session stays silent: its slot goes to the next one.
     auto second = connect();
@@ -385,6 +404,17 @@ TEST_F(RecorderProtocol, ConnectionsWithoutLoginOrKeepAliveAreClosedAndFreeTheir
     EXPECT_TRUE(first->waitClosed());
     auto third = connect();
     EXPECT_EQ(third->login("Admin", "").words[0], Accepted);
+}
+
+// After three failures each login from the address waits longer, but never
+// past the login timeout: then it is checked at once.
+TEST_F(RecorderProtocol, FailedLoginsAreSlowedButNotPastTheLoginTimeout)
+{
+    options.loginTimeoutMs = 300;
+    ASSERT_TRUE(start());
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(connect()->login("Admin", "wrong").words[0], 2u) << i;
+    EXPECT_EQ(connect()->login("Admin", "").words[0], Accepted);
 }
 
 TEST_F(RecorderProtocol, AtTheConnectionCapIdleConnectionsMakeWay)

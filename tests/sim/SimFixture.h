@@ -3,6 +3,7 @@
 #pragma once
 
 #include "sim/RecorderServer.h"
+#include "sim/SessionThreads.h"
 #include "sim/SimOptions.h"
 #include "tests/TestSupport.h"
 #include "tests/session/FramePeer.h"
@@ -27,7 +28,7 @@ protected:
     // False (with a test failure) when the recorder does not start.
     bool start()
     {
-        server = std::make_unique<sim::RecorderServer>(options, options.recordFile);
+        server = std::make_unique<sim::RecorderServer>(options, options.recordFile, &threads);
         QString error;
         const bool started = server->start(options.address, options.port, &error);
         EXPECT_TRUE(started) << error.toStdString();
@@ -51,6 +52,8 @@ protected:
     }
 
     sim::SimOptions options;
+    // Two, so that sessions of one recorder run on different threads.
+    sim::SessionThreads threads {2};
     std::unique_ptr<sim::RecorderServer> server;
 
 private:

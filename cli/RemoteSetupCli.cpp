@@ -112,8 +112,8 @@ void RemoteSetupCli::printUsage(QTextStream &stream) const
               "                     the defaults); export then takes a folder DIR/\n"
               "  --jobs N           with --hosts, talk to at most N recorders at once\n"
               "  --show-secrets     print passwords (the accounts' and the e-mail one) as\n"
-              "                     they are; otherwise get, dump, diff and set show\n"
-              "                     them as ********\n"
+              "                     they are; otherwise get, dump, diff, set and apply\n"
+              "                     show them as ********\n"
               "  --version          print the program's version and exit\n\n"
               "Commands:\n";
     for (const Command &command : s_commands)

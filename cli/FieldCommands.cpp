@@ -534,23 +534,37 @@ std::optional<DiffArguments> diffArguments(const CommandContext &context,
     return d;
 }
 
-int readPair(const CommandContext &context, const QStringList &sources, QByteArray *before,
-             QByteArray *after)
+// The two setups diff's arguments name and the lines in which they differ,
+// the ignored ones left out.
+struct Comparison
 {
+    DiffArguments arguments;
+    QByteArray before;
+    QByteArray after;
+    QStringList changes;
+};
+
+std::optional<Comparison> compare(const CommandContext &context, const QStringList &arguments,
+                                  int *code)
+{
+    const auto d = diffArguments(context, arguments, code);
+    if (!d)
+        return std::nullopt;
+    Comparison c {*d, {}, {}, {}};
     bool beforeExport = false;
     bool afterExport = false;
-    if (const int code = readSource(context, sources[0], before, &beforeExport))
-        return code;
-    if (const int code = readSource(context, sources[1], after, &afterExport))
-        return code;
+    if ((*code = readSource(context, d->sources[0], &c.before, &beforeExport))
+        || (*code = readSource(context, d->sources[1], &c.after, &afterExport)))
+        return std::nullopt;
     // An export file carries no software version: it takes the other side's.
     const FieldInfo &version = fields::header::softwareVersion;
     if (beforeExport != afterExport) {
-        QByteArray &known = beforeExport ? *after : *before;
-        FieldTable::setBytes(beforeExport ? *before : *after, version,
+        QByteArray &known = beforeExport ? c.after : c.before;
+        FieldTable::setBytes(beforeExport ? c.before : c.after, version,
                              FieldTable::bytes(known, version));
     }
-    return Success;
+    c.changes = d->ignores.kept(RecordDump::diff(c.before, c.after));
+    return c;
 }
 
 } // namespace
@@ -573,39 +587,34 @@ int FieldCommands::checkDiff(const CommandContext &context, const QStringList &a
 int FieldCommands::drift(const CommandContext &context, const QStringList &arguments)
 {
     int code = Success;
-    const auto d = diffArguments(context, arguments, &code);
-    QByteArray before;
-    QByteArray after;
-    if (!d || (code = readPair(context, d->sources, &before, &after)))
+    const auto c = compare(context, arguments, &code);
+    if (!c)
         return code;
-    const qsizetype count = d->ignores.kept(RecordDump::diff(before, after)).size();
-    context.out() << "differs: " << count << '\n';
+    context.out() << "differs: " << c->changes.size() << '\n';
     context.out().flush();
-    return count ? Differs : Success;
+    return c->changes.isEmpty() ? Success : Differs;
 }
 
 int FieldCommands::diff(const CommandContext &context, const QStringList &arguments)
 {
     int code = Success;
-    const auto d = diffArguments(context, arguments, &code);
-    QByteArray before;
-    QByteArray after;
-    if (!d || (code = readPair(context, d->sources, &before, &after)))
+    const auto c = compare(context, arguments, &code);
+    if (!c)
         return code;
     const SecretMask mask(context.options().showSecrets);
-    const QStringList lines = d->ignores.kept(RecordDump::diff(before, after));
-    if (!d->json) {
-        printLines(context, mask.changes(lines));
-        return lines.isEmpty() ? Success : Differs;
+    const int exitCode = c->changes.isEmpty() ? Success : Differs;
+    if (!c->arguments.json) {
+        printLines(context, mask.changes(c->changes));
+        return exitCode;
     }
     // Both dumps list the same names in the same order.
-    const QStringList a = RecordDump::dump(before);
-    const QStringList b = RecordDump::dump(after);
+    const QStringList a = RecordDump::dump(c->before);
+    const QStringList b = RecordDump::dump(c->after);
     QJsonArray changes;
     for (qsizetype k = 0; k < a.size() && k < b.size(); ++k) {
         const qsizetype at = a[k].indexOf(u" = "_s);
         const QString name = a[k].left(at);
-        if (a[k] == b[k] || d->ignores.ignores(name))
+        if (a[k] == b[k] || c->arguments.ignores.ignores(name))
             continue;
         changes.append(QJsonObject {{u"name"_s, name},
                                     {u"before"_s, mask.value(name, a[k].mid(at + 3))},
@@ -614,10 +623,10 @@ int FieldCommands::diff(const CommandContext &context, const QStringList &argume
     const auto shown = [&context](const QString &source) {
         return source.isEmpty() ? u'@' + context.options().host : source;
     };
-    printJson(context, {{u"before"_s, shown(d->sources[0])},
-                        {u"after"_s, shown(d->sources[1])},
+    printJson(context, {{u"before"_s, shown(c->arguments.sources[0])},
+                        {u"after"_s, shown(c->arguments.sources[1])},
                         {u"changes"_s, changes}});
-    return lines.isEmpty() ? Success : Differs;
+    return exitCode;
 }
 
 } // namespace cli

@@ -13,7 +13,8 @@ class CommandContext;
 // values that differ as "name = old -> new" and "changed: N", comes first;
 // --check stops there. Then each touched section is written once and the
 // record read again in a new session: a value the recorder did not keep
-// fails the command. A password shown masked leaves the password as it is.
+// fails the command. A password shown masked leaves the password as it is,
+// and so do a dump's lines of bytes no field covers (owner.reserved[a..b]).
 class ApplyCommand
 {
 public:

@@ -10,6 +10,7 @@ namespace cli {
 enum ExitCode : int {
     Success = 0,
     Refused = 1,
+    Differs = 1, // diff: the setups differ
     UsageError = 2,
     NoSession = 3,
 };

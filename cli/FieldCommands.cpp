@@ -7,6 +7,7 @@
 #include "cli/ExitCode.h"
 #include "cli/FieldValueParser.h"
 #include "cli/HostsFile.h"
+#include "cli/IgnoreList.h"
 #include "cli/InputFile.h"
 #include "cli/SecretMask.h"
 #include "i18n/CodePage.h"
@@ -46,11 +47,7 @@ namespace {
 
 namespace fields = setup::fields;
 
-struct Assignment
-{
-    FieldName name;
-    QByteArray bytes; // one element's bytes, written to every element the name covers
-};
+using Assignment = FieldCommands::Assignment;
 
 // Takes a leading --json off the arguments.
 bool takeJson(QStringList *arguments)
@@ -112,7 +109,6 @@ std::optional<QList<Assignment>> parseAssignments(const CommandContext &context,
         *code = context.usageError(u"set takes NAME=VALUE..."_s);
         return std::nullopt;
     }
-    const FieldValueParser parser(nelib::CodePage::system());
     QList<Assignment> assignments;
     // Every element assigned so far, by its record offset.
     std::map<int, QString> assigned;
@@ -123,35 +119,15 @@ std::optional<QList<Assignment>> parseAssignments(const CommandContext &context,
             return std::nullopt;
         }
         const QString nameText = argument.left(equals);
-        const QString valueText = argument.mid(equals + 1);
         QString error;
-        const auto name = FieldName::parse(nameText, &error);
-        if (!name) {
+        const auto a
+            = FieldCommands::assignment(nameText, QStringView(argument).mid(equals + 1), &error);
+        if (!a) {
             *code = context.usageError(error);
             return std::nullopt;
         }
-        if (!name->field || name->group == &FieldTable::header()) {
-            *code = context.usageError(
-                name->group == &FieldTable::header()
-                    ? u"the header is the recorder's own and is never written"_s
-                    : u"%1 is a section; set takes one of its fields"_s.arg(nameText));
-            return std::nullopt;
-        }
-        const auto bytes = parser.parse(*name->field, valueText, &error);
-        if (!bytes) {
-            *code = context.usageError(u"%1: %2"_s.arg(nameText, error));
-            return std::nullopt;
-        }
-        Assignment a {*name, *bytes};
-        const QString text = name->field->type == setup::FieldType::Text
-                                 ? nelib::CodePage::system().decode(*bytes)
-                                 : valueText;
-        if (const auto rule = valueRuleError(a, text)) {
-            *code = context.usageError(u"%1: %2"_s.arg(nameText, *rule));
-            return std::nullopt;
-        }
-        for (const FieldName::Element &e : name->elements()) {
-            const int at = name->field->elementOffset(e.i, e.j);
+        for (const FieldName::Element &e : a->name.elements()) {
+            const int at = a->name.field->elementOffset(e.i, e.j);
             const auto [it, fresh] = assigned.emplace(at, nameText);
             if (!fresh) {
                 *code = context.usageError(
@@ -159,7 +135,7 @@ std::optional<QList<Assignment>> parseAssignments(const CommandContext &context,
                 return std::nullopt;
             }
         }
-        assignments.append(a);
+        assignments.append(*a);
     }
     *code = Success;
     return assignments;
@@ -387,6 +363,73 @@ int FieldCommands::get(const CommandContext &context, const QStringList &argumen
     return Success;
 }
 
+std::optional<FieldCommands::Assignment>
+FieldCommands::assignment(QStringView nameText, QStringView valueText, QString *error)
+{
+    const auto name = FieldName::parse(nameText, error);
+    if (!name)
+        return std::nullopt;
+    if (!name->field || name->group == &FieldTable::header()) {
+        *error = name->group == &FieldTable::header()
+                     ? u"the header is the recorder's own and is never written"_s
+                     : u"%1 is a section; name one of its fields"_s.arg(nameText);
+        return std::nullopt;
+    }
+    const FieldValueParser parser(nelib::CodePage::system());
+    const auto bytes = parser.parse(*name->field, valueText, error);
+    if (!bytes) {
+        *error = u"%1: %2"_s.arg(nameText, *error);
+        return std::nullopt;
+    }
+    Assignment a {*name, *bytes};
+    const QString text = name->field->type == setup::FieldType::Text
+                             ? nelib::CodePage::system().decode(*bytes)
+                             : valueText.toString();
+    if (const auto rule = valueRuleError(a, text)) {
+        *error = u"%1: %2"_s.arg(nameText, *rule);
+        return std::nullopt;
+    }
+    return a;
+}
+
+std::optional<QString> FieldCommands::pageRuleError(const QList<Assignment> &assignments,
+                                                    const QByteArray &record, int channelCount)
+{
+    return recordRuleError(assignments, record, channelCount);
+}
+
+int FieldCommands::writeSections(const CommandContext &context, CliSession &session,
+                                 const QByteArray &record, const std::set<setup::Section> &sections,
+                                 QStringList *written)
+{
+    CWork &work = session.worker();
+    // One section at a time, so that nothing follows a refused write.
+    AckWait ack(session, context.options().timeoutSeconds);
+    for (const setup::Section id : sections) {
+        const setup::SectionInfo &s = SetupRecordMap::section(id);
+        const QLatin1StringView key(s.key);
+        // The caller says what was saved.
+        work.setSilentNextAcknowledgement();
+        if (!work.writeSection(id, QByteArrayView(record).sliced(s.offset, s.length)))
+            return context.fail(NoSession, u"the session ended before %1 was sent"_s.arg(key));
+        switch (ack.wait()) {
+        case AckWait::Result::Applied:
+            if (written)
+                written->append(key);
+            break;
+        case AckWait::Result::Refused:
+            return context.fail(Refused, u"the recorder refused the write of %1"_s.arg(key));
+        case AckWait::Result::Ended:
+            return context.fail(NoSession,
+                                u"the session ended before %1 was acknowledged"_s.arg(key));
+        case AckWait::Result::TimedOut:
+            return context.fail(NoSession, u"no acknowledgement of %1 within %2 s"_s.arg(key).arg(
+                                               context.options().timeoutSeconds));
+        }
+    }
+    return Success;
+}
+
 int FieldCommands::checkSet(const CommandContext &context, const QStringList &arguments)
 {
     int code = Success;
@@ -404,8 +447,7 @@ int FieldCommands::set(const CommandContext &context, const QStringList &argumen
     CliSession session(context);
     if ((code = session.open()))
         return code;
-    CWork &work = session.worker();
-    QByteArray record = work.mirror();
+    QByteArray record = session.worker().mirror();
     std::set<setup::Section> sections;
     for (const Assignment &a : *assignments) {
         for (const FieldName::Element &e : a.name.elements())
@@ -414,31 +456,8 @@ int FieldCommands::set(const CommandContext &context, const QStringList &argumen
     }
     if (const auto rule = recordRuleError(*assignments, record, session.record().channelCount))
         return context.fail(UsageError, *rule + u"\nnothing was sent"_s);
-
-    // One section at a time, so that nothing follows a refused write.
-    AckWait ack(session, context.options().timeoutSeconds);
-    for (const setup::Section id : sections) {
-        const setup::SectionInfo &s = SetupRecordMap::section(id);
-        // The values printed below say what was saved.
-        work.setSilentNextAcknowledgement();
-        if (!work.writeSection(id, QByteArrayView(record).sliced(s.offset, s.length)))
-            return context.fail(
-                NoSession, u"the session ended before %1 was sent"_s.arg(QLatin1StringView(s.key)));
-        switch (ack.wait()) {
-        case AckWait::Result::Applied:
-            break;
-        case AckWait::Result::Refused:
-            return context.fail(
-                Refused, u"the recorder refused the write of %1"_s.arg(QLatin1StringView(s.key)));
-        case AckWait::Result::Ended:
-            return context.fail(NoSession, u"the session ended before %1 was acknowledged"_s.arg(
-                                               QLatin1StringView(s.key)));
-        case AckWait::Result::TimedOut:
-            return context.fail(
-                NoSession, u"no acknowledgement of %1 within %2 s"_s.arg(QLatin1StringView(s.key))
-                               .arg(context.options().timeoutSeconds));
-        }
-    }
+    if ((code = writeSections(context, session, record, sections)))
+        return code;
     QStringList lines;
     for (const Assignment &a : *assignments) {
         for (const FieldName::Element &e : a.name.elements()) {
@@ -472,54 +491,144 @@ int FieldCommands::dump(const CommandContext &context, const QStringList &argume
     return Success;
 }
 
-int FieldCommands::diff(const CommandContext &context, const QStringList &arguments)
+namespace {
+
+// diff's arguments: --json, --ignore GLOB..., then one or two setups, the
+// second being the recorder of the global options when left out. Input files
+// are refused here, before any recorder is asked.
+struct DiffArguments
 {
-    QStringList sources = arguments;
-    const bool json = takeJson(&sources);
-    if (sources.size() != 2)
-        return context.usageError(u"diff takes two setups: FILE or @HOST[:PORT] each"_s);
-    // The second file is refused before the first source's recorder is asked.
-    for (const QString &source : sources) {
-        const auto refusal = source.startsWith(u'@') ? std::nullopt : InputFile::refusal(source);
-        if (refusal)
-            return context.fail(UsageError, *refusal);
+    bool json = false;
+    IgnoreList ignores;
+    QStringList sources;
+};
+
+std::optional<DiffArguments> diffArguments(const CommandContext &context,
+                                           const QStringList &arguments, int *code)
+{
+    DiffArguments d;
+    d.sources = arguments;
+    d.json = takeJson(&d.sources);
+    QString error;
+    auto ignores = IgnoreList::take(&d.sources, &error);
+    *code = UsageError;
+    if (!ignores) {
+        context.usageError(error);
+        return std::nullopt;
     }
+    d.ignores = *ignores;
+    if (d.sources.isEmpty() || d.sources.size() > 2) {
+        context.usageError(
+            u"diff takes one or two setups, FILE or @HOST[:PORT] each (one is compared with "
+            u"the recorder)"_s);
+        return std::nullopt;
+    }
+    for (const QString &source : d.sources) {
+        const auto refusal = source.startsWith(u'@') ? std::nullopt : InputFile::refusal(source);
+        if (refusal) {
+            context.fail(UsageError, *refusal);
+            return std::nullopt;
+        }
+    }
+    if (d.sources.size() == 1)
+        d.sources.append(QString());
+    *code = Success;
+    return d;
+}
+
+// The two setups diff's arguments name and the lines in which they differ,
+// the ignored ones left out.
+struct Comparison
+{
+    DiffArguments arguments;
     QByteArray before;
     QByteArray after;
+    QStringList changes;
+};
+
+std::optional<Comparison> compare(const CommandContext &context, const QStringList &arguments,
+                                  int *code)
+{
+    const auto d = diffArguments(context, arguments, code);
+    if (!d)
+        return std::nullopt;
+    Comparison c {*d, {}, {}, {}};
     bool beforeExport = false;
     bool afterExport = false;
-    if (const int code = readSource(context, sources[0], &before, &beforeExport))
-        return code;
-    if (const int code = readSource(context, sources[1], &after, &afterExport))
-        return code;
+    if ((*code = readSource(context, d->sources[0], &c.before, &beforeExport))
+        || (*code = readSource(context, d->sources[1], &c.after, &afterExport)))
+        return std::nullopt;
     // An export file carries no software version: it takes the other side's.
     const FieldInfo &version = fields::header::softwareVersion;
     if (beforeExport != afterExport) {
-        QByteArray &known = beforeExport ? after : before;
-        FieldTable::setBytes(beforeExport ? before : after, version,
+        QByteArray &known = beforeExport ? c.after : c.before;
+        FieldTable::setBytes(beforeExport ? c.before : c.after, version,
                              FieldTable::bytes(known, version));
     }
+    c.changes = d->ignores.kept(RecordDump::diff(c.before, c.after));
+    return c;
+}
+
+} // namespace
+
+int FieldCommands::checkDiff(const CommandContext &context, const QStringList &arguments)
+{
+    int code = Success;
+    const auto d = diffArguments(context, arguments, &code);
+    if (!d)
+        return code;
+    if (!d->sources.last().isEmpty())
+        return context.usageError(u"diff with --hosts compares every recorder with one setup"_s);
+    QByteArray record;
+    bool exportFile = false;
+    const QString &baseline = d->sources.first();
+    return baseline.startsWith(u'@') ? Success
+                                     : readRecordFile(context, baseline, &record, &exportFile);
+}
+
+int FieldCommands::drift(const CommandContext &context, const QStringList &arguments)
+{
+    int code = Success;
+    const auto c = compare(context, arguments, &code);
+    if (!c)
+        return code;
+    context.out() << "differs: " << c->changes.size() << '\n';
+    context.out().flush();
+    return c->changes.isEmpty() ? Success : Differs;
+}
+
+int FieldCommands::diff(const CommandContext &context, const QStringList &arguments)
+{
+    int code = Success;
+    const auto c = compare(context, arguments, &code);
+    if (!c)
+        return code;
     const SecretMask mask(context.options().showSecrets);
-    if (!json) {
-        printLines(context, mask.changes(RecordDump::diff(before, after)));
-        return Success;
+    const int exitCode = c->changes.isEmpty() ? Success : Differs;
+    if (!c->arguments.json) {
+        printLines(context, mask.changes(c->changes));
+        return exitCode;
     }
     // Both dumps list the same names in the same order.
-    const QStringList a = RecordDump::dump(before);
-    const QStringList b = RecordDump::dump(after);
+    const QStringList a = RecordDump::dump(c->before);
+    const QStringList b = RecordDump::dump(c->after);
     QJsonArray changes;
     for (qsizetype k = 0; k < a.size() && k < b.size(); ++k) {
-        if (a[k] == b[k])
-            continue;
         const qsizetype at = a[k].indexOf(u" = "_s);
         const QString name = a[k].left(at);
+        if (a[k] == b[k] || c->arguments.ignores.ignores(name))
+            continue;
         changes.append(QJsonObject {{u"name"_s, name},
                                     {u"before"_s, mask.value(name, a[k].mid(at + 3))},
                                     {u"after"_s, mask.value(name, b[k].mid(at + 3))}});
     }
-    printJson(context,
-              {{u"before"_s, sources[0]}, {u"after"_s, sources[1]}, {u"changes"_s, changes}});
-    return Success;
+    const auto shown = [&context](const QString &source) {
+        return source.isEmpty() ? u'@' + context.options().host : source;
+    };
+    printJson(context, {{u"before"_s, shown(c->arguments.sources[0])},
+                        {u"after"_s, shown(c->arguments.sources[1])},
+                        {u"changes"_s, changes}});
+    return exitCode;
 }
 
 } // namespace cli

@@ -91,6 +91,18 @@ std::optional<quint32> FieldValueParser::number(const FieldInfo &field, QStringV
         if (allNamed)
             return mask;
     }
+    // The dump's form "0xFF03 (Low)": the name must be the number's.
+    if (const qsizetype open = trimmed.lastIndexOf(u" ("_s); open > 0 && trimmed.endsWith(u')')) {
+        const auto n = plainNumber(trimmed.left(open));
+        const QStringView shownName = trimmed.sliced(open + 2, trimmed.size() - open - 3);
+        const char *name
+            = n && *n >= 0 && *n <= 0xFFFFFFFF ? field.valueName(quint32(*n)) : nullptr;
+        if (!name || shownName.compare(QLatin1StringView(name), Qt::CaseInsensitive) != 0) {
+            *error = u"'%1': the number is not the one the name stands for"_s.arg(value);
+            return std::nullopt;
+        }
+        return quint32(*n);
+    }
     const auto n = plainNumber(trimmed);
     if (!n) {
         const auto names = field.valueNames.empty() ? field.bitNames : field.valueNames;

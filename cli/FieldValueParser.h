@@ -19,11 +19,11 @@ namespace cli {
 // One value of `set`, as the bytes of one element of its field.
 //
 // Numbers: a value name of the field ("On", "High"; any case), a decimal or
-// 0x-hexadecimal number, and for fields with bit names a comma-separated list
-// of them ("Ch 01,Ch 03"). Named fields without a range take only their
-// names' values; a range, where the table gives one, bounds the rest. Text:
-// the text itself in the code page, or quoted as the dump shows it ("\"A\x41\"").
-// Raw bytes: dotted decimal for addresses, else hex pairs.
+// 0x-hexadecimal number, the dump's number with its name ("0xFF03 (Low)"),
+// and for fields with bit names a comma-separated list of them ("Ch 01,Ch 03"). Named fields
+// without a range take only their names' values; a range, where the table gives one, bounds the
+// rest. Text: the text itself in the code page, or quoted as the dump shows it ("\"A\x41\""). Raw
+// bytes: dotted decimal for addresses, else hex pairs.
 class FieldValueParser
 {
 public:

@@ -2,6 +2,7 @@
 
 #include "cli/Fleet.h"
 
+#include "cli/ApplyCommand.h"
 #include "cli/CommandContext.h"
 #include "cli/ExitCode.h"
 #include "cli/FieldCommands.h"
@@ -36,8 +37,11 @@ constexpr int BarWidth = 30;
 
 const char *const OutcomeNames[] = {"ok", "refused", "usage error", "no session"};
 
-QString outcomeName(int code)
+// `drift`: diff's exit code 1 says the setups differ.
+QString outcomeName(int code, bool drift)
 {
+    if (drift && code == Differs)
+        return u"differs"_s;
     return code >= 0 && code < int(std::size(OutcomeNames))
                ? QString::fromLatin1(OutcomeNames[code])
                : u"exit %1"_s.arg(code);
@@ -72,6 +76,10 @@ int checkOnce(const CommandContext &context, const QString &name, const QStringL
         return context.usageError(u"--json is not available with --hosts"_s);
     if (name == u"set"_s)
         return FieldCommands::checkSet(context, arguments);
+    if (name == u"apply"_s)
+        return ApplyCommand::check(context, arguments);
+    if (name == u"diff"_s)
+        return FieldCommands::checkDiff(context, arguments);
     if (name == u"get"_s)
         return FieldCommands::checkGet(context, arguments);
     if (name == u"info"_s && !arguments.isEmpty())
@@ -109,8 +117,9 @@ int checkOnce(const CommandContext &context, const QString &name, const QStringL
 int Fleet::run(const CommandContext &context, const QString &name, const QStringList &arguments,
                Command command)
 {
-    static const QStringList fleetCommands = {u"info"_s,     u"export"_s, u"import"_s, u"set"_s,
-                                              u"set-time"_s, u"upload"_s, u"get"_s,    u"dump"_s};
+    static const QStringList fleetCommands
+        = {u"info"_s,   u"export"_s, u"import"_s, u"set"_s,   u"set-time"_s,
+           u"upload"_s, u"get"_s,    u"dump"_s,   u"apply"_s, u"diff"_s};
     if (!fleetCommands.contains(name))
         return context.usageError(u"%1 does not run on a fleet (--hosts)"_s.arg(name));
     const GlobalOptions &options = context.options();
@@ -143,14 +152,18 @@ int Fleet::run(const CommandContext &context, const QString &name, const QString
                                  .filePath(exportName(host, perHost[host.host.toLower()] > 1))};
         jobs.push_back(job);
     }
-    Fleet fleet(context, command, std::move(jobs));
+    // Each recorder is compared with the one setup given: one line each.
+    if (name == u"diff"_s)
+        command = &FieldCommands::drift;
+    Fleet fleet(context, command, std::move(jobs), name == u"diff"_s);
     return fleet.exec();
 }
 
-Fleet::Fleet(const CommandContext &context, Command command, std::vector<Job> jobs)
+Fleet::Fleet(const CommandContext &context, Command command, std::vector<Job> jobs, bool drift)
     : m_context(context)
     , m_command(command)
     , m_jobs(std::move(jobs))
+    , m_drift(drift)
     , m_terminal(isatty(fileno(stderr)) != 0)
 { }
 
@@ -224,7 +237,12 @@ void Fleet::report(const Job &job)
     const QString label = job.host.label();
     for (const QString &line : job.out.split(u'\n', Qt::SkipEmptyParts))
         out << label << ": " << line << '\n';
-    out << label << ": " << outcomeName(job.code);
+    // A drift's one line ("differs: 3") is its result.
+    if (m_drift && job.code <= Differs && !job.out.isEmpty()) {
+        out.flush();
+        return;
+    }
+    out << label << ": " << outcomeName(job.code, m_drift);
     if (job.code != Success) {
         if (const QString message = lastMessage(job.err); !message.isEmpty())
             out << ": " << message;
@@ -262,7 +280,7 @@ void Fleet::printSummary()
     QTextStream &out = m_context.out();
     out << "summary:\n";
     for (auto it = byOutcome.cbegin(); it != byOutcome.cend(); ++it) {
-        out << "  " << outcomeName(it.key()).leftJustified(12)
+        out << "  " << outcomeName(it.key(), m_drift).leftJustified(12)
             << QString::number(it->size()).rightJustified(5);
         if (it.key() != Success)
             out << "   " << it->join(u", "_s);

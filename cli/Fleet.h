@@ -20,7 +20,8 @@ class CommandContext;
 // are printed as the recorders finish: the command's output lines prefixed
 // with the recorder's name, then one result line; a summary follows at the
 // end, and on a terminal a progress bar runs on standard error. The exit
-// code is the worst of the recorders'.
+// code is the worst of the recorders'. diff prints one line per recorder:
+// how many settings differ from the one setup given.
 class Fleet : public QObject
 {
 public:
@@ -41,7 +42,7 @@ private:
         QString err;
     };
 
-    Fleet(const CommandContext &context, Command command, std::vector<Job> jobs);
+    Fleet(const CommandContext &context, Command command, std::vector<Job> jobs, bool drift);
     int exec();
     void startNext();
     void report(const Job &job);
@@ -55,6 +56,8 @@ private:
     std::size_t m_next = 0;
     int m_running = 0;
     int m_done = 0;
+    // diff: each recorder compared with one setup, its count its result.
+    bool m_drift = false;
     bool m_terminal = false;
     bool m_barShown = false;
     std::function<void()> m_quit;

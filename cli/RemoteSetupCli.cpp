@@ -2,6 +2,7 @@
 
 #include "cli/RemoteSetupCli.h"
 
+#include "cli/ApplyCommand.h"
 #include "cli/CommandContext.h"
 #include "cli/ExitCode.h"
 #include "cli/FieldCommands.h"
@@ -44,8 +45,15 @@ const RemoteSetupCli::Command RemoteSetupCli::s_commands[] = {
      "print every setting of the recorder or of FILE (an export file, DEFDVRSETUP.DAT, "
      "@HOST[:PORT])",
      &FieldCommands::dump},
-    {"diff", "diff [--json] FILE1 FILE2",
-     "print the settings in which two setups differ (each a file or @HOST[:PORT])",
+    {"apply", "apply [--check] [--ignore GLOB]... FILE",
+     "bring the recorder to the settings of FILE (get or dump lines, or dump --json): print\n"
+     "      each change as 'name = old -> new' and 'changed: N', then (unless --check) write\n"
+     "      them and read them back; ******** leaves a password as it is",
+     &ApplyCommand::run},
+    {"diff", "diff [--json] [--ignore GLOB]... FILE1 [FILE2]",
+     "print the settings in which two setups differ (each a file or @HOST[:PORT]; the\n"
+     "      recorder when FILE2 is left out); exit 1 when they differ. With --hosts:\n"
+     "      'differs: N' per recorder against FILE1",
      &FieldCommands::diff},
     {"translate", "translate [--config F] --language N [--escapes] TEXT...",
      "print each text's translation, one a line", &TranslateCommand::run},
@@ -108,8 +116,8 @@ void RemoteSetupCli::printUsage(QTextStream &stream) const
               "                     the defaults); export then takes a folder DIR/\n"
               "  --jobs N           with --hosts, talk to at most N recorders at once\n"
               "  --show-secrets     print passwords (the accounts' and the e-mail one) as\n"
-              "                     they are; otherwise get, dump, diff and set show\n"
-              "                     them as ********\n"
+              "                     they are; otherwise get, dump, diff, set and apply\n"
+              "                     show them as ********\n"
               "  --version          print the program's version and exit\n\n"
               "Commands:\n";
     for (const Command &command : s_commands)
@@ -120,8 +128,10 @@ void RemoteSetupCli::printUsage(QTextStream &stream) const
               "be regular files (a FIFO, a folder or a device is refused); an import file, a\n"
               "--default-file or a package that is not what it should be is refused with\n"
               "nothing sent. Export files are written readable by their owner only.\n"
-              "\nExit codes: 0 success, 1 refused, 2 usage error or unreadable input file,"
-              " 3 no session.\n";
+              "\n--ignore GLOB leaves out the settings it names ('*' any characters, '?' one):\n"
+              "stream.ip-address, users.*, camera.title[2].\n"
+              "\nExit codes: 0 success, 1 refused (diff: the setups differ), 2 usage error or\n"
+              "unreadable input file, 3 no session.\n";
 }
 
 } // namespace cli

@@ -161,16 +161,47 @@ TEST(FieldCommands, DumpAndDiffReadFilesAndRecorders)
     ASSERT_TRUE(sim.isRunning());
     const QString recorder = u"@127.0.0.1:%1"_s.arg(sim.port());
 
-    const QString expected = u"camera.title[0] = \"CAM 01\" -> \"Shop 1\"\n"
-                             "record.quality[1][2] = 0xFF01 (High) -> 0xFF03 (Low)\n"_s;
-    for (const QString &other : {exported, recorder}) {
-        SCOPED_TRACE(other.toStdString());
-        const auto diff = testsupport::runCli({u"diff"_s, defaults, other});
-        ASSERT_EQ(diff.exitCode, 0) << diff.err.toStdString();
-        EXPECT_EQ(diff.out, expected);
+    const QString title = u"camera.title[0] = \"CAM 01\" -> \"Shop 1\"\n"_s;
+    const QString quality = u"record.quality[1][2] = 0xFF01 (High) -> 0xFF03 (Low)\n"_s;
+    // Exit 1 when the setups differ, as diff(1); `%R` is the recorder, the
+    // default second setup.
+    struct Case
+    {
+        QString command;
+        int exitCode;
+        QString out;
+    };
+    const Case cases[] = {
+        {u"diff %D %E"_s, 1, title + quality},
+        {u"diff %D %R"_s, 1, title + quality},
+        {u"--port %P diff %D"_s, 1, title + quality},
+        {u"diff %E %R"_s, 0, {}}, // an export file holds the whole setup
+        {u"diff --ignore camera.title[0] %D %E"_s, 1, quality},
+        {u"diff --ignore camera.* --ignore record.qual?ty %D %E"_s, 0, {}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.command.toStdString());
+        const auto diff = testsupport::runCli(QString(c.command)
+                                                  .replace(u"%D"_s, defaults)
+                                                  .replace(u"%E"_s, exported)
+                                                  .replace(u"%R"_s, recorder)
+                                                  .replace(u"%P"_s, QString::number(sim.port()))
+                                                  .split(u' '));
+        EXPECT_EQ(diff.exitCode, c.exitCode) << diff.err.toStdString();
+        EXPECT_EQ(diff.out, c.out);
     }
-    EXPECT_EQ(testsupport::runCli({u"diff"_s, exported, recorder}).out, QString())
-        << "an export file holds the whole setup";
+
+    // Drift: every recorder of a fleet against one setup, one line each.
+    SimProcess plain;
+    ASSERT_TRUE(plain.isRunning());
+    const QString hosts = dir.filePath(u"hosts"_s);
+    testsupport::writeFile(
+        hosts, u"127.0.0.1:%1\n127.0.0.1:%2\n"_s.arg(sim.port()).arg(plain.port()).toUtf8());
+    const auto drift = testsupport::runCli({u"--hosts"_s, hosts, u"diff"_s, defaults});
+    EXPECT_EQ(drift.exitCode, 1) << drift.err.toStdString();
+    EXPECT_TRUE(drift.out.contains(u"127.0.0.1:%1: differs: 2\n"_s.arg(sim.port())));
+    EXPECT_TRUE(drift.out.contains(u"127.0.0.1:%1: differs: 0\n"_s.arg(plain.port())));
+    EXPECT_EQ(drift.out.count(u'\n'), 6) << drift.out.toStdString(); // two lines, a summary of 4
 
     const auto json = testsupport::runCli({u"diff"_s, u"--json"_s, defaults, exported});
     const QJsonArray changes = QJsonDocument::fromJson(json.out.toUtf8())[u"changes"_s].toArray();
@@ -242,13 +273,13 @@ TEST(FieldCommands, SecretsAreMaskedUnlessShownAndExportFilesAreTheOwnersOnly)
         {u"get --json users"_s, 0, u"\"value\": \"********\""_s},
         {u"dump"_s, 0, u"\nemail.password = ********\n"_s},
         {u"dump --json %D/e.dat"_s, 0, u"\"value\": \"********\""_s},
-        {u"diff %D/d.dat %R"_s, 0, u"users.password[1] = ******** -> ********\n"_s},
-        {u"diff --json %D/d.dat %D/e.dat"_s, 0, u"\"before\": \"********\""_s},
+        {u"diff %D/d.dat %R"_s, 1, u"users.password[1] = ******** -> ********\n"_s},
+        {u"diff --json %D/d.dat %D/e.dat"_s, 1, u"\"before\": \"********\""_s},
         {u"set users.password[2]=n3wpw"_s, 0, u"users.password[2] = ********\n"_s},
         {u"set users.password[2]=abcdefghijklm"_s, 2, u"the value is 13 bytes long"_s},
         {u"set email.password=\u4e2d"_s, 2, u"a character of the value cannot be written"_s},
         {u"--show-secrets get users.password"_s, 0, u"users.password[2] = \"n3wpw\"\n"_s},
-        {u"--show-secrets diff %D/d.dat %D/e.dat"_s, 0, u"email.password = \"\" -> \"mailpw\"\n"_s},
+        {u"--show-secrets diff %D/d.dat %D/e.dat"_s, 1, u"email.password = \"\" -> \"mailpw\"\n"_s},
         {u"--show-secrets dump --json %R"_s, 0, u"\"value\": \"\\\"s3cret\\\"\""_s},
     };
     const QString recorder = u"@127.0.0.1:%1"_s.arg(sim.port());
@@ -257,7 +288,7 @@ TEST(FieldCommands, SecretsAreMaskedUnlessShownAndExportFilesAreTheOwnersOnly)
         const auto run = sim.cli(
             QString(c.command).replace(u"%D"_s, dir.path()).replace(u"%R"_s, recorder).split(u' '));
         EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
-        EXPECT_TRUE((c.exitCode ? run.err : run.out).contains(c.says))
+        EXPECT_TRUE((c.exitCode == 2 ? run.err : run.out).contains(c.says))
             << run.out.toStdString() << run.err.toStdString();
         if (c.command.startsWith(u"--show-secrets"_s))
             continue;

@@ -33,6 +33,7 @@ TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
         QString command;
         QStringList messages;
         QString hosts = u"%R\n"_s;
+        QString want = {}; // written to %D/want
     };
     const QString fleet = u"--hosts %D/hosts "_s;
     const Case cases[] = {
@@ -58,6 +59,37 @@ TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
         {u"--port %P set header.model-id=1"_s, {u"never written"_s}},
         {u"--port %P set camera.covert[0]"_s, {u"is not NAME=VALUE"_s}},
         {u"--port %P get video-los.beep"_s, {u"did you mean video-loss.beep"_s}},
+        {u"--port %P apply %D/want"_s,
+         {u"%D/want:4: no setting is named 'camera.bogus'"_s, u"nothing was sent"_s},
+         u"%R\n"_s,
+         u"camera.title[0] = \"A\"\n# a comment\n\ncamera.bogus = 1\n"_s},
+        {u"--port %P apply %D/want"_s,
+         {u"%D/want:1: stream.web-port: 0x10000 is out of range"_s},
+         u"%R\n"_s,
+         u"stream.web-port = 0x10000\n"_s},
+        {u"--port %P apply --check %D/want"_s,
+         {u"%D/want:2: camera.covert[3] repeats a setting of %D/want:1"_s},
+         u"%R\n"_s,
+         u"camera.covert = On\ncamera.covert[3] = Off\n"_s},
+        {u"--port %P apply %D/want"_s,
+         {u"%D/want:1: the header is the recorder's own"_s},
+         u"%R\n"_s,
+         u"header.model-id = 1\n"_s},
+        {u"--port %P apply %D/want"_s,
+         {u"'0xFF01 (Low)': the number is not the one"_s},
+         u"%R\n"_s,
+         u"record.quality[1][2] = 0xFF01 (Low)\n"_s},
+        {u"--port %P apply %D/want"_s,
+         {u"%D/want: setting 2: camera.covert[0]: "_s},
+         u"%R\n"_s,
+         u"{\"settings\": [{\"name\": \"camera.covert[1]\", \"value\": \"On\"},"
+         u" {\"name\": \"camera.covert[0]\", \"value\": \"sometimes\"}]}"_s},
+        {u"--port %P apply --ignore"_s, {u"--ignore takes a GLOB"_s}},
+        {fleet + u"apply %D/want"_s,
+         {u"%D/want:1: no setting is named 'users.pasword[1]'"_s},
+         u"%R\n"_s,
+         u"users.pasword[1] = ********\n"_s},
+        {fleet + u"diff %D/hosts %D/hosts"_s, {u"compares every recorder with one setup"_s}},
         {fleet + u"info"_s,
          {u"hosts:4: expected 'host[:port] [user]', found 4 words"_s,
           u"hosts:5: port 70000 is not from 1 to 65535"_s, u"hosts:6: '[::1' is not a host"_s,
@@ -104,6 +136,7 @@ TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
                 .replace(u"%P"_s, QString::number(recorder.port()));
         };
         testsupport::writeFile(dir.filePath(u"hosts"_s), filled(c.hosts).toUtf8());
+        testsupport::writeFile(dir.filePath(u"want"_s), filled(c.want).toUtf8());
         const auto run = runInProcess(filled(c.command).split(u' ', Qt::SkipEmptyParts));
         EXPECT_EQ(run.exitCode, 2);
         for (const QString &message : c.messages)

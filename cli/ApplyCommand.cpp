@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "cli/ApplyCommand.h"
 
 #include "cli/CliSession.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "session/RemoteCommand.h"
 #include "setup/FactoryDefaults.h"
 #include "setup/FieldTable.h"

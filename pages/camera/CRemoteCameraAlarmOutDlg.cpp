@@ -4,8 +4,8 @@
 #include "pages/common/CTransparentStatic.h"
 #include "pages/common/ContactTypeEditor.h"
 #include "session/MessageSink.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
+#include "setup/SaveRules.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -19,7 +19,6 @@ namespace fields = setup::fields::alarmOut;
 using Kind = FieldEditor::Kind;
 using Copy = CRemoteCameraCopySettingDlg;
 using setup::FieldInfo;
-using setup::FieldTable;
 
 namespace {
 
@@ -27,12 +26,6 @@ constexpr int CopyMode = 3;
 // The outputs' settings, bytes 4 to 195, are what Default restores.
 constexpr int OutputsFirst = 4;
 constexpr int OutputsLength = 192;
-
-quint32 lineValue(const QByteArray &section, FieldInfo field, int line)
-{
-    field.offset -= setup::fields::at(setup::Section::AlarmOut);
-    return FieldTable::number(section, field, line);
-}
 
 } // namespace
 
@@ -166,18 +159,9 @@ void CRemoteCameraAlarmOutDlg::fillControls(QByteArrayView section, Source sourc
 int CRemoteCameraAlarmOutDlg::save()
 {
     gather();
-    const QByteArray &section = sectionBuffer();
-    const int lines = int(std::min<quint32>(lineValue(section, fields::lineCount, 0), Lines));
-    for (int line = 0; line < lines; ++line) {
-        const quint32 a = lineValue(section, fields::startHour, line);
-        const quint32 b = lineValue(section, fields::startMinute, line);
-        const quint32 c = lineValue(section, fields::endHour, line);
-        const quint32 d = lineValue(section, fields::endMinute, line);
-        // A line starts strictly before it ends, on the same day.
-        if (a < c || (a == c && b < d))
-            continue;
-        MessageSink::show(QString::asprintf(
-            nelib::tr("Set Time Error!!\nCheck Line Number : %d").toUtf8().constData(), line + 1));
+    if (const auto refusal = setup::SaveRules::refusal(setup::Section::AlarmOut,
+                                                       view(sectionBuffer()), channelCount())) {
+        MessageSink::show(*refusal);
         return 0;
     }
     return CSetupPage::save();

@@ -32,7 +32,6 @@ protected:
 private:
     QWidget *buildTimeView();
     void copyRow(int source, int target, const CRemoteCameraCopySettingDlg::Properties &properties);
-    bool timesAreValid();
 
     QButtonGroup *m_views = nullptr;
     QStackedWidget *m_stack = nullptr;

@@ -18,7 +18,7 @@ using setup::SetupRecordMap;
 
 namespace {
 
-// The colour of the page tabs, as installers know it from the recorder tools.
+// The light blue of the page tabs.
 constexpr QRgb TabColour = qRgb(191, 219, 255);
 
 QString &defaultSetupPathOverride()

@@ -3,6 +3,7 @@
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/SectionBinder.h"
 #include "session/RecorderClock.h"
+#include "setup/SectionEdit.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QByteArray>
@@ -42,7 +43,7 @@ class CSetupPage : public QWidget
     Q_OBJECT
 
 public:
-    static constexpr int MaxChannels = 16;
+    static constexpr int MaxChannels = setup::SetupRecordMap::MaxChannels;
 
     // Where fillControls() reads from: the edit limits of some pages differ.
     enum class Source { SectionBuffer, DefaultFile };
@@ -113,6 +114,9 @@ public:
     const SectionBinder &binder() const { return *m_binder; }
     int channelCount() const { return m_channelCount; }
     const QByteArray &sectionBuffer() const { return m_buffer; }
+    // Bytes laid out as the section buffer, read and written by field.
+    setup::SectionView view(QByteArrayView section) const { return {section, m_offset}; }
+    setup::SectionEdit edit(QByteArray &section) const { return {section, m_offset}; }
 
     // The default setup file the host reads for its pages: beside the
     // executable unless another path was set (tests, which run from another

@@ -9,14 +9,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 
-#include <cstring>
-
 namespace {
-
-bool sameField(const setup::FieldInfo &a, const setup::FieldInfo &b)
-{
-    return a.offset == b.offset && std::strcmp(a.name, b.name) == 0;
-}
 
 QString labelOf(const setup::FieldInfo &field)
 {
@@ -125,8 +118,7 @@ QFormLayout *SectionBinder::form(QWidget *parent, std::initializer_list<Item> it
 FieldEditor *SectionBinder::editor(const setup::FieldInfo &field, int i, int j) const
 {
     for (const Binding &b : m_bindings) {
-        if (sameField(b.editor->field(), field) && b.editor->index() == i
-            && b.editor->index2() == j)
+        if (b.editor->field() == field && b.editor->index() == i && b.editor->index2() == j)
             return b.editor;
     }
     return nullptr;
@@ -135,7 +127,7 @@ FieldEditor *SectionBinder::editor(const setup::FieldInfo &field, int i, int j) 
 ColumnCheckBox *SectionBinder::headerBox(const setup::FieldInfo &field) const
 {
     for (const auto &[f, box] : m_headerBoxes) {
-        if (sameField(f, field))
+        if (f == field)
             return box;
     }
     return nullptr;
@@ -159,9 +151,10 @@ bool SectionBinder::inUse(const Binding &binding) const
 
 void SectionBinder::fill(QByteArrayView section)
 {
+    const setup::SectionView view(section, m_base);
     for (const Binding &b : m_bindings) {
         if (inUse(b))
-            b.editor->fill(section, m_base);
+            b.editor->fill(view);
     }
     for (const auto &entry : m_headerBoxes)
         entry.second->update();
@@ -169,9 +162,10 @@ void SectionBinder::fill(QByteArrayView section)
 
 void SectionBinder::gather(QByteArray &section) const
 {
+    setup::SectionEdit edit(section, m_base);
     for (const Binding &b : m_bindings) {
         if (inUse(b))
-            b.editor->gather(section, m_base);
+            b.editor->gather(edit);
     }
 }
 
@@ -186,8 +180,7 @@ void SectionBinder::copyRow(int source, int target,
             const bool sameOther = from.rowIsSecondIndex
                                        ? to.editor->index() == from.editor->index()
                                        : to.editor->index2() == from.editor->index2();
-            if (to.row == target && sameOther
-                && sameField(to.editor->field(), from.editor->field()))
+            if (to.row == target && sameOther && to.editor->field() == from.editor->field())
                 to.editor->copyFrom(*from.editor);
         }
     }

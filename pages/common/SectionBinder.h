@@ -29,7 +29,7 @@ class SectionBinder : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int MaxChannels = 16;
+    static constexpr int MaxChannels = setup::SetupRecordMap::MaxChannels;
     using Kind = FieldEditor::Kind;
     // Builds an editor of a page's own kind for element [i][j] of a field.
     using Factory = std::function<FieldEditor *(const setup::FieldInfo &field, int i, int j,

@@ -66,13 +66,13 @@ std::span<const setup::ValueName> frameRates(bool pal)
 // The value items of a column's header list, after the column's name.
 QStringList headerItems(const FieldInfo &field, bool pal)
 {
-    if (field.offset == fields::resolution.offset)
+    if (field == fields::resolution)
         return textsOf(resolutions(pal));
-    if (field.offset == fields::frameRates.offset)
+    if (field == fields::frameRates)
         return textsOf(frameRates(pal));
-    if (field.offset == fields::qualities.offset)
+    if (field == fields::qualities)
         return textsOf(values::quality);
-    if (field.offset == fields::dwell.offset) {
+    if (field == fields::dwell) {
         QStringList texts;
         for (int seconds = 1; seconds <= HeaderDwellSeconds; ++seconds)
             texts.append(nelib::tr("%d Sec").replace(u"%d"_s, QString::number(seconds)));
@@ -153,7 +153,7 @@ QGridLayout *CRemoteRecordSetupDlg::modeGrid(QWidget *parent, int mode)
     for (int row = 0; row < MaxChannels; ++row) {
         QCheckBox *box = binder().widget<QCheckBox>(fields::preEvent, mode, row);
         for (const FieldInfo &field : columnsOf(mode)) {
-            if (field.offset != fields::preEvent.offset)
+            if (field != fields::preEvent)
                 m_preEventLists[row].append(binder().editor(field, mode, row)->widget());
         }
         m_preEventBoxes[row] = box;
@@ -188,7 +188,7 @@ void CRemoteRecordSetupDlg::buildControls()
         const QList<FieldInfo> columns = columnsOf(mode);
         for (int c = 0; c < columns.size(); ++c) {
             const FieldInfo &field = columns[c];
-            if (field.offset == fields::preEvent.offset)
+            if (field == fields::preEvent)
                 continue;
             const int at = c + 1;
             if (QLayoutItem *heading = grid->itemAtPosition(0, at)) {
@@ -249,7 +249,7 @@ void CRemoteRecordSetupDlg::applyVideoStandard()
         const QList<FieldInfo> columns = columnsOf(mode);
         int h = 0;
         for (const FieldInfo &field : columns) {
-            if (field.offset == fields::preEvent.offset)
+            if (field == fields::preEvent)
                 continue;
             QComboBox *header = m_headers[mode][h++];
             header->clear();

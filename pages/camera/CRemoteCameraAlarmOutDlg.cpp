@@ -96,26 +96,21 @@ void CRemoteCameraAlarmOutDlg::buildSchedule(QWidget *tab)
         grid->addWidget(label, line + 1, 0);
         QList<QWidget *> &widgets = m_lineWidgets[line];
         widgets.append(label);
-        auto bind
-            = [&](Kind kind, const FieldInfo &field, const QString &name, const char *part = "") {
-                  FieldEditor *e = binder().add(FieldEditor::create(kind, field, line, 0, area));
-                  e->setAccessibleName(name + u' ' + number + QLatin1StringView(part));
-                  widgets.append(e->widget());
-                  return e->widget();
-              };
+        auto bind = [&](Kind kind, const FieldInfo &field, const QString &name) {
+            FieldEditor *e = binder().add(FieldEditor::create(kind, field, line, 0, area));
+            e->setAccessibleName(name + u' ' + number);
+            widgets.append(e->widget());
+            return e->widget();
+        };
         grid->addWidget(bind(Kind::List, fields::days, headings[1]), line + 1, 1);
-        // A time is an hour box and a minute box side by side.
         int column = 2;
         for (const auto &[hour, minute, name] :
              {std::tuple {fields::startHour, fields::startMinute, start},
               std::tuple {fields::endHour, fields::endMinute, end}}) {
-            auto *time = new QHBoxLayout;
-            time->setSpacing(2);
-            time->addWidget(bind(Kind::Number, hour, name, " hh"));
-            auto *colon = new CTransparentStatic(QStringLiteral(":"), area);
-            widgets.append(colon);
-            time->addWidget(colon);
-            time->addWidget(bind(Kind::Number, minute, name, " mm"));
+            QHBoxLayout *time
+                = binder().timeEditor(area, hour, minute, line, -1, -1, name + u' ' + number);
+            for (int k = 0; k < time->count(); ++k)
+                widgets.append(time->itemAt(k)->widget());
             grid->addLayout(time, line + 1, column++);
         }
         grid->addWidget(bind(Kind::List, fields::events, headings[4]), line + 1, 4);

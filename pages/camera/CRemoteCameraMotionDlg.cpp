@@ -150,22 +150,8 @@ QWidget *CRemoteCameraMotionDlg::buildTimeView()
         for (const auto &[hour, minute, name] :
              {std::tuple {fields::dayStartHour, fields::dayStartMinute, day},
               std::tuple {fields::nightStartHour, fields::nightStartMinute, night}}) {
-            auto *time = new QHBoxLayout;
-            time->setSpacing(2);
-            const FieldInfo parts[] = {hour, minute};
-            for (int part = 0; part < 2; ++part) {
-                FieldEditor *e
-                    = binder().add(FieldEditor::create(Kind::Number, parts[part], row, 0, view),
-                                   row, Copy::DayTime);
-                e->setAccessibleName(name + u' ' + number
-                                     + QLatin1StringView(part == 0 ? " hh" : " mm"));
-                time->addWidget(e->widget());
-                if (part == 0) {
-                    auto *colon = new CTransparentStatic(QStringLiteral(":"), view);
-                    addChannelRow(row, {colon});
-                    time->addWidget(colon);
-                }
-            }
+            QHBoxLayout *time = binder().timeEditor(view, hour, minute, row, row, Copy::DayTime,
+                                                    name + u' ' + number);
             time->addStretch(1);
             grid->addLayout(time, row + 1, column++);
         }

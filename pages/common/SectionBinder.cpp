@@ -79,12 +79,13 @@ QGridLayout *SectionBinder::channelGrid(QWidget *parent, std::initializer_list<C
             auto *heading = new QHBoxLayout;
             heading->setSpacing(4);
             heading->addWidget(header);
-            heading->addWidget(new CTransparentStatic(label, parent), 1);
+            if (column.labelled)
+                heading->addWidget(new CTransparentStatic(label, parent), 1);
             grid->addLayout(heading, 0, c);
             auto *columnBox = new ColumnCheckBox(header, boxes, this);
             connect(columnBox, &ColumnCheckBox::columnClicked, this, &SectionBinder::edited);
             m_headerBoxes.emplace_back(column.field, columnBox);
-        } else {
+        } else if (column.labelled) {
             grid->addWidget(new CTransparentStatic(label, parent), 0, c);
         }
         ++c;
@@ -113,6 +114,25 @@ QFormLayout *SectionBinder::form(QWidget *parent, std::initializer_list<Item> it
         layout->addRow(text, e->widget());
     }
     return layout;
+}
+
+QHBoxLayout *SectionBinder::timeEditor(QWidget *parent, const setup::FieldInfo &hour,
+                                       const setup::FieldInfo &minute, int i, int row,
+                                       int copyProperty, const QString &name)
+{
+    auto *time = new QHBoxLayout;
+    time->setSpacing(2);
+    FieldEditor *h = add(FieldEditor::create(Kind::Number, hour, i, 0, parent), row, copyProperty);
+    h->setAccessibleName(name + QStringLiteral(" hh"));
+    auto *colon = new CTransparentStatic(QStringLiteral(":"), parent);
+    addRowWidgets(row, {colon});
+    FieldEditor *m
+        = add(FieldEditor::create(Kind::Number, minute, i, 0, parent), row, copyProperty);
+    m->setAccessibleName(name + QStringLiteral(" mm"));
+    time->addWidget(h->widget());
+    time->addWidget(colon);
+    time->addWidget(m->widget());
+    return time;
 }
 
 FieldEditor *SectionBinder::editor(const setup::FieldInfo &field, int i, int j) const

@@ -136,19 +136,20 @@ QGridLayout *CRemoteRecordSetupDlg::modeGrid(QWidget *parent, int mode)
     if (mode != PreEvent) {
         return binder().channelGrid(
             parent, {
-                        {fields::resolution, Kind::List, -1, false, mode, makeResolution},
-                        {fields::qualities, Kind::List, -1, false, mode, makeQuality},
-                        {fields::frameRates, Kind::List, -1, false, mode, makeFrameRate},
+                        {fields::resolution, Kind::List, -1, false, mode, makeResolution, false},
+                        {fields::qualities, Kind::List, -1, false, mode, makeQuality, false},
+                        {fields::frameRates, Kind::List, -1, false, mode, makeFrameRate, false},
                     });
     }
+    // The header box stands alone above its column, under the "Ch." heading.
     QGridLayout *grid = binder().channelGrid(
         parent, {
-                    {fields::preEvent, Kind::Check, -1, true, mode},
-                    {fields::resolution, Kind::List, -1, false, mode, makeResolution},
-                    {fields::qualities, Kind::List, -1, false, mode, makeQuality},
-                    {fields::frameRates, Kind::List, -1, false, mode, makeFrameRate},
-                    {fields::eventType, Kind::List, -1, false, mode},
-                    {fields::dwell, Kind::List, -1, false, mode},
+                    {fields::preEvent, Kind::Check, -1, true, mode, {}, false},
+                    {fields::resolution, Kind::List, -1, false, mode, makeResolution, false},
+                    {fields::qualities, Kind::List, -1, false, mode, makeQuality, false},
+                    {fields::frameRates, Kind::List, -1, false, mode, makeFrameRate, false},
+                    {fields::eventType, Kind::List, -1, false, mode, {}, false},
+                    {fields::dwell, Kind::List, -1, false, mode, {}, false},
                 });
     for (int row = 0; row < MaxChannels; ++row) {
         QCheckBox *box = binder().widget<QCheckBox>(fields::preEvent, mode, row);
@@ -158,11 +159,6 @@ QGridLayout *CRemoteRecordSetupDlg::modeGrid(QWidget *parent, int mode)
         }
         m_preEventBoxes[row] = box;
         connect(box, &QCheckBox::toggled, this, [this, row] { updatePreEventRow(row); });
-    }
-    // The header box stands alone above its column, under the "Ch." heading.
-    if (QLayout *heading = grid->itemAtPosition(0, 1)->layout()) {
-        if (QWidget *label = heading->itemAt(1)->widget())
-            label->hide();
     }
     return grid;
 }
@@ -191,11 +187,6 @@ void CRemoteRecordSetupDlg::buildControls()
             if (field == fields::preEvent)
                 continue;
             const int at = c + 1;
-            if (QLayoutItem *heading = grid->itemAtPosition(0, at)) {
-                QWidget *label = heading->widget();
-                grid->removeWidget(label);
-                delete label;
-            }
             auto *header = new QComboBox(gridPage);
             header->setAccessibleName(nelib::tr(field.label));
             grid->addWidget(header, 0, at);

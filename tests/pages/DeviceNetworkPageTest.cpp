@@ -233,29 +233,30 @@ QString cliName(const Value &v)
     return {};
 }
 
-// Element `i` of four time fields: start hour, start minute, end hour, end minute.
-std::vector<Value> times(std::array<setup::FieldInfo, 4> fields, int i, std::array<int, 4> values)
+// Element `i` of four time fields (start hour, start minute, end hour, end
+// minute), after the values `before`.
+std::vector<Value> times(std::array<setup::FieldInfo, 4> fields, int i, std::array<int, 4> values,
+                         std::vector<Value> before = {})
 {
-    std::vector<Value> out;
     for (int k = 0; k < 4; ++k)
-        out.push_back({fields[k], i, quint32(values[k])});
-    return out;
+        before.push_back({fields[k], i, quint32(values[k])});
+    return before;
 }
 
+namespace alarmOut = setup::fields::alarmOut;
+namespace motion = setup::fields::motion;
+namespace schedule = setup::fields::schedule;
+
+// Three lines in use; line `line` has the times.
 std::vector<Value> alarmOutLine(int line, std::array<int, 4> values)
 {
-    namespace alarmOut = setup::fields::alarmOut;
-    std::vector<Value> out {{alarmOut::lineCount, 0, 3}};
-    for (const Value &v :
-         times({alarmOut::startHour, alarmOut::startMinute, alarmOut::endHour, alarmOut::endMinute},
-               line, values))
-        out.push_back(v);
-    return out;
+    return times(
+        {alarmOut::startHour, alarmOut::startMinute, alarmOut::endHour, alarmOut::endMinute}, line,
+        values, {{alarmOut::lineCount, 0, 3}});
 }
 
 std::vector<Value> motionChannel(int channel, std::array<int, 4> values)
 {
-    namespace motion = setup::fields::motion;
     return times({motion::dayStartHour, motion::dayStartMinute, motion::nightStartHour,
                   motion::nightStartMinute},
                  channel, values);
@@ -264,13 +265,9 @@ std::vector<Value> motionChannel(int channel, std::array<int, 4> values)
 // The schedule holds two entries; entry `i` has the times.
 std::vector<Value> scheduleEntry(int i, std::array<int, 4> values)
 {
-    namespace schedule = setup::fields::schedule;
-    std::vector<Value> out {{schedule::count, 0, 2}};
-    for (const Value &v :
-         times({schedule::startHour, schedule::startMinute, schedule::endHour, schedule::endMinute},
-               i, values))
-        out.push_back(v);
-    return out;
+    return times(
+        {schedule::startHour, schedule::startMinute, schedule::endHour, schedule::endMinute}, i,
+        values, {{schedule::count, 0, 2}});
 }
 
 } // namespace

@@ -3,9 +3,7 @@
 #include "i18n/Translator.h"
 #include "pages/common/CTransparentStatic.h"
 #include "pages/common/ContactTypeEditor.h"
-#include "session/MessageSink.h"
 #include "setup/Fields.h"
-#include "setup/SaveRules.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -149,15 +147,4 @@ void CRemoteCameraAlarmOutDlg::fillControls(QByteArrayView section, Source sourc
     gatherControls(shown);
     shown.replace(OutputsFirst, OutputsLength, section.sliced(OutputsFirst, OutputsLength));
     CSetupPage::fillControls(shown, source);
-}
-
-int CRemoteCameraAlarmOutDlg::save()
-{
-    gather();
-    if (const auto refusal = setup::SaveRules::refusal(setup::Section::AlarmOut,
-                                                       view(sectionBuffer()), channelCount())) {
-        MessageSink::show(*refusal);
-        return 0;
-    }
-    return CSetupPage::save();
 }

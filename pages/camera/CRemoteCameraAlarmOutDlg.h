@@ -22,8 +22,6 @@ public:
     explicit CRemoteCameraAlarmOutDlg(QWidget *parent = nullptr);
     ~CRemoteCameraAlarmOutDlg() override;
 
-    int save() override;
-
 protected:
     void buildControls() override;
     void fillControls(QByteArrayView section, Source source) override;

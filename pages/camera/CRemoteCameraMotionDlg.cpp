@@ -4,9 +4,7 @@
 #include "pages/common/CTransparentStatic.h"
 #include "pages/common/MotionMaskEditor.h"
 #include "pages/common/NumberListEditor.h"
-#include "session/MessageSink.h"
 #include "setup/Fields.h"
-#include "setup/SaveRules.h"
 
 #include <QButtonGroup>
 #include <QGridLayout>
@@ -186,15 +184,7 @@ void CRemoteCameraMotionDlg::copyRow(int source, int target,
     }
 }
 
-int CRemoteCameraMotionDlg::save()
+bool CRemoteCameraMotionDlg::checksSaveRules() const
 {
-    if (m_stack && m_stack->currentIndex() == TimeView) {
-        gather();
-        if (const auto refusal
-            = setup::SaveRules::refusal(*section(), view(sectionBuffer()), channelCount())) {
-            MessageSink::show(*refusal);
-            return 0;
-        }
-    }
-    return CSetupPage::save();
+    return m_stack && m_stack->currentIndex() == TimeView;
 }

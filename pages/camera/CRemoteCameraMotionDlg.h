@@ -24,10 +24,10 @@ public:
     ~CRemoteCameraMotionDlg() override;
 
     void showView(View view);
-    int save() override;
 
 protected:
     void buildControls() override;
+    bool checksSaveRules() const override;
 
 private:
     QWidget *buildTimeView();

@@ -1,6 +1,8 @@
 #include "pages/common/CSetupPage.h"
 
 #include "i18n/Translator.h"
+#include "session/MessageSink.h"
+#include "setup/SaveRules.h"
 #include "setup/SetupFiles.h"
 
 #include <QHBoxLayout>
@@ -232,6 +234,13 @@ int CSetupPage::save()
     if (!m_section)
         return 0;
     gather();
+    if (checksSaveRules()) {
+        if (const auto refusal
+            = setup::SaveRules::refusal(*m_section, view(m_buffer), m_channelCount)) {
+            MessageSink::show(*refusal);
+            return 0;
+        }
+    }
     takeNestedSections();
     int result = 0;
     for (setup::Section section : m_sections) {

@@ -87,8 +87,9 @@ public:
     virtual void load(const QByteArray &mirror, int channelCount);
     // The same with the section's bytes alone; a slice of another length is ignored.
     void loadSection(QByteArrayView section, int channelCount);
-    // Gathers the controls and hands the section (each of them, in order) to
-    // the writer. The modified flag clears only when everything was sent, so
+    // Gathers the controls, checks the section's save rules (a refusal shows
+    // its message and sends nothing) and hands the section (each of them, in
+    // order) to the writer. The modified flag clears only when everything was sent, so
     // edits are never dropped silently. Returns the writer's result (0 when
     // something was not sent).
     virtual int save();
@@ -148,6 +149,9 @@ protected:
     // Called after the controls were filled and the flag cleared, and after
     // every channel-count change; pages re-evaluate derived controls here.
     virtual void afterFill() { }
+    // Whether Save checks the section's rules (setup::SaveRules) now; a page
+    // that shows the fields a rule guards only in one view says so here.
+    virtual bool checksSaveRules() const { return true; }
 
     // Change handlers call this: it sets the flag and enables Save when the
     // flag was clear. While the controls are filled the flag is held set,

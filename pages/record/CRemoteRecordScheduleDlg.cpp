@@ -5,7 +5,6 @@
 #include "pages/common/ScheduleEntryEditor.h"
 #include "session/MessageSink.h"
 #include "setup/Fields.h"
-#include "setup/SaveRules.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -147,17 +146,6 @@ void CRemoteRecordScheduleDlg::afterFill()
     for (int slot = 0; slot < builtSlots(); ++slot)
         m_entries[slot]->setChannelCount(channelCount());
     showScreen(1);
-}
-
-int CRemoteRecordScheduleDlg::save()
-{
-    gather();
-    if (const auto refusal = setup::SaveRules::refusal(setup::Section::Schedule,
-                                                       view(sectionBuffer()), channelCount())) {
-        MessageSink::show(*refusal);
-        return 0;
-    }
-    return CSetupPage::save();
 }
 
 void CRemoteRecordScheduleDlg::addEntry()

@@ -26,21 +26,16 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 using setup::SetupRecordMap;
 
 namespace {
 
 constexpr int StatusPollMs = 100;
-// Recorders with four channels have no Stream settings.
-constexpr int ChannelsWithoutStream = 4;
-// The title shows the address as recorder tools always have: 14 characters at most.
+constexpr int FourChannels = 4;
+// The title shows 14 characters of the address at most.
 constexpr int TitleAddressLength = 14;
 constexpr int PanelWidth = 280;
-// Authority, Audio and Buzzer: pages whose section the window's Save writes itself.
-constexpr int WindowWrittenPages[] = {0x8003, 0x8004, 0x8005};
 
 } // namespace
 
@@ -271,16 +266,18 @@ void CRemoteKSetupDlg::setupReady()
         return;
     const QByteArray &mirror = m_worker->mirror();
     m_host->loadPages(mirror, m_channelCount);
-    m_menus->setItemPresent(PageCatalog::indexOf("Stream"),
-                            m_channelCount != ChannelsWithoutStream);
+    for (int i = 0; i < PageCatalog::count(); ++i) {
+        if (PageCatalog::entry(i).can(PageCatalog::NotOnFourChannels))
+            m_menus->setItemPresent(i, m_channelCount != FourChannels);
+    }
     m_panel->showSoftwareVersion(
         QByteArrayView(mirror).sliced(SetupRecordMap::SoftwareVersionOffset, 4));
     updateStatus();
     translateButtons();
     setPagesEditable(true);
     // A session opens on the accounts: replacing the factory password comes first.
-    const int authority = PageCatalog::indexOf("Authority");
-    selectPage(m_host->page(authority) ? authority : m_host->firstPage());
+    const int first = PageCatalog::indexOf(PageCatalog::OpensSession);
+    selectPage(m_host->page(first) ? first : m_host->firstPage());
 }
 
 bool CRemoteKSetupDlg::isStale(const SessionMessage &message) const
@@ -368,8 +365,7 @@ void CRemoteKSetupDlg::saveShownPage()
     CSetupPage *page = m_host->currentPage();
     if (!page)
         return;
-    const int id = PageCatalog::entry(m_host->currentEntry()).pageId;
-    if (std::ranges::find(WindowWrittenPages, id) == std::end(WindowWrittenPages)) {
+    if (!PageCatalog::entry(m_host->currentEntry()).can(PageCatalog::WindowSaves)) {
         page->save();
         return;
     }

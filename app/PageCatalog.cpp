@@ -47,16 +47,17 @@ constexpr std::array<const char *, 6> Menus {
 };
 
 using enum PageCatalog::Menu;
+using enum PageCatalog::Capability;
 
 // Title formats are kept letter for letter as installers know them, the two
 // blanks before "Alarm-In" included.
 const std::array<PageCatalog::Entry, 26> Entries {{
     {System, RS_TEXT("Authority"), RS_TEXT("%s - Remote Setup / System / Authority"), 0x8003,
-     create<CRemoteSystemPasswdDlg>},
+     create<CRemoteSystemPasswdDlg>, WindowSaves | OpensSession},
     {System, RS_TEXT("Audio"), RS_TEXT("%s - Remote Setup / System / Audio"), 0x8004,
-     create<CRemoteSystemAudioDlg>},
+     create<CRemoteSystemAudioDlg>, WindowSaves},
     {System, RS_TEXT("Buzzer"), RS_TEXT("%s - Remote Setup / System / Buzzer"), 0x8005,
-     create<CRemoteSystemBuzzerDlg>},
+     create<CRemoteSystemBuzzerDlg>, WindowSaves},
     {System, RS_TEXT("Configuration"), RS_TEXT("%s - Remote Setup / System / Configuration"), 0,
      create<CRemoteSystemConfigDlg>},
     {System, RS_TEXT("Update"), RS_TEXT("%s - Remote Setup / System / Update"), 0,
@@ -102,7 +103,7 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {Network, RS_TEXT("Event"), RS_TEXT("%s - Remote Setup / Network / Event"), 0x8014,
      create<CRemoteNetworkEventDlg>},
     {Network, RS_TEXT("Stream"), RS_TEXT("%s - Remote Setup / Network / Stream"), 0x8015,
-     create<CRemoteNetworkStreamDlg>},
+     create<CRemoteNetworkStreamDlg>, NotOnFourChannels},
 }};
 
 } // namespace
@@ -121,6 +122,15 @@ int PageCatalog::indexOf(const char *label)
 {
     for (int i = 0; i < count(); ++i) {
         if (std::strcmp(Entries[i].label, label) == 0)
+            return i;
+    }
+    return -1;
+}
+
+int PageCatalog::indexOf(Capability capability)
+{
+    for (int i = 0; i < count(); ++i) {
+        if (Entries[i].can(capability))
             return i;
     }
     return -1;

@@ -9,14 +9,25 @@
 class CSetupPage;
 
 // The settings pages in navigation order: which menu holds each, its item
-// text, its window title and its page identifier. Pages not written yet have
-// no factory; their items stay disabled rather than showing an empty page.
+// text, its window title, its page identifier and what the window does with
+// it beyond showing it. Pages not written yet have no factory; their items
+// stay disabled rather than showing an empty page.
 class PageCatalog
 {
 public:
     using Factory = CSetupPage *(*)(QWidget *parent);
 
     enum Menu { System, Display, Camera, Record, Device, Network };
+
+    enum Capability : unsigned {
+        // The window's Save writes the page's section itself; the page's own
+        // Save stays as it was.
+        WindowSaves = 1u << 0,
+        // A new session opens on this page.
+        OpensSession = 1u << 1,
+        // Recorders with four channels have none of the page's settings.
+        NotOnFourChannels = 1u << 2,
+    };
 
     struct Entry
     {
@@ -25,6 +36,9 @@ public:
         const char *titleFormat; // "%s" stands for the recorder address
         int pageId; // 0: the page has no Save action and sets none
         Factory create; // null while the page does not exist
+        unsigned capabilities = 0;
+
+        bool can(Capability capability) const { return capabilities & capability; }
     };
 
     // The English texts of the six menus, left to right.
@@ -34,4 +48,6 @@ public:
     static const Entry &entry(int index) { return entries()[index]; }
     // The catalog index of the item labelled `label`, or -1.
     static int indexOf(const char *label);
+    // The catalog index of the first page that has `capability`, or -1.
+    static int indexOf(Capability capability);
 };

@@ -79,18 +79,12 @@ void printLines(const CommandContext &context, const QStringList &lines)
     context.out().flush();
 }
 
-// Whether a name's field is `field` of the tables (the groups hold copies).
-bool is(const FieldName &name, const FieldInfo &field)
-{
-    return name.field && name.field->offset == field.offset && name.field->type == field.type;
-}
-
 // Rules that need no recorder: those of the pages that a value alone breaks.
 std::optional<QString> valueRuleError(const Assignment &a, QStringView text)
 {
-    if (is(a.name, fields::camera::title) && !SaveRules::titleAllowed(text))
+    if (a.name.field && *a.name.field == fields::camera::title && !SaveRules::titleAllowed(text))
         return nelib::tr(SaveRules::TitleMessage);
-    if (is(a.name, fields::users::rights)) {
+    if (a.name.field && *a.name.field == fields::users::rights) {
         const quint32 rights = LittleEndian::u32(a.bytes, 0);
         if (rights & ~SaveRules::AllRights)
             return u"rights hold bits 0 to 17 only (at most 0x%1)"_s.arg(SaveRules::AllRights, 0,
@@ -146,29 +140,9 @@ std::optional<QList<Assignment>> parseAssignments(const CommandContext &context,
 std::optional<QString> recordRuleError(const QList<Assignment> &assignments,
                                        const QByteArray &record, int channelCount)
 {
-    bool motionTimes = false;
-    bool schedule = false;
     for (const Assignment &a : assignments) {
-        motionTimes = motionTimes || is(a.name, fields::motion::dayStartHour)
-                      || is(a.name, fields::motion::dayStartMinute)
-                      || is(a.name, fields::motion::nightStartHour)
-                      || is(a.name, fields::motion::nightStartMinute);
-        schedule = schedule || a.name.group == &FieldTable::section(setup::Section::Schedule);
-    }
-    const auto sectionBytes = [&record](setup::Section id) {
-        const setup::SectionInfo &s = SetupRecordMap::section(id);
-        return QByteArrayView(record).sliced(s.offset, s.length);
-    };
-    if (motionTimes) {
-        if (const auto channel
-            = SaveRules::motionTimeError(sectionBytes(setup::Section::Motion), channelCount))
-            return nelib::tr(SaveRules::MotionTimeMessage)
-                .replace(u"%d"_s, QString::number(*channel));
-    }
-    if (schedule) {
-        if (const auto line = SaveRules::scheduleTimeError(sectionBytes(setup::Section::Schedule)))
-            return nelib::tr(SaveRules::ScheduleTimeMessage)
-                .replace(u"%d"_s, QString::number(*line));
+        if (auto refusal = SaveRules::refusal(record, *a.name.field, channelCount))
+            return refusal;
     }
     return std::nullopt;
 }

@@ -43,7 +43,6 @@ public:
         Connected = 2,
         LoggingIn = 3,
         Ready = 4,
-        Ending = 6, // known to the main window's end of session only
         Failed = 7,
     };
 

@@ -3,12 +3,13 @@
 #include "setup/FactoryDefaults.h"
 
 #include "setup/FieldWriter.h"
+#include "setup/Fields.h"
 
 namespace setup {
 
 namespace {
 
-constexpr int Channels = 16;
+constexpr int Channels = SetupRecordMap::MaxChannels;
 constexpr quint32 AllChannels = 0xFFFF;
 constexpr quint32 FullMaskRow = 0x3FFFFFFF; // all 30 cells of a motion mask row
 
@@ -51,44 +52,45 @@ QByteArray dotted(quint8 a, quint8 b, quint8 c, quint8 d)
 void header(QByteArray &r, quint32 modelId, FactoryDefaults::Version version)
 {
     FieldWriter w(r, FieldTable::header());
-    w.set("layout-version", SetupRecordMap::LayoutVersion);
-    w.setBytes("software-version", dotted(version[0], version[1], version[2], version[3]));
-    w.set("record-size", SetupRecordMap::RecordSize);
-    w.set("channel-records", Channels);
-    w.set("model-id", modelId);
+    w.set(fields::header::layoutVersion, SetupRecordMap::LayoutVersion);
+    w.setBytes(fields::header::softwareVersion,
+               dotted(version[0], version[1], version[2], version[3]));
+    w.set(fields::header::recordSize, SetupRecordMap::RecordSize);
+    w.set(fields::header::channelRecords, Channels);
+    w.set(fields::header::modelId, modelId);
 }
 
 void users(QByteArray &r)
 {
     FieldWriter w(r, Section::Users);
     for (int k = 0; k < Accounts; ++k)
-        w.setBytes("password", "", k);
-    w.set("auto-logout", 0);
-    w.set("auto-login", 0);
-    w.set("rights", AllRights, 0);
+        w.setBytes(fields::users::password, "", k);
+    w.set(fields::users::autoLogout, 0);
+    w.set(fields::users::autoLogin, 0);
+    w.set(fields::users::rights, AllRights, 0);
     for (int k = 1; k < Accounts; ++k)
-        w.set("rights", k <= Managers ? ManagerRights : UserRights, k);
+        w.set(fields::users::rights, k <= Managers ? ManagerRights : UserRights, k);
 }
 
 void audio(QByteArray &r)
 {
     FieldWriter w(r, Section::Audio);
-    w.fill("input-enabled", 1);
-    w.fill("input-volume", 8);
-    w.set("live-output", 5); // Auto: the selected channel's input
-    w.set("output-volume", 8);
-    w.set("record-audio", 1);
-    w.set("network-audio", 1);
+    w.fill(fields::audio::inputEnabled, 1);
+    w.fill(fields::audio::inputVolume, 8);
+    w.set(fields::audio::liveOutput, 5); // Auto: the selected channel's input
+    w.set(fields::audio::outputVolume, 8);
+    w.set(fields::audio::recordAudio, 1);
+    w.set(fields::audio::networkAudio, 1);
 }
 
 void buzzer(QByteArray &r)
 {
     FieldWriter w(r, Section::Buzzer);
-    w.set("key-tone", 1);
-    w.set("event-buzzer", 1);
-    w.set("disk-full", 1);
-    w.set("disk-error", 1);
-    w.set("beep-time", 10);
+    w.set(fields::buzzer::keyTone, 1);
+    w.set(fields::buzzer::eventBuzzer, 1);
+    w.set(fields::buzzer::diskFull, 1);
+    w.set(fields::buzzer::diskError, 1);
+    w.set(fields::buzzer::beepTime, 10);
 }
 
 // Greenwich Mean Time, 24-hour clock, no daylight saving. The stored rule is
@@ -98,66 +100,66 @@ void dateTime(QByteArray &r)
 {
     constexpr int GreenwichZone = 30;
     FieldWriter w(r, Section::DateTime);
-    w.set("time-zone", GreenwichZone);
-    w.set("utc-offset", 0);
-    w.set("date-format", 0); // YYYY/MM/DD
-    w.set("time-format", 0); // 24 Hour
-    w.set("dst", 0);
-    w.set("time-sync", 0);
-    w.set("sync-interval", 24);
-    w.setBytes("time-server", dotted(0, 0, 0, 0));
+    w.set(fields::dateTime::timeZone, GreenwichZone);
+    w.set(fields::dateTime::utcOffset, 0);
+    w.set(fields::dateTime::dateFormat, 0); // YYYY/MM/DD
+    w.set(fields::dateTime::timeFormat, 0); // 24 Hour
+    w.set(fields::dateTime::dst, 0);
+    w.set(fields::dateTime::timeSync, 0);
+    w.set(fields::dateTime::syncInterval, 24);
+    w.setBytes(fields::dateTime::timeServer, dotted(0, 0, 0, 0));
 
     constexpr int LastWeek = 5;
     FieldWriter dst(r, Section::DaylightSaving);
-    dst.set("start-month", 3);
-    dst.set("start-week", LastWeek);
-    dst.set("start-weekday", 0);
-    dst.set("start-day", 0);
-    dst.set("start-hour", 1);
-    dst.set("end-month", 10);
-    dst.set("end-week", LastWeek);
-    dst.set("end-weekday", 0);
-    dst.set("end-day", 0);
-    dst.set("end-hour", 2);
+    dst.set(fields::dst::startMonth, 3);
+    dst.set(fields::dst::startWeek, LastWeek);
+    dst.set(fields::dst::startWeekday, 0);
+    dst.set(fields::dst::startDay, 0);
+    dst.set(fields::dst::startHour, 1);
+    dst.set(fields::dst::endMonth, 10);
+    dst.set(fields::dst::endWeek, LastWeek);
+    dst.set(fields::dst::endWeekday, 0);
+    dst.set(fields::dst::endDay, 0);
+    dst.set(fields::dst::endHour, 2);
 }
 
 void osd(QByteArray &r)
 {
     FieldWriter w(r, Section::Osd);
-    w.set("time-out", 60);
-    w.set("live-items", 0x1F);
-    w.set("playback-items", 0x0F);
-    w.set("language", 0); // English
-    w.set("margin-top", 10);
-    w.set("margin-bottom", 10);
-    w.set("margin-left", 16);
-    w.set("margin-right", 16);
+    w.set(fields::osd::timeOut, 60);
+    w.set(fields::osd::liveItems, 0x1F);
+    w.set(fields::osd::playbackItems, 0x0F);
+    w.set(fields::osd::language, 0); // English
+    w.set(fields::osd::marginTop, 10);
+    w.set(fields::osd::marginBottom, 10);
+    w.set(fields::osd::marginLeft, 16);
+    w.set(fields::osd::marginRight, 16);
 }
 
 void eventDisplay(QByteArray &r)
 {
     FieldWriter w(r, Section::EventDisplay);
-    w.set("main-output", 1); // VGA
-    w.set("vga-resolution", 1); // 1024x768
-    w.set("brightness", 50);
-    w.set("contrast", 50);
-    w.set("event-popup", 0);
-    w.set("popup-dwell", 5);
-    w.set("spot-mode", 1); // Sequence
-    w.fill("spot-channel", 1);
-    w.set("spot-popup", 0);
-    w.set("sequence-channels", AllChannels);
+    w.set(fields::eventDisplay::mainOutput, 1); // VGA
+    w.set(fields::eventDisplay::vgaResolution, 1); // 1024x768
+    w.set(fields::eventDisplay::brightness, 50);
+    w.set(fields::eventDisplay::contrast, 50);
+    w.set(fields::eventDisplay::eventPopup, 0);
+    w.set(fields::eventDisplay::popupDwell, 5);
+    w.set(fields::eventDisplay::spotMode, 1); // Sequence
+    w.fill(fields::eventDisplay::spotChannel, 1);
+    w.set(fields::eventDisplay::spotPopup, 0);
+    w.set(fields::eventDisplay::sequenceChannels, AllChannels);
 }
 
 void interval(QByteArray &r)
 {
     FieldWriter w(r, Section::Interval);
-    w.set("sequence", 5);
-    w.set("pip", 5);
-    w.set("spot", 5);
-    w.set("event-update", 1);
-    w.set("time-out-switch", 1);
-    w.set("time-out", 60);
+    w.set(fields::interval::sequence, 5);
+    w.set(fields::interval::pip, 5);
+    w.set(fields::interval::spot, 5);
+    w.set(fields::interval::eventUpdate, 1);
+    w.set(fields::interval::timeOutSwitch, 1);
+    w.set(fields::interval::timeOut, 60);
 }
 
 // Titles "CAM 01" ... "CAM 16"; audio inputs 1 to 4 belong to channels 1 to 4.
@@ -165,10 +167,11 @@ void camera(QByteArray &r)
 {
     constexpr int AudioInputs = 4;
     FieldWriter w(r, Section::Camera);
-    w.fill("covert", 0);
+    w.fill(fields::camera::covert, 0);
     for (int c = 0; c < Channels; ++c) {
-        w.setBytes("title", "CAM " + QByteArray::number(c + 1).rightJustified(2, '0'), c);
-        w.set("audio", c < AudioInputs ? 1u << c : 0, c);
+        w.setBytes(fields::camera::title, "CAM " + QByteArray::number(c + 1).rightJustified(2, '0'),
+                   c);
+        w.set(fields::camera::audio, c < AudioInputs ? 1u << c : 0, c);
     }
 }
 
@@ -176,17 +179,17 @@ void camera(QByteArray &r)
 void ptz(QByteArray &r)
 {
     FieldWriter w(r, Section::Ptz);
-    w.fill("in-use", 0);
-    w.fill("protocol", 0);
+    w.fill(fields::ptz::inUse, 0);
+    w.fill(fields::ptz::protocol, 0);
     for (int c = 0; c < Channels; ++c)
-        w.set("control-id", c + 1, c);
-    w.fill("baud-rate", 9600);
-    w.fill("data-bits", 8);
-    w.fill("stop-bits", 1);
-    w.fill("parity", 0); // None
-    w.fill("pan-speed", 5);
-    w.fill("tilt-speed", 5);
-    w.fill("zoom-speed", 5);
+        w.set(fields::ptz::controlId, c + 1, c);
+    w.fill(fields::ptz::baudRate, 9600);
+    w.fill(fields::ptz::dataBits, 8);
+    w.fill(fields::ptz::stopBits, 1);
+    w.fill(fields::ptz::parity, 0); // None
+    w.fill(fields::ptz::panSpeed, 5);
+    w.fill(fields::ptz::tiltSpeed, 5);
+    w.fill(fields::ptz::zoomSpeed, 5);
 }
 
 // Day from 08:00, night from 20:00, the whole picture watched.
@@ -194,32 +197,32 @@ void motion(QByteArray &r)
 {
     constexpr quint32 Normal = 2;
     FieldWriter w(r, Section::Motion);
-    w.fill("day-start-hour", 8);
-    w.fill("day-start-minute", 0);
-    w.fill("night-start-hour", 20);
-    w.fill("night-start-minute", 0);
-    w.fill("day-sensitivity", Normal);
-    w.fill("day-min-blocks", 3);
-    w.fill("night-sensitivity", Normal);
-    w.fill("night-min-blocks", 3);
-    w.fill("beep", 0);
-    w.fill("alarm-out", 0);
-    w.fill("dwell", 5);
-    w.fill("day-mask", FullMaskRow);
-    w.fill("night-mask", FullMaskRow);
+    w.fill(fields::motion::dayStartHour, 8);
+    w.fill(fields::motion::dayStartMinute, 0);
+    w.fill(fields::motion::nightStartHour, 20);
+    w.fill(fields::motion::nightStartMinute, 0);
+    w.fill(fields::motion::daySensitivity, Normal);
+    w.fill(fields::motion::dayMinBlocks, 3);
+    w.fill(fields::motion::nightSensitivity, Normal);
+    w.fill(fields::motion::nightMinBlocks, 3);
+    w.fill(fields::motion::beep, 0);
+    w.fill(fields::motion::alarmOut, 0);
+    w.fill(fields::motion::dwell, 5);
+    w.fill(fields::motion::dayMask, FullMaskRow);
+    w.fill(fields::motion::nightMask, FullMaskRow);
 }
 
 // Inputs off; once switched on, an alarm records its own channel for 5 s.
 void alarmIn(QByteArray &r)
 {
     FieldWriter w(r, Section::AlarmIn);
-    w.fill("enabled", 0);
-    w.fill("normally-closed", 0);
-    w.fill("beep", 0);
-    w.fill("dwell", 5);
+    w.fill(fields::alarmIn::enabled, 0);
+    w.fill(fields::alarmIn::normallyClosed, 0);
+    w.fill(fields::alarmIn::beep, 0);
+    w.fill(fields::alarmIn::dwell, 5);
     for (int c = 0; c < Channels; ++c)
-        w.set("record-channels", 1u << c, c);
-    w.fill("alarm-out", 0);
+        w.set(fields::alarmIn::recordChannels, 1u << c, c);
+    w.fill(fields::alarmIn::alarmOut, 0);
 }
 
 // Outputs normally open, held 5 s. No schedule line is in use; every line
@@ -229,24 +232,24 @@ void alarmOut(QByteArray &r)
 {
     constexpr quint32 FiveSeconds = 2;
     FieldWriter w(r, Section::AlarmOut);
-    w.set("line-count", 0);
-    w.fill("enabled", 1);
-    w.fill("normally-closed", 0);
-    w.fill("dwell", FiveSeconds);
-    w.fill("days", 0x7F);
-    w.fill("start-hour", 0);
-    w.fill("start-minute", 0);
-    w.fill("end-hour", 23);
-    w.fill("end-minute", 59);
-    w.fill("events", 0x7);
-    w.fill("alarm-out", 0);
+    w.set(fields::alarmOut::lineCount, 0);
+    w.fill(fields::alarmOut::enabled, 1);
+    w.fill(fields::alarmOut::normallyClosed, 0);
+    w.fill(fields::alarmOut::dwell, FiveSeconds);
+    w.fill(fields::alarmOut::days, 0x7F);
+    w.fill(fields::alarmOut::startHour, 0);
+    w.fill(fields::alarmOut::startMinute, 0);
+    w.fill(fields::alarmOut::endHour, 23);
+    w.fill(fields::alarmOut::endMinute, 59);
+    w.fill(fields::alarmOut::events, 0x7);
+    w.fill(fields::alarmOut::alarmOut, 0);
 }
 
 void videoLoss(QByteArray &r)
 {
     FieldWriter w(r, Section::VideoLoss);
-    w.fill("beep", 0);
-    w.fill("alarm-out", 0);
+    w.fill(fields::videoLoss::beep, 0);
+    w.fill(fields::videoLoss::alarmOut, 0);
 }
 
 // Normal and Pre-Event record CIF at a moderate rate; Event and Panic raise
@@ -267,17 +270,17 @@ void recordProfiles(QByteArray &r)
     FieldWriter w(r, Section::RecordSetup);
     for (int m = 0; m < 4; ++m) {
         for (int c = 0; c < Channels; ++c) {
-            w.set("width-code", modes[m].widthCode, m, c);
-            w.set("height-code", modes[m].heightCode, m, c);
-            w.set("frame-rate", modes[m].frameRate, m, c);
-            w.set("frame-rate-copy", modes[m].frameRate, m, c);
-            w.set("quality", modes[m].quality, m, c);
-            w.set("quality-copy", modes[m].quality, m, c);
+            w.set(fields::record::widthCode, modes[m].widthCode, m, c);
+            w.set(fields::record::heightCode, modes[m].heightCode, m, c);
+            w.set(fields::record::frameRate, modes[m].frameRate, m, c);
+            w.set(fields::record::frameRateCopy, modes[m].frameRate, m, c);
+            w.set(fields::record::quality, modes[m].quality, m, c);
+            w.set(fields::record::qualityCopy, modes[m].quality, m, c);
         }
     }
-    w.fill("pre-event", 0);
-    w.fill("event-type", Motion);
-    w.fill("dwell", 5);
+    w.fill(fields::record::preEvent, 0);
+    w.fill(fields::record::eventType, Motion);
+    w.fill(fields::record::dwell, 5);
 }
 
 // One entry: every day, all day, continuous, all channels. Unused slots hold
@@ -286,17 +289,17 @@ void schedule(QByteArray &r)
 {
     constexpr quint32 EveryDay = 127, Sunday = 1, Continue = 1, Alarm = 16;
     FieldWriter w(r, Section::Schedule);
-    w.fill("day", Sunday);
-    w.fill("start-hour", 0);
-    w.fill("start-minute", 0);
-    w.fill("end-hour", 23);
-    w.fill("end-minute", 59);
-    w.fill("mode", Alarm);
-    w.fill("channels", 0);
-    w.set("count", 1);
-    w.set("day", EveryDay, 0);
-    w.set("mode", Continue, 0);
-    w.set("channels", AllChannels, 0);
+    w.fill(fields::schedule::day, Sunday);
+    w.fill(fields::schedule::startHour, 0);
+    w.fill(fields::schedule::startMinute, 0);
+    w.fill(fields::schedule::endHour, 23);
+    w.fill(fields::schedule::endMinute, 59);
+    w.fill(fields::schedule::mode, Alarm);
+    w.fill(fields::schedule::channels, 0);
+    w.set(fields::schedule::count, 1);
+    w.set(fields::schedule::day, EveryDay, 0);
+    w.set(fields::schedule::mode, Continue, 0);
+    w.set(fields::schedule::channels, AllChannels, 0);
 }
 
 // 1 January and 25 December, both fixed dates.
@@ -304,52 +307,52 @@ void holiday(QByteArray &r)
 {
     constexpr quint32 FixedDate = 1;
     FieldWriter w(r, Section::Holiday);
-    w.set("enabled", 1);
-    w.set("count", 2);
-    w.set("kind", FixedDate, 0);
-    w.set("month", 1, 0);
-    w.set("day", 1, 0);
-    w.set("kind", FixedDate, 1);
-    w.set("month", 12, 1);
-    w.set("day", 25, 1);
+    w.set(fields::holiday::enabled, 1);
+    w.set(fields::holiday::count, 2);
+    w.set(fields::holiday::kind, FixedDate, 0);
+    w.set(fields::holiday::month, 1, 0);
+    w.set(fields::holiday::day, 1, 0);
+    w.set(fields::holiday::kind, FixedDate, 1);
+    w.set(fields::holiday::month, 12, 1);
+    w.set(fields::holiday::day, 25, 1);
 }
 
 void device(QByteArray &r)
 {
     FieldWriter rs(r, Section::Rs232c);
-    rs.set("baud-rate", 9600);
-    rs.set("data-bits", 8);
-    rs.set("parity", 0); // None
-    rs.set("stop-bits", 1);
-    rs.set("flow-control", 0);
-    rs.set("usage", 0); // Off
-    rs.set("device-id", 1);
-    rs.set("text-channels", 0);
+    rs.set(fields::rs232c::baudRate, 9600);
+    rs.set(fields::rs232c::dataBits, 8);
+    rs.set(fields::rs232c::parity, 0); // None
+    rs.set(fields::rs232c::stopBits, 1);
+    rs.set(fields::rs232c::flowControl, 0);
+    rs.set(fields::rs232c::usage, 0); // Off
+    rs.set(fields::rs232c::deviceId, 1);
+    rs.set(fields::rs232c::textChannels, 0);
 
     FieldWriter kb(r, Section::Keyboard);
-    kb.set("enabled", 0);
-    kb.set("protocol", 0); // Native
-    kb.set("recorder-id", 1);
-    kb.set("baud-rate", 9600);
-    kb.set("data-bits", 8);
-    kb.set("parity", 0); // None
-    kb.set("stop-bits", 1);
-    kb.set("flow-control", 0);
-    kb.set("ptz-control", 1);
+    kb.set(fields::keyboard::enabled, 0);
+    kb.set(fields::keyboard::protocol, 0); // Native
+    kb.set(fields::keyboard::recorderId, 1);
+    kb.set(fields::keyboard::baudRate, 9600);
+    kb.set(fields::keyboard::dataBits, 8);
+    kb.set(fields::keyboard::parity, 0); // None
+    kb.set(fields::keyboard::stopBits, 1);
+    kb.set(fields::keyboard::flowControl, 0);
+    kb.set(fields::keyboard::ptzControl, 1);
 
     FieldWriter rc(r, Section::RemoteControl);
-    rc.set("remote-id", 0); // obeys any remote
-    rc.set("enabled", 1);
+    rc.set(fields::remoteControl::remoteId, 0); // obeys any remote
+    rc.set(fields::remoteControl::enabled, 1);
 
     FieldWriter sb(r, Section::SmartBackup);
-    sb.set("enabled", 0);
-    sb.set("media", 0); // USB Memory
-    sb.set("channels", AllChannels);
-    sb.set("days", 0x7F);
-    sb.set("start-hour", 2);
-    sb.set("start-minute", 0);
-    sb.set("span-hours", 24);
-    sb.set("overwrite", 0);
+    sb.set(fields::smartBackup::enabled, 0);
+    sb.set(fields::smartBackup::media, 0); // USB Memory
+    sb.set(fields::smartBackup::channels, AllChannels);
+    sb.set(fields::smartBackup::days, 0x7F);
+    sb.set(fields::smartBackup::startHour, 2);
+    sb.set(fields::smartBackup::startMinute, 0);
+    sb.set(fields::smartBackup::spanHours, 24);
+    sb.set(fields::smartBackup::overwrite, 0);
 }
 
 // A static address on a typical home/office subnet, the client port the
@@ -358,53 +361,55 @@ void stream(QByteArray &r)
 {
     constexpr quint32 Cif = 3, TenFps = 3, Normal = 2, AllEvents = 0x7;
     FieldWriter w(r, Section::Stream);
-    w.set("ip-mode", 0); // Static
-    w.setBytes("ip-address", dotted(192, 168, 0, 100));
-    w.setBytes("subnet-mask", dotted(255, 255, 255, 0));
-    w.setBytes("gateway", dotted(192, 168, 0, 1));
-    w.setBytes("dns-server", dotted(192, 168, 0, 1));
-    w.set("remote-port", 9000);
-    w.set("web-port", 80);
-    w.set("max-bandwidth", 0);
-    w.set("ddns", 0);
-    w.set("audio", 0);
-    w.fill("enabled", 1);
-    w.fill("resolution", Cif);
-    w.fill("frame-rate", TenFps);
-    w.fill("quality", Normal);
-    w.fill("bitrate", 512);
-    w.fill("key-frame-interval", 30);
-    w.fill("cms-enabled", 0);
-    w.fill("cms-port", 9001);
-    w.fill("cms-events", AllEvents);
+    w.set(fields::stream::ipMode, 0); // Static
+    w.setBytes(fields::stream::ipAddress, dotted(192, 168, 0, 100));
+    w.setBytes(fields::stream::subnetMask, dotted(255, 255, 255, 0));
+    w.setBytes(fields::stream::gateway, dotted(192, 168, 0, 1));
+    w.setBytes(fields::stream::dnsServer, dotted(192, 168, 0, 1));
+    w.set(fields::stream::remotePort, 9000);
+    w.set(fields::stream::webPort, 80);
+    w.set(fields::stream::maxBandwidth, 0);
+    w.set(fields::stream::ddns, 0);
+    w.set(fields::stream::audio, 0);
+    w.fill(fields::stream::enabled, 1);
+    w.fill(fields::stream::resolution, Cif);
+    w.fill(fields::stream::frameRate, TenFps);
+    w.fill(fields::stream::quality, Normal);
+    w.fill(fields::stream::bitrate, 512);
+    w.fill(fields::stream::keyFrameInterval, 30);
+    w.fill(fields::stream::cmsEnabled, 0);
+    w.fill(fields::stream::cmsPort, 9001);
+    w.fill(fields::stream::cmsEvents, AllEvents);
 }
 
 void notification(QByteArray &r)
 {
     FieldWriter mail(r, Section::Email);
-    mail.set("enabled", 0);
-    mail.set("smtp-port", 25);
-    mail.set("security", 0);
-    mail.setBytes("subject", "DVR Event");
-    mail.set("attach-image", 1);
-    mail.set("authentication", 0);
+    mail.set(fields::email::enabled, 0);
+    mail.set(fields::email::smtpPort, 25);
+    mail.set(fields::email::security, 0);
+    mail.setBytes(fields::email::subject, "DVR Event");
+    mail.set(fields::email::attachImage, 1);
+    mail.set(fields::email::authentication, 0);
 
     constexpr quint32 ByMail = 0x1;
     FieldWriter ev(r, Section::NetworkEvent);
-    ev.set("notify", 0);
-    ev.set("min-interval", 60);
-    for (const char *enabled :
-         {"alarm-enabled", "motion-enabled", "video-loss-enabled", "disk-full-enabled",
-          "disk-error-enabled", "power-on-enabled", "login-failure-enabled"}) {
+    ev.set(fields::networkEvent::notify, 0);
+    ev.set(fields::networkEvent::minInterval, 60);
+    namespace event = fields::networkEvent;
+    for (const FieldInfo &enabled :
+         {event::alarmEnabled, event::motionEnabled, event::videoLossEnabled,
+          event::diskFullEnabled, event::diskErrorEnabled, event::powerOnEnabled,
+          event::loginFailureEnabled})
         ev.set(enabled, 0);
-    }
-    for (const char *channels : {"alarm-channels", "motion-channels", "video-loss-channels"})
+    for (const FieldInfo &channels :
+         {event::alarmChannels, event::motionChannels, event::videoLossChannels})
         ev.set(channels, AllChannels);
-    for (const char *actions :
-         {"alarm-actions", "motion-actions", "video-loss-actions", "disk-full-actions",
-          "disk-error-actions", "power-on-actions", "login-failure-actions"}) {
+    for (const FieldInfo &actions :
+         {event::alarmActions, event::motionActions, event::videoLossActions,
+          event::diskFullActions, event::diskErrorActions, event::powerOnActions,
+          event::loginFailureActions})
         ev.set(actions, ByMail);
-    }
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <span>
+#include <string_view>
 
 namespace setup {
 
@@ -159,6 +160,14 @@ struct FieldInfo
     }
     // One past the last byte of the last element.
     constexpr int end() const { return elementOffset(count - 1, count2 - 1) + width; }
+
+    // A field's identity: its name at its record offset. Copies of a field
+    // (a section's `all`, a page's column) are the same field; what a page
+    // shows of it (label, range, names) takes no part.
+    friend constexpr bool operator==(const FieldInfo &a, const FieldInfo &b)
+    {
+        return a.offset == b.offset && std::string_view(a.name) == std::string_view(b.name);
+    }
 
     // The name of `value`, or null when the field has none for it.
     const char *valueName(quint32 value) const;

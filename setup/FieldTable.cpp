@@ -3,11 +3,9 @@
 #include "setup/FieldTable.h"
 
 #include "setup/Fields.h"
-#include "setup/LittleEndian.h"
+#include "setup/SectionEdit.h"
 
 #include <QLatin1StringView>
-
-using nelib::LittleEndian;
 
 namespace setup {
 
@@ -51,15 +49,6 @@ constexpr FieldGroup allGroups[] = {
 };
 static_assert(std::size(allGroups) == SetupRecordMap::Sections.size() + 1);
 
-// Where element [i][j] lies, or -1 when the index or the bytes are outside.
-int elementAt(qsizetype recordSize, const FieldInfo &field, int i, int j)
-{
-    if (!field.hasElement(i, j))
-        return -1;
-    const int offset = field.elementOffset(i, j);
-    return LittleEndian::fits(recordSize, offset, field.width) ? offset : -1;
-}
-
 } // namespace
 
 const FieldGroup &FieldTable::header()
@@ -97,61 +86,28 @@ const FieldInfo *FieldTable::findField(const FieldGroup &group, QAnyStringView n
 
 quint32 FieldTable::number(QByteArrayView record, const FieldInfo &field, int i, int j)
 {
-    const int offset = elementAt(record.size(), field, i, j);
-    if (offset < 0)
-        return 0;
-    switch (field.type) {
-    case FieldType::U8:
-        return LittleEndian::u8(record, offset);
-    case FieldType::U16:
-        return LittleEndian::u16(record, offset);
-    case FieldType::U32:
-    case FieldType::I32:
-        return LittleEndian::u32(record, offset);
-    case FieldType::Text:
-    case FieldType::Bytes:
-        break;
-    }
-    return 0;
+    return SectionView(record, 0).number(field, i, j);
 }
 
 QByteArrayView FieldTable::bytes(QByteArrayView record, const FieldInfo &field, int i, int j)
 {
-    const int offset = elementAt(record.size(), field, i, j);
-    return offset < 0 ? QByteArrayView() : record.sliced(offset, field.width);
+    return SectionView(record, 0).bytes(field, i, j);
 }
 
 QByteArray FieldTable::text(QByteArrayView record, const FieldInfo &field, int i, int j)
 {
-    const int offset = elementAt(record.size(), field, i, j);
-    return offset < 0 ? QByteArray() : LittleEndian::text(record, offset, field.width);
+    return SectionView(record, 0).text(field, i, j);
 }
 
 bool FieldTable::setNumber(QByteArray &record, const FieldInfo &field, quint32 value, int i, int j)
 {
-    const int offset = elementAt(record.size(), field, i, j);
-    if (offset < 0)
-        return false;
-    switch (field.type) {
-    case FieldType::U8:
-        return LittleEndian::setU8(record, offset, quint8(value));
-    case FieldType::U16:
-        return LittleEndian::setU16(record, offset, quint16(value));
-    case FieldType::U32:
-    case FieldType::I32:
-        return LittleEndian::setU32(record, offset, value);
-    case FieldType::Text:
-    case FieldType::Bytes:
-        break;
-    }
-    return false;
+    return SectionEdit(record, 0).setNumber(field, value, i, j);
 }
 
 bool FieldTable::setBytes(QByteArray &record, const FieldInfo &field, QByteArrayView value, int i,
                           int j)
 {
-    const int offset = elementAt(record.size(), field, i, j);
-    return offset >= 0 && LittleEndian::setText(record, offset, field.width, value);
+    return SectionEdit(record, 0).setBytes(field, value, i, j);
 }
 
 } // namespace setup

@@ -2,7 +2,7 @@
 
 #include "setup/FieldWriter.h"
 
-#include <QString>
+#include <algorithm>
 
 namespace setup {
 
@@ -34,35 +34,34 @@ FieldWriter::FieldWriter(QByteArray &record, Section section)
     : FieldWriter(record, FieldTable::section(section))
 { }
 
-void FieldWriter::set(QAnyStringView field, quint32 value, int i, int j)
+void FieldWriter::set(const FieldInfo &field, quint32 value, int i, int j)
 {
-    write(find(field, true), value, i, j);
+    write(check(field, true), value, i, j);
 }
 
-void FieldWriter::fill(QAnyStringView field, quint32 value)
+void FieldWriter::fill(const FieldInfo &field, quint32 value)
 {
-    const FieldInfo &f = find(field, true);
+    const FieldInfo &f = check(field, true);
     for (int i = 0; i < f.count; ++i) {
         for (int j = 0; j < f.count2; ++j)
             write(f, value, i, j);
     }
 }
 
-void FieldWriter::setBytes(QAnyStringView field, QByteArrayView value, int i, int j)
+void FieldWriter::setBytes(const FieldInfo &field, QByteArrayView value, int i, int j)
 {
-    const FieldInfo &f = find(field, false);
+    const FieldInfo &f = check(field, false);
     if (!FieldTable::setBytes(m_record, f, value, i, j))
         qFatal("%s.%s has no element [%d][%d]", m_group.key, f.name, i, j);
 }
 
-const FieldInfo &FieldWriter::find(QAnyStringView name, bool wantNumber) const
+const FieldInfo &FieldWriter::check(const FieldInfo &field, bool wantNumber) const
 {
-    const FieldInfo *f = FieldTable::findField(m_group, name);
-    if (!f)
-        qFatal("%s has no field %s", m_group.key, qPrintable(name.toString()));
-    if (f->isNumber() != wantNumber)
-        qFatal("%s.%s is not a %s field", m_group.key, f->name, wantNumber ? "number" : "byte");
-    return *f;
+    if (std::find(m_group.fields.begin(), m_group.fields.end(), field) == m_group.fields.end())
+        qFatal("%s has no field %s", m_group.key, field.name);
+    if (field.isNumber() != wantNumber)
+        qFatal("%s.%s is not a %s field", m_group.key, field.name, wantNumber ? "number" : "byte");
+    return field;
 }
 
 void FieldWriter::write(const FieldInfo &field, quint32 value, int i, int j)

@@ -2,7 +2,6 @@
 
 #include "setup/HolidayList.h"
 
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
 
 namespace setup {
@@ -11,11 +10,9 @@ namespace {
 
 namespace holiday = setup::fields::holiday;
 
-FieldInfo inSection(FieldInfo field)
-{
-    field.offset -= holiday::base;
-    return field;
-}
+// One whole entry of the list.
+constexpr FieldInfo entry = FieldInfo::bytes("entry", holiday::kind.offset, holiday::kind.stride)
+                                .repeat(holiday::kind.count, holiday::kind.stride);
 
 } // namespace
 
@@ -44,24 +41,22 @@ int HolidayList::firstWeekday(int year, int month)
     return ((f % 7) + 7) % 7;
 }
 
-HolidayList HolidayList::fromSection(QByteArrayView section, int year)
+HolidayList HolidayList::fromSection(const SectionView &section, int year)
 {
     HolidayList list;
-    const int count
-        = std::min<int>(FieldTable::number(section, inSection(holiday::count)), Capacity);
+    const int count = std::min<int>(section.number(holiday::count), Capacity);
     for (int k = 0; k < count; ++k) {
-        const FieldInfo kind = inSection(holiday::kind);
-        if (kind.elementOffset(k) + 8 > section.size())
+        if (section.at(entry, k, 0) < 0)
             break;
-        const quint32 type = FieldTable::number(section, kind, k);
-        const int month = int(FieldTable::number(section, inSection(holiday::month), k));
-        const int day = int(FieldTable::number(section, inSection(holiday::day), k));
+        const quint32 type = section.number(holiday::kind, k);
+        const int month = int(section.number(holiday::month, k));
+        const int day = int(section.number(holiday::day, k));
         if (month < 1 || month > Months)
             continue;
         if (type == FixedDate && day >= 1 && day <= Days) {
             list.fixed[month - 1][day - 1] = true;
         } else if (type == NthWeekday) {
-            const int weekday = int(FieldTable::number(section, inSection(holiday::weekday), k));
+            const int weekday = int(section.number(holiday::weekday, k));
             if (weekday >= Weekdays)
                 continue;
             // A weekday before the first of the month counts from the second row.
@@ -73,17 +68,17 @@ HolidayList HolidayList::fromSection(QByteArrayView section, int year)
     return list;
 }
 
-void HolidayList::toSection(QByteArray &section, int year) const
+void HolidayList::toSection(SectionEdit &section, int year) const
 {
     int k = 0;
     auto append = [&](quint32 type, int month, int day, int weekday) {
         if (k == Capacity)
             return;
-        FieldTable::setNumber(section, inSection(holiday::kind), type, k);
-        FieldTable::setNumber(section, inSection(holiday::month), quint32(month), k);
-        FieldTable::setNumber(section, inSection(holiday::day), quint32(quint8(day)), k);
+        section.setNumber(holiday::kind, type, k);
+        section.setNumber(holiday::month, quint32(month), k);
+        section.setNumber(holiday::day, quint32(quint8(day)), k);
         if (type == NthWeekday)
-            FieldTable::setNumber(section, inSection(holiday::weekday), quint32(weekday), k);
+            section.setNumber(holiday::weekday, quint32(weekday), k);
         ++k;
     };
     for (int m = 0; m < Months; ++m) {
@@ -101,7 +96,7 @@ void HolidayList::toSection(QByteArray &section, int year) const
             }
         }
     }
-    FieldTable::setNumber(section, inSection(holiday::count), quint32(k));
+    section.setNumber(holiday::count, quint32(k));
 }
 
 } // namespace setup

@@ -2,8 +2,7 @@
 
 #pragma once
 
-#include <QByteArray>
-#include <QByteArrayView>
+#include "setup/SectionEdit.h"
 
 #include <array>
 
@@ -13,7 +12,7 @@ namespace setup {
 // weekday holidays (month, weekday, week row of the month's calendar). The
 // holiday section stores them as a list of entries; a weekday holiday keeps
 // its occurrence in the month, which this class derives from the week row
-// with the calendar of a given year, the way the recorder tools do.
+// with the calendar of a given year, by the recorder's own formula.
 struct HolidayList
 {
     static constexpr int Months = 12;
@@ -42,14 +41,14 @@ struct HolidayList
     // stored occurrences depend on it.
     static int firstWeekday(int year, int month);
 
-    // The entries of a holiday section (laid out from the section's first
-    // byte), as far as the count and the section reach. Entries the flags
-    // cannot hold (unknown kind, month, day or week row) are left out.
-    static HolidayList fromSection(QByteArrayView section, int year);
+    // The entries of the holiday section in `section`, as far as the count
+    // and the bytes reach. Entries the flags cannot hold (unknown kind,
+    // month, day or week row) are left out.
+    static HolidayList fromSection(const SectionView &section, int year);
     // Writes the count (one byte) and the entries into `section`: fixed dates
     // by month and day first, then weekday holidays by month, weekday and
     // week row; at most Capacity of them. Every other byte stays.
-    void toSection(QByteArray &section, int year) const;
+    void toSection(SectionEdit &section, int year) const;
 };
 
 } // namespace setup

@@ -2,19 +2,19 @@
 
 #include "setup/SaveRules.h"
 
-#include "setup/LittleEndian.h"
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
 
 #include <QByteArray>
 
-using nelib::LittleEndian;
+#include <algorithm>
+#include <span>
+
+using namespace Qt::StringLiterals;
 
 namespace setup {
 
 namespace {
-
-constexpr int MotionChannels = 16;
-constexpr int MotionTimeStride = 4;
-constexpr int ScheduleFirstEntry = 4;
 
 QByteArray paddedPassword(QByteArrayView password)
 {
@@ -23,6 +23,91 @@ QByteArray paddedPassword(QByteArrayView password)
               .toByteArray();
     bytes.resize(SaveRules::PasswordBytes, '\0');
     return bytes;
+}
+
+// Start and end of element `i` of four time fields: start hour, start minute,
+// end hour, end minute.
+bool startsBeforeEnd(const SectionView &section, const FieldInfo (&times)[4], int i)
+{
+    const quint32 startHour = section.number(times[0], i);
+    const quint32 startMinute = section.number(times[1], i);
+    const quint32 endHour = section.number(times[2], i);
+    const quint32 endMinute = section.number(times[3], i);
+    return startHour < endHour || (startHour == endHour && startMinute < endMinute);
+}
+
+namespace motion = fields::motion;
+constexpr FieldInfo MotionTimes[4] = {motion::dayStartHour, motion::dayStartMinute,
+                                      motion::nightStartHour, motion::nightStartMinute};
+
+std::optional<int> motionChannel(const SectionView &section, int channelCount)
+{
+    int lastValid = 0;
+    for (int n = 0; n < std::min(channelCount, MotionTimes[0].count); ++n) {
+        if (!startsBeforeEnd(section, MotionTimes, n))
+            return n + 1;
+        lastValid = n;
+    }
+    if (lastValid == 0)
+        return 1;
+    return std::nullopt;
+}
+
+namespace alarmOut = fields::alarmOut;
+constexpr FieldInfo AlarmOutTimes[4]
+    = {alarmOut::startHour, alarmOut::startMinute, alarmOut::endHour, alarmOut::endMinute};
+
+std::optional<int> alarmOutLine(const SectionView &section, int)
+{
+    const int lines = int(
+        std::min<quint32>(section.number(alarmOut::lineCount), quint32(AlarmOutTimes[0].count)));
+    for (int line = 0; line < lines; ++line) {
+        if (!startsBeforeEnd(section, AlarmOutTimes, line))
+            return line + 1;
+    }
+    return std::nullopt;
+}
+
+namespace schedule = fields::schedule;
+constexpr FieldInfo ScheduleTimes[4]
+    = {schedule::startHour, schedule::startMinute, schedule::endHour, schedule::endMinute};
+
+std::optional<int> scheduleLine(const SectionView &section, int)
+{
+    if (section.number(schedule::count) == 0 || startsBeforeEnd(section, ScheduleTimes, 0))
+        return std::nullopt;
+    return 1;
+}
+
+struct Rule
+{
+    Section section;
+    // The fields the rule looks at; empty: every field of the section.
+    std::span<const FieldInfo> fields;
+    const char *message;
+    // The 1-based channel or line that fails, or nullopt.
+    std::optional<int> (*failing)(const SectionView &section, int channelCount);
+};
+
+constexpr Rule Rules[] = {
+    {Section::Motion, MotionTimes, RS_TEXT("Set Time Error!!\nChannel : %d"), motionChannel},
+    {Section::AlarmOut, {}, RS_TEXT("Set Time Error!!\nCheck Line Number : %d"), alarmOutLine},
+    {Section::Schedule, {}, RS_TEXT("Set Time Error!!\nCheck Line Number : %d"), scheduleLine},
+};
+
+bool looksAt(const Rule &rule, const FieldInfo &field)
+{
+    if (!rule.fields.empty())
+        return std::find(rule.fields.begin(), rule.fields.end(), field) != rule.fields.end();
+    const FieldGroup &group = FieldTable::section(rule.section);
+    return field.offset >= group.offset && field.end() <= group.end();
+}
+
+std::optional<QString> refusedBy(const Rule &rule, const SectionView &section, int channelCount)
+{
+    if (const auto failing = rule.failing(section, channelCount))
+        return nelib::tr(rule.message).replace(u"%d"_s, QString::number(*failing));
+    return std::nullopt;
 }
 
 } // namespace
@@ -36,35 +121,23 @@ bool SaveRules::titleAllowed(QStringView title)
     return true;
 }
 
-std::optional<int> SaveRules::motionTimeError(QByteArrayView section, int channelCount)
+std::optional<QString> SaveRules::refusal(Section id, const SectionView &section, int channelCount)
 {
-    int lastValid = 0;
-    for (int n = 0; n < std::min(channelCount, MotionChannels); ++n) {
-        const int at = n * MotionTimeStride;
-        const int dayHour = LittleEndian::u8(section, at);
-        const int dayMinute = LittleEndian::u8(section, at + 1);
-        const int nightHour = LittleEndian::u8(section, at + 2);
-        const int nightMinute = LittleEndian::u8(section, at + 3);
-        if (dayHour > nightHour || (dayHour == nightHour && dayMinute >= nightMinute))
-            return n + 1;
-        lastValid = n;
+    for (const Rule &rule : Rules) {
+        if (rule.section == id)
+            return refusedBy(rule, section, channelCount);
     }
-    if (lastValid == 0)
-        return 1;
     return std::nullopt;
 }
 
-std::optional<int> SaveRules::scheduleTimeError(QByteArrayView section)
+std::optional<QString> SaveRules::refusal(QByteArrayView record, const FieldInfo &changed,
+                                          int channelCount)
 {
-    if (LittleEndian::u32(section, 0) == 0)
-        return std::nullopt;
-    const int startHour = LittleEndian::u16(section, ScheduleFirstEntry + 4);
-    const int startMinute = LittleEndian::u16(section, ScheduleFirstEntry + 6);
-    const int endHour = LittleEndian::u16(section, ScheduleFirstEntry + 8);
-    const int endMinute = LittleEndian::u16(section, ScheduleFirstEntry + 10);
-    if (startHour < endHour || (startHour == endHour && startMinute < endMinute))
-        return std::nullopt;
-    return 1;
+    for (const Rule &rule : Rules) {
+        if (looksAt(rule, changed))
+            return refusedBy(rule, SectionView::of(record, rule.section), channelCount);
+    }
+    return std::nullopt;
 }
 
 SaveRules::PasswordChange SaveRules::checkPasswordChange(QByteArrayView slot,

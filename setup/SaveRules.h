@@ -3,8 +3,10 @@
 #pragma once
 
 #include "i18n/Translator.h"
+#include "setup/SectionView.h"
 
 #include <QByteArrayView>
+#include <QString>
 #include <QStringView>
 
 #include <optional>
@@ -13,8 +15,7 @@ namespace setup {
 
 // The checks that guard a save, shared by the settings pages and the command
 // line's `set`, so that both refuse the same values with the same message.
-// Each works on the bytes of one section as the page holds them; the
-// messages are translation keys (pass them through nelib::tr).
+// The messages are translation keys; refusal() returns them translated.
 class SaveRules
 {
 public:
@@ -23,22 +24,22 @@ public:
     static constexpr char TitleMessage[] = "Can Not Use %, &, *, :, \", ', <, >, ?, / ";
     static bool titleAllowed(QStringView title);
 
-    // ---- motion: the day setting starts strictly before the night setting ----
-    static constexpr char MotionTimeMessage[] = RS_TEXT("Set Time Error!!\nChannel : %d");
-    // `section` starts with the motion section's 64-byte time record. The
-    // first channel (1-based) among the first `channelCount` whose day start
-    // is not before its night start, or nullopt when all are valid. A
-    // recorder with one channel always fails, naming channel 1: the check
-    // counts the last valid channel's index and takes 0 for a failure.
-    static std::optional<int> motionTimeError(QByteArrayView section, int channelCount);
-
-    // ---- record schedule: only the first entry's times are checked ----
-    static constexpr char ScheduleTimeMessage[]
-        = RS_TEXT("Set Time Error!!\nCheck Line Number : %d");
-    // `section` is the schedule section (the entry count first). The line
-    // number (always 1) when the first entry does not start before it ends;
-    // nullopt when it does or the list is empty.
-    static std::optional<int> scheduleTimeError(QByteArrayView section);
+    // ---- the time rules of the sections ----
+    // Motion: each channel's day setting starts strictly before its night
+    // setting. The check counts the last valid channel's index and takes 0
+    // for a failure, so a recorder with one channel is always refused,
+    // naming channel 1.
+    // Alarm-Out: each schedule line in use starts strictly before it ends.
+    // Schedule: only the first entry's times are checked.
+    //
+    // The message of the rule of section `id` that refuses `section` on a
+    // recorder of `channelCount` channels, translated; nullopt when the
+    // section may be saved (and for a section without a rule).
+    static std::optional<QString> refusal(Section id, const SectionView &section, int channelCount);
+    // The same for the section whose rule looks at `changed`, in a whole
+    // record; nullopt when no rule looks at that field.
+    static std::optional<QString> refusal(QByteArrayView record, const FieldInfo &changed,
+                                          int channelCount);
 
     // ---- users and passwords ----
     static constexpr int PasswordBytes = 12;
@@ -55,7 +56,6 @@ public:
                                               QByteArrayView confirmation);
     // The message the page shows for a check's result.
     static const char *passwordMessage(PasswordChange result);
-    static bool passwordFits(QByteArrayView encoded) { return encoded.size() <= PasswordBytes; }
 };
 
 } // namespace setup

@@ -71,6 +71,9 @@ class SetupRecordMap
 public:
     static constexpr int RecordSize = 15148;
     static constexpr int HeaderSize = 32;
+    // The channels whose settings the record holds; a recorder uses the first
+    // of them up to its channel count.
+    static constexpr int MaxChannels = 16;
 
     // Header fields (never written to a recorder by the client).
     static constexpr quint32 LayoutVersion = 0x00010011;

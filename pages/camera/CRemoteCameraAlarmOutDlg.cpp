@@ -5,8 +5,6 @@
 #include "i18n/Translator.h"
 #include "pages/common/CTransparentStatic.h"
 #include "pages/common/ContactTypeEditor.h"
-#include "session/MessageSink.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
 
 #include <QGridLayout>
@@ -21,7 +19,6 @@ namespace fields = setup::fields::alarmOut;
 using Kind = FieldEditor::Kind;
 using Copy = CRemoteCameraCopySettingDlg;
 using setup::FieldInfo;
-using setup::FieldTable;
 
 namespace {
 
@@ -29,12 +26,6 @@ constexpr int CopyMode = 3;
 // The outputs' settings, bytes 4 to 195, are what Default restores.
 constexpr int OutputsFirst = 4;
 constexpr int OutputsLength = 192;
-
-quint32 lineValue(const QByteArray &section, FieldInfo field, int line)
-{
-    field.offset -= setup::fields::at(setup::Section::AlarmOut);
-    return FieldTable::number(section, field, line);
-}
 
 } // namespace
 
@@ -105,26 +96,21 @@ void CRemoteCameraAlarmOutDlg::buildSchedule(QWidget *tab)
         grid->addWidget(label, line + 1, 0);
         QList<QWidget *> &widgets = m_lineWidgets[line];
         widgets.append(label);
-        auto bind
-            = [&](Kind kind, const FieldInfo &field, const QString &name, const char *part = "") {
-                  FieldEditor *e = binder().add(FieldEditor::create(kind, field, line, 0, area));
-                  e->setAccessibleName(name + u' ' + number + QLatin1StringView(part));
-                  widgets.append(e->widget());
-                  return e->widget();
-              };
+        auto bind = [&](Kind kind, const FieldInfo &field, const QString &name) {
+            FieldEditor *e = binder().add(FieldEditor::create(kind, field, line, 0, area));
+            e->setAccessibleName(name + u' ' + number);
+            widgets.append(e->widget());
+            return e->widget();
+        };
         grid->addWidget(bind(Kind::List, fields::days, headings[1]), line + 1, 1);
-        // A time is an hour box and a minute box side by side.
         int column = 2;
         for (const auto &[hour, minute, name] :
              {std::tuple {fields::startHour, fields::startMinute, start},
               std::tuple {fields::endHour, fields::endMinute, end}}) {
-            auto *time = new QHBoxLayout;
-            time->setSpacing(2);
-            time->addWidget(bind(Kind::Number, hour, name, " hh"));
-            auto *colon = new CTransparentStatic(QStringLiteral(":"), area);
-            widgets.append(colon);
-            time->addWidget(colon);
-            time->addWidget(bind(Kind::Number, minute, name, " mm"));
+            QHBoxLayout *time
+                = binder().timeEditor(area, hour, minute, line, -1, -1, name + u' ' + number);
+            for (int k = 0; k < time->count(); ++k)
+                widgets.append(time->itemAt(k)->widget());
             grid->addLayout(time, line + 1, column++);
         }
         grid->addWidget(bind(Kind::List, fields::events, headings[4]), line + 1, 4);
@@ -163,24 +149,4 @@ void CRemoteCameraAlarmOutDlg::fillControls(QByteArrayView section, Source sourc
     gatherControls(shown);
     shown.replace(OutputsFirst, OutputsLength, section.sliced(OutputsFirst, OutputsLength));
     CSetupPage::fillControls(shown, source);
-}
-
-int CRemoteCameraAlarmOutDlg::save()
-{
-    gather();
-    const QByteArray &section = sectionBuffer();
-    const int lines = int(std::min<quint32>(lineValue(section, fields::lineCount, 0), Lines));
-    for (int line = 0; line < lines; ++line) {
-        const quint32 a = lineValue(section, fields::startHour, line);
-        const quint32 b = lineValue(section, fields::startMinute, line);
-        const quint32 c = lineValue(section, fields::endHour, line);
-        const quint32 d = lineValue(section, fields::endMinute, line);
-        // A line starts strictly before it ends, on the same day.
-        if (a < c || (a == c && b < d))
-            continue;
-        MessageSink::show(QString::asprintf(
-            nelib::tr("Set Time Error!!\nCheck Line Number : %d").toUtf8().constData(), line + 1));
-        return 0;
-    }
-    return CSetupPage::save();
 }

@@ -24,8 +24,6 @@ public:
     explicit CRemoteCameraAlarmOutDlg(QWidget *parent = nullptr);
     ~CRemoteCameraAlarmOutDlg() override;
 
-    int save() override;
-
 protected:
     void buildControls() override;
     void fillControls(QByteArrayView section, Source source) override;

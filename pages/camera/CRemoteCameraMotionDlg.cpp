@@ -6,8 +6,6 @@
 #include "pages/common/CTransparentStatic.h"
 #include "pages/common/MotionMaskEditor.h"
 #include "pages/common/NumberListEditor.h"
-#include "session/MessageSink.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
 
 #include <QButtonGroup>
@@ -18,7 +16,6 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-#include <cstring>
 #include <tuple>
 
 namespace fields = setup::fields::motion;
@@ -49,11 +46,6 @@ const std::vector<FieldInfo> &viewFields(int view)
         {fields::beep, fields::alarmOut, fields::dwell},
     };
     return views[view];
-}
-
-bool sameField(const FieldInfo &a, const FieldInfo &b)
-{
-    return a.offset == b.offset && std::strcmp(a.name, b.name) == 0;
 }
 
 QWidget *gridView(QGridLayout *grid, QWidget *view)
@@ -158,22 +150,8 @@ QWidget *CRemoteCameraMotionDlg::buildTimeView()
         for (const auto &[hour, minute, name] :
              {std::tuple {fields::dayStartHour, fields::dayStartMinute, day},
               std::tuple {fields::nightStartHour, fields::nightStartMinute, night}}) {
-            auto *time = new QHBoxLayout;
-            time->setSpacing(2);
-            const FieldInfo parts[] = {hour, minute};
-            for (int part = 0; part < 2; ++part) {
-                FieldEditor *e
-                    = binder().add(FieldEditor::create(Kind::Number, parts[part], row, 0, view),
-                                   row, Copy::DayTime);
-                e->setAccessibleName(name + u' ' + number
-                                     + QLatin1StringView(part == 0 ? " hh" : " mm"));
-                time->addWidget(e->widget());
-                if (part == 0) {
-                    auto *colon = new CTransparentStatic(QStringLiteral(":"), view);
-                    addChannelRow(row, {colon});
-                    time->addWidget(colon);
-                }
-            }
+            QHBoxLayout *time = binder().timeEditor(view, hour, minute, row, row, Copy::DayTime,
+                                                    name + u' ' + number);
             time->addStretch(1);
             grid->addLayout(time, row + 1, column++);
         }
@@ -195,56 +173,20 @@ void CRemoteCameraMotionDlg::copyRow(int source, int target,
     const std::vector<FieldInfo> &shown = viewFields(m_stack->currentIndex());
     const auto inView = [&](const FieldEditor &e) {
         return std::any_of(shown.begin(), shown.end(),
-                           [&](const FieldInfo &f) { return sameField(f, e.field()); });
+                           [&](const FieldInfo &f) { return f == e.field(); });
     };
     for (const SectionBinder::Binding &from : binder().bindings()) {
         if (from.row != source || from.copyProperty < 0 || !properties[from.copyProperty]
             || !inView(*from.editor))
             continue;
         for (const SectionBinder::Binding &to : binder().bindings()) {
-            if (to.row == target && sameField(to.editor->field(), from.editor->field()))
+            if (to.row == target && to.editor->field() == from.editor->field())
                 to.editor->copyFrom(*from.editor);
         }
     }
 }
 
-// Each day setting must start strictly before the channel's night setting.
-// As on the recorder's own tools, the check counts the channels it passed
-// from zero and a count of zero fails: a recorder with one channel is always
-// refused here, naming channel 1.
-bool CRemoteCameraMotionDlg::timesAreValid()
+bool CRemoteCameraMotionDlg::checksSaveRules() const
 {
-    FieldInfo hour[2] = {fields::dayStartHour, fields::nightStartHour};
-    FieldInfo minute[2] = {fields::dayStartMinute, fields::nightStartMinute};
-    for (FieldInfo *f : {&hour[0], &hour[1], &minute[0], &minute[1]})
-        f->offset -= fields::base;
-    const QByteArray &section = sectionBuffer();
-    int last = 0;
-    int failing = 0;
-    for (int n = 0; n < channelCount(); ++n) {
-        const auto a = setup::FieldTable::number(section, hour[0], n);
-        const auto b = setup::FieldTable::number(section, minute[0], n);
-        const auto c = setup::FieldTable::number(section, hour[1], n);
-        const auto d = setup::FieldTable::number(section, minute[1], n);
-        if (!(a < c || (a == c && b < d))) {
-            failing = n + 1;
-            break;
-        }
-        last = n;
-    }
-    if (!failing && last > 0)
-        return true;
-    MessageSink::show(QString::asprintf(
-        nelib::tr("Set Time Error!!\nChannel : %d").toUtf8().constData(), failing ? failing : 1));
-    return false;
-}
-
-int CRemoteCameraMotionDlg::save()
-{
-    if (m_stack && m_stack->currentIndex() == TimeView) {
-        gather();
-        if (!timesAreValid())
-            return 0;
-    }
-    return CSetupPage::save();
+    return m_stack && m_stack->currentIndex() == TimeView;
 }

@@ -26,15 +26,14 @@ public:
     ~CRemoteCameraMotionDlg() override;
 
     void showView(View view);
-    int save() override;
 
 protected:
     void buildControls() override;
+    bool checksSaveRules() const override;
 
 private:
     QWidget *buildTimeView();
     void copyRow(int source, int target, const CRemoteCameraCopySettingDlg::Properties &properties);
-    bool timesAreValid();
 
     QButtonGroup *m_views = nullptr;
     QStackedWidget *m_stack = nullptr;

@@ -2,6 +2,7 @@
 
 #include "pages/camera/CRemoteCameraPTZDlg.h"
 
+#include "i18n/Placeholders.h"
 #include "i18n/Translator.h"
 #include "pages/camera/PtzProtocolEditor.h"
 #include "pages/common/CTransparentStatic.h"
@@ -23,8 +24,8 @@ constexpr int CopyMode = 13;
 
 QString channelItem(int index)
 {
-    return index < 9 ? QString::asprintf(nelib::tr("CH 0%d").toUtf8().constData(), index + 1)
-                     : QString::asprintf(nelib::tr("CH %d").toUtf8().constData(), index + 1);
+    return nelib::Placeholders::fill(index < 9 ? nelib::tr("CH 0%d") : nelib::tr("CH %d"),
+                                     {index + 1});
 }
 
 } // namespace

@@ -3,12 +3,10 @@
 #include "pages/camera/PtzProtocolEditor.h"
 
 #include "i18n/Translator.h"
-#include "setup/FieldTable.h"
 
 #include <QComboBox>
 
 using setup::FieldInfo;
-using setup::FieldTable;
 
 namespace {
 
@@ -18,12 +16,6 @@ FieldInfo spanning(const FieldInfo &inUse, const FieldInfo &protocol)
                             protocol.offset + protocol.width - inUse.offset)
         .repeat(inUse.count, inUse.stride)
         .labelled(protocol.label);
-}
-
-FieldInfo at(FieldInfo field, int base)
-{
-    field.offset -= base;
-    return field;
 }
 
 } // namespace
@@ -47,10 +39,10 @@ QWidget *PtzProtocolEditor::widget() const
     return m_list;
 }
 
-void PtzProtocolEditor::fill(QByteArrayView section, int base)
+void PtzProtocolEditor::fill(const setup::SectionView &section)
 {
-    m_filledInUse = FieldTable::number(section, at(m_inUse, base), index());
-    m_filledProtocol = FieldTable::number(section, at(m_protocol, base), index());
+    m_filledInUse = section.number(m_inUse, index());
+    m_filledProtocol = section.number(m_protocol, index());
     if (m_filledInUse == 0)
         m_list->setCurrentIndex(0);
     else
@@ -58,7 +50,7 @@ void PtzProtocolEditor::fill(QByteArrayView section, int base)
             m_filledProtocol < quint32(m_list->count() - 1) ? int(m_filledProtocol) + 1 : -1);
 }
 
-void PtzProtocolEditor::gather(QByteArray &section, int base) const
+void PtzProtocolEditor::gather(setup::SectionEdit &section) const
 {
     const int item = m_list->currentIndex();
     if (item < 0)
@@ -67,8 +59,8 @@ void PtzProtocolEditor::gather(QByteArray &section, int base) const
     const quint32 protocol = item == 0 ? 0 : quint32(item - 1);
     if (inUse && m_filledInUse && protocol == m_filledProtocol)
         inUse = m_filledInUse;
-    FieldTable::setNumber(section, at(m_inUse, base), inUse, index());
-    FieldTable::setNumber(section, at(m_protocol, base), protocol, index());
+    section.setNumber(m_inUse, inUse, index());
+    section.setNumber(m_protocol, protocol, index());
 }
 
 void PtzProtocolEditor::copyFrom(const FieldEditor &other)

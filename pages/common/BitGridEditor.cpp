@@ -43,22 +43,22 @@ BitGridEditor::BitGridEditor(const setup::FieldInfo &field, int i, int columns, 
 
 BitGridEditor::~BitGridEditor() = default;
 
-void BitGridEditor::fill(QByteArrayView section, int base)
+void BitGridEditor::fill(const setup::SectionView &section)
 {
-    const quint32 value = number(section, base);
+    const quint32 value = number(section);
     for (qsizetype k = 0; k < m_bits.size(); ++k)
         m_bits[k]->setChecked(value & field().bitNames[k].value);
     m_allRule->update();
 }
 
-void BitGridEditor::gather(QByteArray &section, int base) const
+void BitGridEditor::gather(setup::SectionEdit &section) const
 {
-    quint32 value = number(section, base) & ~m_named;
+    quint32 value = number(section) & ~m_named;
     for (qsizetype k = 0; k < m_bits.size(); ++k) {
         if (m_bits[k]->isChecked())
             value |= field().bitNames[k].value;
     }
-    setNumber(section, base, value);
+    setNumber(section, value);
 }
 
 void BitGridEditor::copyFrom(const FieldEditor &other)

@@ -25,13 +25,12 @@ public:
     ~BitGridEditor() override;
 
     QWidget *widget() const override { return m_widget; }
-    void fill(QByteArrayView section, int base) override;
-    void gather(QByteArray &section, int base) const override;
+    void fill(const setup::SectionView &section) override;
+    void gather(setup::SectionEdit &section) const override;
     void copyFrom(const FieldEditor &other) override;
 
     // Off: the boxes show the bits but the operator cannot change them.
     void setChangeable(bool changeable);
-    QCheckBox *allBox() const { return m_all; }
     const QList<QCheckBox *> &bitBoxes() const { return m_bits; }
 
 private:

@@ -56,23 +56,23 @@ QWidget *BitGroupEditor::widget() const
     return m_group;
 }
 
-void BitGroupEditor::fill(QByteArrayView section, int base)
+void BitGroupEditor::fill(const setup::SectionView &section)
 {
-    const quint32 value = number(section, base);
+    const quint32 value = number(section);
     m_kept = value & ~m_named;
     for (qsizetype k = 0; k < m_bits.size(); ++k)
         m_bits[k]->setChecked(value & field().bitNames[k].value);
     updateSelectAll();
 }
 
-void BitGroupEditor::gather(QByteArray &section, int base) const
+void BitGroupEditor::gather(setup::SectionEdit &section) const
 {
-    quint32 value = number(section, base) & ~m_named;
+    quint32 value = number(section) & ~m_named;
     for (qsizetype k = 0; k < m_bits.size(); ++k) {
         if (m_bits[k]->isChecked())
             value |= field().bitNames[k].value;
     }
-    setNumber(section, base, value);
+    setNumber(section, value);
 }
 
 void BitGroupEditor::copyFrom(const FieldEditor &other)

@@ -25,17 +25,13 @@ public:
     BitGroupEditor(const setup::FieldInfo &field, int columns, QWidget *parent);
 
     QWidget *widget() const override;
-    void fill(QByteArrayView section, int base) override;
-    void gather(QByteArray &section, int base) const override;
+    void fill(const setup::SectionView &section) override;
+    void gather(setup::SectionEdit &section) const override;
     void copyFrom(const FieldEditor &other) override;
 
     // Shows only the boxes of the first `count` bits (a channel mask on a
     // recorder with fewer channels); "Select All" then covers those.
     void setShownBits(int count);
-
-    QCheckBox *selectAllBox() const { return m_selectAll; }
-    // The box of named bit `index`.
-    QCheckBox *bitBox(int index) const { return m_bits.value(index); }
 
 private:
     void updateSelectAll();

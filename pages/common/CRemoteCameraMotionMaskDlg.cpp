@@ -2,6 +2,7 @@
 
 #include "pages/common/CRemoteCameraMotionMaskDlg.h"
 
+#include "i18n/Placeholders.h"
 #include "i18n/Translator.h"
 
 #include <QDialogButtonBox>
@@ -31,8 +32,7 @@ void CRemoteCameraMotionMaskDlg::setMask(const Mask &mask, int channel, bool nig
 {
     const char *title
         = night ? RS_TEXT("%s - Ch. %d - Night Setting") : RS_TEXT("%s - Ch. %d - Day Setting");
-    setWindowTitle(QString::asprintf(nelib::tr(title).toUtf8().constData(),
-                                     pageName.toUtf8().constData(), channel));
+    setWindowTitle(nelib::Placeholders::fill(nelib::tr(title), {pageName, channel}));
     m_grid->setMask(mask);
 }
 

@@ -3,6 +3,8 @@
 #include "pages/common/CSetupPage.h"
 
 #include "i18n/Translator.h"
+#include "session/MessageSink.h"
+#include "setup/SaveRules.h"
 #include "setup/SetupFiles.h"
 
 #include <QHBoxLayout>
@@ -20,7 +22,7 @@ using setup::SetupRecordMap;
 
 namespace {
 
-// The colour of the page tabs, as installers know it from the recorder tools.
+// The light blue of the page tabs.
 constexpr QRgb TabColour = qRgb(191, 219, 255);
 
 QString &defaultSetupPathOverride()
@@ -234,6 +236,13 @@ int CSetupPage::save()
     if (!m_section)
         return 0;
     gather();
+    if (checksSaveRules()) {
+        if (const auto refusal
+            = setup::SaveRules::refusal(*m_section, view(m_buffer), m_channelCount)) {
+            MessageSink::show(*refusal);
+            return 0;
+        }
+    }
     takeNestedSections();
     int result = 0;
     for (setup::Section section : m_sections) {

@@ -5,6 +5,7 @@
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/SectionBinder.h"
 #include "session/RecorderClock.h"
+#include "setup/SectionEdit.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QByteArray>
@@ -44,7 +45,7 @@ class CSetupPage : public QWidget
     Q_OBJECT
 
 public:
-    static constexpr int MaxChannels = 16;
+    static constexpr int MaxChannels = setup::SetupRecordMap::MaxChannels;
 
     // Where fillControls() reads from: the edit limits of some pages differ.
     enum class Source { SectionBuffer, DefaultFile };
@@ -88,8 +89,9 @@ public:
     virtual void load(const QByteArray &mirror, int channelCount);
     // The same with the section's bytes alone; a slice of another length is ignored.
     void loadSection(QByteArrayView section, int channelCount);
-    // Gathers the controls and hands the section (each of them, in order) to
-    // the writer. The modified flag clears only when everything was sent, so
+    // Gathers the controls, checks the section's save rules (a refusal shows
+    // its message and sends nothing) and hands the section (each of them, in
+    // order) to the writer. The modified flag clears only when everything was sent, so
     // edits are never dropped silently. Returns the writer's result (0 when
     // something was not sent).
     virtual int save();
@@ -115,6 +117,9 @@ public:
     const SectionBinder &binder() const { return *m_binder; }
     int channelCount() const { return m_channelCount; }
     const QByteArray &sectionBuffer() const { return m_buffer; }
+    // Bytes laid out as the section buffer, read and written by field.
+    setup::SectionView view(QByteArrayView section) const { return {section, m_offset}; }
+    setup::SectionEdit edit(QByteArray &section) const { return {section, m_offset}; }
 
     // The default setup file the host reads for its pages: beside the
     // executable unless another path was set (tests, which run from another
@@ -146,6 +151,9 @@ protected:
     // Called after the controls were filled and the flag cleared, and after
     // every channel-count change; pages re-evaluate derived controls here.
     virtual void afterFill() { }
+    // Whether Save checks the section's rules (setup::SaveRules) now; a page
+    // that shows the fields a rule guards only in one view says so here.
+    virtual bool checksSaveRules() const { return true; }
 
     // Change handlers call this: it sets the flag and enables Save when the
     // flag was clear. While the controls are filled the flag is held set,

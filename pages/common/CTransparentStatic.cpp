@@ -24,44 +24,9 @@ CTransparentStatic::CTransparentStatic(const QString &text, QWidget *parent)
     setFont(labelFont(font()));
 }
 
-void CTransparentStatic::setTextColor(const QColor &color)
-{
-    m_color = color;
-    update();
-}
-
-void CTransparentStatic::setFormatFlags(Qt::Alignment flags)
-{
-    m_flags = flags;
-    update();
-}
-
-void CTransparentStatic::setBackgroundCopy(const QPixmap &background, const QRect &area,
-                                           const QString &text)
-{
-    m_backgroundCopy = true;
-    m_background = background;
-    m_area = area;
-    m_savedText = text;
-    update();
-}
-
-void CTransparentStatic::clearBackgroundCopy()
-{
-    m_backgroundCopy = false;
-    m_background = QPixmap();
-    update();
-}
-
 void CTransparentStatic::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setPen(m_color);
-    const Qt::Alignment flags = (m_flags & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter;
-    if (m_backgroundCopy) {
-        painter.drawPixmap(rect(), m_background, m_area);
-        painter.drawText(rect(), int(flags) | Qt::TextSingleLine, m_savedText);
-        return;
-    }
-    painter.drawText(rect(), int(flags) | Qt::TextSingleLine, text());
+    painter.setPen(Qt::black);
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text());
 }

@@ -2,11 +2,11 @@
 
 #include "pages/common/ChannelSelectionEditor.h"
 
+#include "i18n/Placeholders.h"
 #include "i18n/Translator.h"
 #include "pages/common/CRemoteChannelSel.h"
 #include "pages/common/CRemoteChannelSel_Spot.h"
 #include "pages/common/CRemoteChannelSelect.h"
-#include "setup/FieldTable.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -14,7 +14,6 @@
 
 using namespace Qt::StringLiterals;
 using setup::FieldInfo;
-using setup::FieldTable;
 
 ChannelSelectionEditor::ChannelSelectionEditor(Dialog dialog, const FieldInfo &field, int i, int j,
                                                QWidget *parent)
@@ -40,11 +39,11 @@ ChannelSelectionEditor::~ChannelSelectionEditor() = default;
 
 QString ChannelSelectionEditor::selectionText(quint16 selection)
 {
-    const QByteArray format = nelib::tr("%02d,").toUtf8();
+    const QString format = nelib::tr("%02d,");
     QString text;
     for (int c = 0; c < Channels; ++c) {
         if (selection & (1u << c))
-            text += QString::asprintf(format.constData(), c + 1);
+            text += nelib::Placeholders::fill(format, {c + 1});
     }
     return text;
 }
@@ -88,32 +87,25 @@ void ChannelSelectionEditor::select(quint16 selection)
     showSelection();
 }
 
-void ChannelSelectionEditor::fill(QByteArrayView section, int base)
+void ChannelSelectionEditor::fill(const setup::SectionView &section)
 {
     if (m_kind != Dialog::Spot) {
-        m_word = number(section, base);
+        m_word = number(section);
     } else {
-        FieldInfo f = field();
-        f.offset -= base;
         for (int c = 0; c < Channels; ++c)
-            m_elements[c]
-                = f.hasElement(c, index2()) ? FieldTable::number(section, f, c, index2()) : 0;
+            m_elements[c] = section.number(field(), c, index2());
     }
     showSelection();
 }
 
-void ChannelSelectionEditor::gather(QByteArray &section, int base) const
+void ChannelSelectionEditor::gather(setup::SectionEdit &section) const
 {
     if (m_kind != Dialog::Spot) {
-        setNumber(section, base, m_word);
+        setNumber(section, m_word);
         return;
     }
-    FieldInfo f = field();
-    f.offset -= base;
-    for (int c = 0; c < Channels; ++c) {
-        if (f.hasElement(c, index2()))
-            FieldTable::setNumber(section, f, m_elements[c], c, index2());
-    }
+    for (int c = 0; c < Channels; ++c)
+        section.setNumber(field(), m_elements[c], c, index2());
 }
 
 void ChannelSelectionEditor::copyFrom(const FieldEditor &other)

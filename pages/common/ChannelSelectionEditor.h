@@ -27,15 +27,15 @@ class ChannelSelectionEditor : public FieldEditor
 
 public:
     enum class Dialog { Channels, Spot, AlarmOutputs };
-    static constexpr int Channels = 16;
+    static constexpr int Channels = setup::SetupRecordMap::MaxChannels;
 
     ChannelSelectionEditor(Dialog dialog, const setup::FieldInfo &field, int i, int j,
                            QWidget *parent);
     ~ChannelSelectionEditor() override;
 
     QWidget *widget() const override { return m_box; }
-    void fill(QByteArrayView section, int base) override;
-    void gather(QByteArray &section, int base) const override;
+    void fill(const setup::SectionView &section) override;
+    void gather(setup::SectionEdit &section) const override;
     void copyFrom(const FieldEditor &other) override;
     void setAccessibleName(const QString &name) override;
     void setChannelCount(int count) override { m_channelCount = count; }

@@ -2,22 +2,11 @@
 
 #include "pages/common/CodedListEditor.h"
 
-#include "setup/FieldTable.h"
-
 #include <QComboBox>
 
 using setup::FieldInfo;
-using setup::FieldTable;
 
-namespace {
-
-FieldInfo shifted(FieldInfo field, int base)
-{
-    field.offset -= base;
-    return field;
-}
-
-} // namespace
+namespace { } // namespace
 
 CodedListEditor::CodedListEditor(const FieldInfo &view, int i, int j, const QStringList &items,
                                  QWidget *parent)
@@ -42,16 +31,16 @@ QWidget *CodedListEditor::widget() const
     return m_list;
 }
 
-void CodedListEditor::fill(QByteArrayView section, int base)
+void CodedListEditor::fill(const setup::SectionView &section)
 {
-    m_list->setCurrentIndex(itemOf(section, base));
+    m_list->setCurrentIndex(itemOf(section));
 }
 
-void CodedListEditor::gather(QByteArray &section, int base) const
+void CodedListEditor::gather(setup::SectionEdit &section) const
 {
     const int item = m_list->currentIndex();
-    if (item >= 0 && item != itemOf(section, base))
-        store(section, base, item);
+    if (item >= 0 && item != itemOf(section))
+        store(section, item);
 }
 
 void CodedListEditor::copyFrom(const FieldEditor &other)
@@ -59,13 +48,13 @@ void CodedListEditor::copyFrom(const FieldEditor &other)
     m_list->setCurrentIndex(static_cast<const CodedListEditor &>(other).m_list->currentIndex());
 }
 
-quint32 CodedListEditor::part(QByteArrayView section, int base, const FieldInfo &field) const
+quint32 CodedListEditor::part(const setup::SectionView &section, const FieldInfo &field) const
 {
-    return FieldTable::number(section, shifted(field, base), index(), index2());
+    return section.number(field, index(), index2());
 }
 
-void CodedListEditor::setPart(QByteArray &section, int base, const FieldInfo &field,
+void CodedListEditor::setPart(setup::SectionEdit &section, const FieldInfo &field,
                               quint32 value) const
 {
-    FieldTable::setNumber(section, shifted(field, base), value, index(), index2());
+    section.setNumber(field, value, index(), index2());
 }

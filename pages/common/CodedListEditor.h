@@ -30,18 +30,18 @@ public:
     void setItemTexts(const QStringList &texts);
 
     QWidget *widget() const override;
-    void fill(QByteArrayView section, int base) override;
-    void gather(QByteArray &section, int base) const override;
+    void fill(const setup::SectionView &section) override;
+    void gather(setup::SectionEdit &section) const override;
     void copyFrom(const FieldEditor &other) override;
 
 protected:
     // The item the stored fields stand for, or -1.
-    virtual int itemOf(QByteArrayView section, int base) const = 0;
-    virtual void store(QByteArray &section, int base, int item) const = 0;
+    virtual int itemOf(const setup::SectionView &section) const = 0;
+    virtual void store(setup::SectionEdit &section, int item) const = 0;
 
     // Element [i][j] of another field of the same element.
-    quint32 part(QByteArrayView section, int base, const setup::FieldInfo &field) const;
-    void setPart(QByteArray &section, int base, const setup::FieldInfo &field, quint32 value) const;
+    quint32 part(const setup::SectionView &section, const setup::FieldInfo &field) const;
+    void setPart(setup::SectionEdit &section, const setup::FieldInfo &field, quint32 value) const;
 
 private:
     QComboBox *m_list;

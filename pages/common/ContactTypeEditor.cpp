@@ -3,13 +3,11 @@
 #include "pages/common/ContactTypeEditor.h"
 
 #include "i18n/Translator.h"
-#include "setup/FieldTable.h"
 
 #include <QComboBox>
 
 using namespace Qt::StringLiterals;
 using setup::FieldInfo;
-using setup::FieldTable;
 
 namespace {
 
@@ -29,12 +27,6 @@ FieldInfo spanning(const FieldInfo &enabled, const FieldInfo &closed)
               .repeat(enabled.count, enabled.stride)
               .labelled(RS_TEXT("Type"));
     return f;
-}
-
-FieldInfo at(FieldInfo field, int base)
-{
-    field.offset -= base;
-    return field;
 }
 
 } // namespace
@@ -65,10 +57,10 @@ QWidget *ContactTypeEditor::widget() const
     return m_list;
 }
 
-void ContactTypeEditor::fill(QByteArrayView section, int base)
+void ContactTypeEditor::fill(const setup::SectionView &section)
 {
-    const quint32 enabled = FieldTable::number(section, at(m_enabled, base), index());
-    const quint32 closed = FieldTable::number(section, at(m_closed, base), index());
+    const quint32 enabled = section.number(m_enabled, index());
+    const quint32 closed = section.number(m_closed, index());
     int shown = -1;
     for (int t = 0; t < int(std::size(Types)); ++t) {
         if (Types[t].enabled == enabled && Types[t].closed == closed)
@@ -77,13 +69,13 @@ void ContactTypeEditor::fill(QByteArrayView section, int base)
     m_list->setCurrentIndex(shown);
 }
 
-void ContactTypeEditor::gather(QByteArray &section, int base) const
+void ContactTypeEditor::gather(setup::SectionEdit &section) const
 {
     const int t = m_list->currentIndex();
     if (t < 0)
         return;
-    FieldTable::setNumber(section, at(m_enabled, base), Types[t].enabled, index());
-    FieldTable::setNumber(section, at(m_closed, base), Types[t].closed, index());
+    section.setNumber(m_enabled, Types[t].enabled, index());
+    section.setNumber(m_closed, Types[t].closed, index());
 }
 
 void ContactTypeEditor::copyFrom(const FieldEditor &other)

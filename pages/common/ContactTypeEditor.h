@@ -23,8 +23,8 @@ public:
     static SectionBinder::Factory factory(const setup::FieldInfo &normallyClosed);
 
     QWidget *widget() const override;
-    void fill(QByteArrayView section, int base) override;
-    void gather(QByteArray &section, int base) const override;
+    void fill(const setup::SectionView &section) override;
+    void gather(setup::SectionEdit &section) const override;
     void copyFrom(const FieldEditor &other) override;
 
 private:

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "setup/SetupRecordMap.h"
+
 #include <QDialog>
 
 #include <array>
@@ -23,7 +25,7 @@ class CopySettingDialog : public QDialog
     Q_OBJECT
 
 public:
-    static constexpr int Channels = 16;
+    static constexpr int Channels = setup::SetupRecordMap::MaxChannels;
 
     void setChannelCount(int count);
     int channelCount() const { return m_channelCount; }

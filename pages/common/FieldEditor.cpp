@@ -6,7 +6,6 @@
 #include "i18n/Translator.h"
 #include "pages/common/ChannelSelectionEditor.h"
 #include "pages/common/TextLimitValidator.h"
-#include "setup/FieldTable.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -17,7 +16,6 @@
 
 using namespace Qt::StringLiterals;
 using setup::FieldInfo;
-using setup::FieldTable;
 
 FieldEditor::FieldEditor(const FieldInfo &field, int i, int j, QObject *parent)
     : QObject(parent)
@@ -33,31 +31,24 @@ void FieldEditor::setAccessibleName(const QString &name)
     widget()->setAccessibleName(name);
 }
 
-FieldInfo FieldEditor::rebased(int base) const
+quint32 FieldEditor::number(const setup::SectionView &section) const
 {
-    FieldInfo f = m_field;
-    f.offset -= base;
-    return f;
+    return section.number(m_field, m_i, m_j);
 }
 
-quint32 FieldEditor::number(QByteArrayView section, int base) const
+void FieldEditor::setNumber(setup::SectionEdit &section, quint32 value) const
 {
-    return FieldTable::number(section, rebased(base), m_i, m_j);
+    section.setNumber(m_field, value, m_i, m_j);
 }
 
-void FieldEditor::setNumber(QByteArray &section, int base, quint32 value) const
+QByteArrayView FieldEditor::bytes(const setup::SectionView &section) const
 {
-    FieldTable::setNumber(section, rebased(base), value, m_i, m_j);
+    return section.bytes(m_field, m_i, m_j);
 }
 
-QByteArrayView FieldEditor::bytes(QByteArrayView section, int base) const
+void FieldEditor::setBytes(setup::SectionEdit &section, QByteArrayView value) const
 {
-    return FieldTable::bytes(section, rebased(base), m_i, m_j);
-}
-
-void FieldEditor::setBytes(QByteArray &section, int base, QByteArrayView value) const
-{
-    FieldTable::setBytes(section, rebased(base), value, m_i, m_j);
+    section.setBytes(m_field, value, m_i, m_j);
 }
 
 namespace {
@@ -72,13 +63,13 @@ public:
         connect(m_box, &QCheckBox::clicked, this, &FieldEditor::edited);
     }
     QWidget *widget() const override { return m_box; }
-    void fill(QByteArrayView section, int base) override
+    void fill(const setup::SectionView &section) override
     {
-        m_box->setChecked(number(section, base) != 0);
+        m_box->setChecked(number(section) != 0);
     }
-    void gather(QByteArray &section, int base) const override
+    void gather(setup::SectionEdit &section) const override
     {
-        setNumber(section, base, m_box->isChecked() ? 1 : 0);
+        setNumber(section, m_box->isChecked() ? 1 : 0);
     }
     void copyFrom(const FieldEditor &other) override
     {
@@ -104,14 +95,14 @@ public:
         connect(m_list, &QComboBox::activated, this, &FieldEditor::edited);
     }
     QWidget *widget() const override { return m_list; }
-    void fill(QByteArrayView section, int base) override
+    void fill(const setup::SectionView &section) override
     {
-        m_list->setCurrentIndex(m_list->findData(number(section, base)));
+        m_list->setCurrentIndex(m_list->findData(number(section)));
     }
-    void gather(QByteArray &section, int base) const override
+    void gather(setup::SectionEdit &section) const override
     {
         if (m_list->currentIndex() >= 0)
-            setNumber(section, base, m_list->currentData().toUInt());
+            setNumber(section, m_list->currentData().toUInt());
     }
     void copyFrom(const FieldEditor &other) override
     {
@@ -136,18 +127,18 @@ public:
         connect(m_box, &QSpinBox::valueChanged, this, &FieldEditor::edited);
     }
     QWidget *widget() const override { return m_box; }
-    void fill(QByteArrayView section, int base) override
+    void fill(const setup::SectionView &section) override
     {
-        m_raw = number(section, base);
+        m_raw = number(section);
         const qint64 value = field().type == setup::FieldType::I32 ? qint64(qint32(m_raw)) : m_raw;
         m_box->setValue(int(std::clamp<qint64>(value, m_box->minimum(), m_box->maximum())));
         m_shown = m_box->value();
     }
     // A value outside the range shows clamped, and stays stored until the
     // operator picks another.
-    void gather(QByteArray &section, int base) const override
+    void gather(setup::SectionEdit &section) const override
     {
-        setNumber(section, base, m_box->value() == m_shown ? m_raw : quint32(m_box->value()));
+        setNumber(section, m_box->value() == m_shown ? m_raw : quint32(m_box->value()));
     }
     void copyFrom(const FieldEditor &other) override
     {
@@ -173,17 +164,17 @@ public:
         connect(m_edit, &QLineEdit::textChanged, this, &FieldEditor::edited);
     }
     QWidget *widget() const override { return m_edit; }
-    void fill(QByteArrayView section, int base) override
+    void fill(const setup::SectionView &section) override
     {
         // Up to the first zero byte; a text that fills the field has none.
-        const QByteArrayView stored = bytes(section, base);
+        const QByteArrayView stored = bytes(section);
         const qsizetype end = stored.indexOf('\0');
         m_limit->setText(m_edit,
                          nelib::CodePage::system().decode(end < 0 ? stored : stored.first(end)));
     }
-    void gather(QByteArray &section, int base) const override
+    void gather(setup::SectionEdit &section) const override
     {
-        setBytes(section, base, nelib::CodePage::system().encode(m_edit->text(), field().width));
+        setBytes(section, nelib::CodePage::system().encode(m_edit->text(), field().width));
     }
     void copyFrom(const FieldEditor &other) override
     {
@@ -210,15 +201,15 @@ public:
         connect(m_edit, &QLineEdit::textChanged, this, &FieldEditor::edited);
     }
     QWidget *widget() const override { return m_edit; }
-    void fill(QByteArrayView section, int base) override
+    void fill(const setup::SectionView &section) override
     {
-        const QByteArrayView stored = bytes(section, base);
+        const QByteArrayView stored = bytes(section);
         QStringList parts;
         for (char c : stored)
             parts.append(QString::number(quint8(c)));
         m_edit->setText(parts.join(u'.'));
     }
-    void gather(QByteArray &section, int base) const override
+    void gather(setup::SectionEdit &section) const override
     {
         const QStringList parts = m_edit->text().split(u'.');
         if (parts.size() != field().width)
@@ -231,7 +222,7 @@ public:
                 return;
             value.append(char(n));
         }
-        setBytes(section, base, value);
+        setBytes(section, value);
     }
     void copyFrom(const FieldEditor &other) override
     {
@@ -261,20 +252,20 @@ public:
         layout->addStretch(1);
     }
     QWidget *widget() const override { return m_box; }
-    void fill(QByteArrayView section, int base) override
+    void fill(const setup::SectionView &section) override
     {
-        const quint32 value = number(section, base);
+        const quint32 value = number(section);
         for (qsizetype k = 0; k < m_bits.size(); ++k)
             m_bits[k]->setChecked(value & field().bitNames[k].value);
     }
-    void gather(QByteArray &section, int base) const override
+    void gather(setup::SectionEdit &section) const override
     {
-        quint32 value = number(section, base) & ~m_named;
+        quint32 value = number(section) & ~m_named;
         for (qsizetype k = 0; k < m_bits.size(); ++k) {
             if (m_bits[k]->isChecked())
                 value |= field().bitNames[k].value;
         }
-        setNumber(section, base, value);
+        setNumber(section, value);
     }
     void copyFrom(const FieldEditor &other) override
     {

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "setup/FieldInfo.h"
+#include "setup/SectionEdit.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -19,10 +19,9 @@ QT_END_NAMESPACE
 // painter, a schedule row) subclass FieldEditor and hand the object to the
 // page's SectionBinder like any other.
 //
-// Change notifications follow the recorder tools: typing in an edit or a
-// number box counts as an edit however the text changed, a check box or list
-// only when the operator clicks or picks, so copying a check state or a list
-// choice between rows leaves a page's Save as it was.
+// Change notifications: typing in an edit or a number box counts as an edit however the text
+// changed, a check box or list only when the operator clicks or picks, so copying a check state or
+// a list choice between rows leaves a page's Save as it was.
 class FieldEditor : public QObject
 {
     Q_OBJECT
@@ -51,10 +50,10 @@ public:
     int index2() const { return m_j; }
 
     virtual QWidget *widget() const = 0;
-    // Shows the element held by `section`, whose first byte is record offset `base`.
-    virtual void fill(QByteArrayView section, int base) = 0;
+    // Shows the element held by `section`.
+    virtual void fill(const setup::SectionView &section) = 0;
     // Writes the control's value into the element of `section`.
-    virtual void gather(QByteArray &section, int base) const = 0;
+    virtual void gather(setup::SectionEdit &section) const = 0;
     // Takes the value of `other`, an editor of the same kind and field.
     virtual void copyFrom(const FieldEditor &other) = 0;
     // Names the control for assistive technology; editors made of several
@@ -68,14 +67,12 @@ Q_SIGNALS:
 
 protected:
     // The element's number or bytes inside a section slice; nothing outside it.
-    quint32 number(QByteArrayView section, int base) const;
-    void setNumber(QByteArray &section, int base, quint32 value) const;
-    QByteArrayView bytes(QByteArrayView section, int base) const;
-    void setBytes(QByteArray &section, int base, QByteArrayView value) const;
+    quint32 number(const setup::SectionView &section) const;
+    void setNumber(setup::SectionEdit &section, quint32 value) const;
+    QByteArrayView bytes(const setup::SectionView &section) const;
+    void setBytes(setup::SectionEdit &section, QByteArrayView value) const;
 
 private:
-    setup::FieldInfo rebased(int base) const;
-
     setup::FieldInfo m_field;
     int m_i;
     int m_j;

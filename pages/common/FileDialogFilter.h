@@ -4,8 +4,8 @@
 
 #include <QString>
 
-// File dialog filters are kept in the translation file in the recorder
-// tools' form, "Label|*.a;*.b|...||", so that translators see one text.
+// File dialog filters are kept in the translation file in one text,
+// "Label|*.a;*.b|...||", so that translators see them whole.
 class FileDialogFilter
 {
 public:

@@ -106,28 +106,18 @@ bool HolidayEditor::setHolidays(const HolidayList &holidays)
     return true;
 }
 
-// The list lies in the holiday section; `section` may begin before it.
-void HolidayEditor::fill(QByteArrayView section, int base)
+void HolidayEditor::fill(const setup::SectionView &section)
 {
-    const qsizetype start = setup::fields::holiday::base - base;
-    m_holidays = start >= 0 && start <= section.size()
-                     ? HolidayList::fromSection(section.sliced(start), m_year)
-                     : HolidayList {};
+    m_holidays = HolidayList::fromSection(section, m_year);
     showMonth();
     showList();
 }
 
-void HolidayEditor::gather(QByteArray &section, int base) const
+void HolidayEditor::gather(setup::SectionEdit &section) const
 {
-    const qsizetype start = setup::fields::holiday::base - base;
-    if (start < 0 || start > section.size())
-        return;
-    QByteArray list = section.sliced(start);
     // A list that reads as the one shown is kept in the form it has.
-    if (HolidayList::fromSection(list, m_year) == m_holidays)
-        return;
-    m_holidays.toSection(list, m_year);
-    section.replace(start, list.size(), list);
+    if (HolidayList::fromSection(section, m_year) != m_holidays)
+        m_holidays.toSection(section, m_year);
 }
 
 void HolidayEditor::copyFrom(const FieldEditor &other)

@@ -39,8 +39,8 @@ public:
     bool setHolidays(const setup::HolidayList &holidays);
 
     QWidget *widget() const override { return m_panel; }
-    void fill(QByteArrayView section, int base) override;
-    void gather(QByteArray &section, int base) const override;
+    void fill(const setup::SectionView &section) override;
+    void gather(setup::SectionEdit &section) const override;
     void copyFrom(const FieldEditor &other) override;
 
 private:

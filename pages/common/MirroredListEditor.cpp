@@ -28,9 +28,9 @@ MirroredListEditor::MirroredListEditor(const FieldInfo &view, const FieldInfo &v
     , m_items(items)
 { }
 
-int MirroredListEditor::itemOf(QByteArrayView section, int base) const
+int MirroredListEditor::itemOf(const setup::SectionView &section) const
 {
-    const quint32 stored = part(section, base, m_value);
+    const quint32 stored = part(section, m_value);
     for (std::size_t k = 0; k < m_items.size(); ++k) {
         if (m_items[k].value == stored)
             return int(k);
@@ -38,8 +38,8 @@ int MirroredListEditor::itemOf(QByteArrayView section, int base) const
     return -1;
 }
 
-void MirroredListEditor::store(QByteArray &section, int base, int item) const
+void MirroredListEditor::store(setup::SectionEdit &section, int item) const
 {
-    setPart(section, base, m_value, m_items[item].value);
-    setPart(section, base, m_copy, m_items[item].value);
+    setPart(section, m_value, m_items[item].value);
+    setPart(section, m_copy, m_items[item].value);
 }

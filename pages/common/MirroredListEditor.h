@@ -19,8 +19,8 @@ public:
                        int j, QWidget *parent);
 
 protected:
-    int itemOf(QByteArrayView section, int base) const override;
-    void store(QByteArray &section, int base, int item) const override;
+    int itemOf(const setup::SectionView &section) const override;
+    void store(setup::SectionEdit &section, int item) const override;
 
 private:
     setup::FieldInfo m_value;

@@ -4,14 +4,12 @@
 
 #include "i18n/Translator.h"
 #include "pages/common/CRemoteCameraMotionMaskDlg.h"
-#include "setup/FieldTable.h"
 
 #include <QImage>
 #include <QPixmap>
 #include <QToolButton>
 
 using setup::FieldInfo;
-using setup::FieldTable;
 
 MotionMaskEditor::MotionMaskEditor(const FieldInfo &field, int i, bool night, QWidget *parent)
     : FieldEditor(field, i, 0, parent)
@@ -37,21 +35,17 @@ QWidget *MotionMaskEditor::widget() const
     return m_button;
 }
 
-void MotionMaskEditor::fill(QByteArrayView section, int base)
+void MotionMaskEditor::fill(const setup::SectionView &section)
 {
-    FieldInfo f = field();
-    f.offset -= base;
     for (int row = 0; row < MotionMaskGrid::Rows; ++row)
-        m_mask[row] = FieldTable::number(section, f, index(), row);
+        m_mask[row] = section.number(field(), index(), row);
     showMask();
 }
 
-void MotionMaskEditor::gather(QByteArray &section, int base) const
+void MotionMaskEditor::gather(setup::SectionEdit &section) const
 {
-    FieldInfo f = field();
-    f.offset -= base;
     for (int row = 0; row < MotionMaskGrid::Rows; ++row)
-        FieldTable::setNumber(section, f, m_mask[row], index(), row);
+        section.setNumber(field(), m_mask[row], index(), row);
 }
 
 void MotionMaskEditor::copyFrom(const FieldEditor &other)

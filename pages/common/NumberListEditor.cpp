@@ -2,6 +2,7 @@
 
 #include "pages/common/NumberListEditor.h"
 
+#include "i18n/Placeholders.h"
 #include "i18n/Translator.h"
 
 #include <QComboBox>
@@ -11,10 +12,10 @@ NumberListEditor::NumberListEditor(const setup::FieldInfo &field, int i, int j, 
     : FieldEditor(field, i, j, parent)
     , m_list(new QComboBox(parent))
 {
-    const QByteArray translated = nelib::tr(format).toUtf8();
+    const QString translated = nelib::tr(format);
     QStringList items;
     for (qint64 n = field.lowest(); n <= field.highest(); ++n)
-        items.append(QString::asprintf(translated.constData(), int(n)));
+        items.append(nelib::Placeholders::fill(translated, {int(n)}));
     m_list->addItems(items);
     m_list->setCurrentIndex(-1);
     connect(m_list, &QComboBox::activated, this, &FieldEditor::edited);
@@ -32,16 +33,16 @@ QWidget *NumberListEditor::widget() const
     return m_list;
 }
 
-void NumberListEditor::fill(QByteArrayView section, int base)
+void NumberListEditor::fill(const setup::SectionView &section)
 {
-    const qint64 index = qint64(number(section, base)) - field().lowest();
+    const qint64 index = qint64(number(section)) - field().lowest();
     m_list->setCurrentIndex(index >= 0 && index < m_list->count() ? int(index) : -1);
 }
 
-void NumberListEditor::gather(QByteArray &section, int base) const
+void NumberListEditor::gather(setup::SectionEdit &section) const
 {
     if (m_list->currentIndex() >= 0)
-        setNumber(section, base, quint32(field().lowest() + m_list->currentIndex()));
+        setNumber(section, quint32(field().lowest() + m_list->currentIndex()));
 }
 
 void NumberListEditor::copyFrom(const FieldEditor &other)

@@ -21,18 +21,18 @@ ResolutionEditor::ResolutionEditor(const FieldInfo &view, const FieldInfo &width
     , m_height(height)
 { }
 
-int ResolutionEditor::itemOf(QByteArrayView section, int base) const
+int ResolutionEditor::itemOf(const setup::SectionView &section) const
 {
-    const quint32 width = part(section, base, m_width);
+    const quint32 width = part(section, m_width);
     if (width == 0)
         return -1;
-    return (width == FullWidth ? 0 : 2) + (part(section, base, m_height) != FullHeight ? 1 : 0);
+    return (width == FullWidth ? 0 : 2) + (part(section, m_height) != FullHeight ? 1 : 0);
 }
 
-void ResolutionEditor::store(QByteArray &section, int base, int item) const
+void ResolutionEditor::store(setup::SectionEdit &section, int item) const
 {
     if (item > 3)
         return;
-    setPart(section, base, m_width, item >= 2 ? HalfWidth : FullWidth);
-    setPart(section, base, m_height, item % 2 ? HalfHeight : FullHeight);
+    setPart(section, m_width, item >= 2 ? HalfWidth : FullWidth);
+    setPart(section, m_height, item % 2 ? HalfHeight : FullHeight);
 }

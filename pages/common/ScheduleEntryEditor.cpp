@@ -4,7 +4,6 @@
 
 #include "i18n/Translator.h"
 #include "pages/common/CRemoteChannelSel.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
 
 #include <QComboBox>
@@ -15,18 +14,11 @@
 
 using namespace Qt::StringLiterals;
 using setup::FieldInfo;
-using setup::FieldTable;
 namespace fields = setup::fields::schedule;
 
 namespace {
 
 constexpr quint32 ChannelBits = 0xFFFF;
-
-FieldInfo shifted(FieldInfo field, int base)
-{
-    field.offset -= base;
-    return field;
-}
 
 int itemOf(const FieldInfo &field, quint32 value)
 {
@@ -172,12 +164,6 @@ void ScheduleEntryEditor::chooseChannels()
     m_channelDialog->open();
 }
 
-bool ScheduleEntryEditor::startsBeforeEnd() const
-{
-    const Entry e = entry();
-    return e.startHour < e.endHour || (e.startHour == e.endHour && e.startMinute < e.endMinute);
-}
-
 // The channels of the mask as "1,2,5".
 void ScheduleEntryEditor::showChannels()
 {
@@ -197,20 +183,20 @@ QWidget *ScheduleEntryEditor::widget() const
     return m_day;
 }
 
-void ScheduleEntryEditor::fill(QByteArrayView section, int base)
+void ScheduleEntryEditor::fill(const setup::SectionView &section)
 {
     if (!m_inUse)
         return;
     const int i = index();
     auto read = [&](const FieldInfo &field) {
-        return FieldTable::number(section, shifted(field, base), i);
+        return section.number(field, i);
     };
     setEntry({read(fields::day), read(fields::startHour), read(fields::startMinute),
               read(fields::endHour), read(fields::endMinute), read(fields::mode),
               read(fields::channels)});
 }
 
-void ScheduleEntryEditor::gather(QByteArray &section, int base) const
+void ScheduleEntryEditor::gather(setup::SectionEdit &section) const
 {
     if (!m_inUse)
         return;
@@ -226,7 +212,7 @@ void ScheduleEntryEditor::gather(QByteArray &section, int base) const
         {fields::channels, e.channels},
     };
     for (const auto &[field, value] : values)
-        FieldTable::setNumber(section, shifted(field, base), value, i);
+        section.setNumber(field, value, i);
 }
 
 void ScheduleEntryEditor::copyFrom(const FieldEditor &other)

@@ -55,32 +55,21 @@ public:
     // The channel dialog hides the channels at and above the count; their
     // bits are kept.
     void setChannelCount(int count) override { m_channelCount = count; }
-    // Whether the entry starts before it ends on the same day.
-    bool startsBeforeEnd() const;
 
     QLabel *numberLabel() const { return m_number; }
     QComboBox *dayList() const { return m_day; }
-    QSpinBox *startHour() const { return m_times[0]; }
-    QSpinBox *startMinute() const { return m_times[1]; }
-    QSpinBox *endHour() const { return m_times[2]; }
-    QSpinBox *endMinute() const { return m_times[3]; }
-    QComboBox *modeList() const { return m_mode; }
-    // The channels as "1,2,5"; the button beside it opens the channel dialog.
-    QLineEdit *channelText() const { return m_channelText; }
-    QToolButton *channelButton() const { return m_channelButton; }
     // The row from the line number on, one widget a column, in tab order.
     QList<QWidget *> rowWidgets() const;
 
     // The day list: the editor's main control.
     QWidget *widget() const override;
-    void fill(QByteArrayView section, int base) override;
-    void gather(QByteArray &section, int base) const override;
+    void fill(const setup::SectionView &section) override;
+    void gather(setup::SectionEdit &section) const override;
     void copyFrom(const FieldEditor &other) override;
 
+private:
     // Opens the channel dialog; its OK takes the chosen channels.
     void chooseChannels();
-
-private:
     void showChannels();
 
     Entry m_stored; // what the controls cannot show
@@ -93,6 +82,6 @@ private:
     QLineEdit *m_channelText = nullptr;
     QToolButton *m_channelButton = nullptr;
     quint32 m_channels = 0;
-    int m_channelCount = 16;
+    int m_channelCount = setup::SetupRecordMap::MaxChannels;
     QPointer<CRemoteChannelSel> m_channelDialog;
 };

@@ -11,14 +11,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 
-#include <cstring>
-
 namespace {
-
-bool sameField(const setup::FieldInfo &a, const setup::FieldInfo &b)
-{
-    return a.offset == b.offset && std::strcmp(a.name, b.name) == 0;
-}
 
 QString labelOf(const setup::FieldInfo &field)
 {
@@ -88,12 +81,13 @@ QGridLayout *SectionBinder::channelGrid(QWidget *parent, std::initializer_list<C
             auto *heading = new QHBoxLayout;
             heading->setSpacing(4);
             heading->addWidget(header);
-            heading->addWidget(new CTransparentStatic(label, parent), 1);
+            if (column.labelled)
+                heading->addWidget(new CTransparentStatic(label, parent), 1);
             grid->addLayout(heading, 0, c);
             auto *columnBox = new ColumnCheckBox(header, boxes, this);
             connect(columnBox, &ColumnCheckBox::columnClicked, this, &SectionBinder::edited);
             m_headerBoxes.emplace_back(column.field, columnBox);
-        } else {
+        } else if (column.labelled) {
             grid->addWidget(new CTransparentStatic(label, parent), 0, c);
         }
         ++c;
@@ -124,11 +118,29 @@ QFormLayout *SectionBinder::form(QWidget *parent, std::initializer_list<Item> it
     return layout;
 }
 
+QHBoxLayout *SectionBinder::timeEditor(QWidget *parent, const setup::FieldInfo &hour,
+                                       const setup::FieldInfo &minute, int i, int row,
+                                       int copyProperty, const QString &name)
+{
+    auto *time = new QHBoxLayout;
+    time->setSpacing(2);
+    FieldEditor *h = add(FieldEditor::create(Kind::Number, hour, i, 0, parent), row, copyProperty);
+    h->setAccessibleName(name + QStringLiteral(" hh"));
+    auto *colon = new CTransparentStatic(QStringLiteral(":"), parent);
+    addRowWidgets(row, {colon});
+    FieldEditor *m
+        = add(FieldEditor::create(Kind::Number, minute, i, 0, parent), row, copyProperty);
+    m->setAccessibleName(name + QStringLiteral(" mm"));
+    time->addWidget(h->widget());
+    time->addWidget(colon);
+    time->addWidget(m->widget());
+    return time;
+}
+
 FieldEditor *SectionBinder::editor(const setup::FieldInfo &field, int i, int j) const
 {
     for (const Binding &b : m_bindings) {
-        if (sameField(b.editor->field(), field) && b.editor->index() == i
-            && b.editor->index2() == j)
+        if (b.editor->field() == field && b.editor->index() == i && b.editor->index2() == j)
             return b.editor;
     }
     return nullptr;
@@ -137,7 +149,7 @@ FieldEditor *SectionBinder::editor(const setup::FieldInfo &field, int i, int j) 
 ColumnCheckBox *SectionBinder::headerBox(const setup::FieldInfo &field) const
 {
     for (const auto &[f, box] : m_headerBoxes) {
-        if (sameField(f, field))
+        if (f == field)
             return box;
     }
     return nullptr;
@@ -161,9 +173,10 @@ bool SectionBinder::inUse(const Binding &binding) const
 
 void SectionBinder::fill(QByteArrayView section)
 {
+    const setup::SectionView view(section, m_base);
     for (const Binding &b : m_bindings) {
         if (inUse(b))
-            b.editor->fill(section, m_base);
+            b.editor->fill(view);
     }
     for (const auto &entry : m_headerBoxes)
         entry.second->update();
@@ -171,9 +184,10 @@ void SectionBinder::fill(QByteArrayView section)
 
 void SectionBinder::gather(QByteArray &section) const
 {
+    setup::SectionEdit edit(section, m_base);
     for (const Binding &b : m_bindings) {
         if (inUse(b))
-            b.editor->gather(section, m_base);
+            b.editor->gather(edit);
     }
 }
 
@@ -188,8 +202,7 @@ void SectionBinder::copyRow(int source, int target,
             const bool sameOther = from.rowIsSecondIndex
                                        ? to.editor->index() == from.editor->index()
                                        : to.editor->index2() == from.editor->index2();
-            if (to.row == target && sameOther
-                && sameField(to.editor->field(), from.editor->field()))
+            if (to.row == target && sameOther && to.editor->field() == from.editor->field())
                 to.editor->copyFrom(*from.editor);
         }
     }

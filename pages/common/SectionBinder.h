@@ -14,6 +14,7 @@
 QT_BEGIN_NAMESPACE
 class QFormLayout;
 class QGridLayout;
+class QHBoxLayout;
 class QWidget;
 QT_END_NAMESPACE
 
@@ -31,7 +32,7 @@ class SectionBinder : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int MaxChannels = 16;
+    static constexpr int MaxChannels = setup::SetupRecordMap::MaxChannels;
     using Kind = FieldEditor::Kind;
     // Builds an editor of a page's own kind for element [i][j] of a field.
     using Factory = std::function<FieldEditor *(const setup::FieldInfo &field, int i, int j,
@@ -50,6 +51,9 @@ public:
         int fixed = -1;
         // Builds the column's editors instead of `kind`, when set.
         Factory make = {};
+        // Off: the column has no label over it (the page puts its own
+        // heading there, or the header box stands alone).
+        bool labelled = true;
     };
 
     // A labelled row of a form: element [i][j] of the field.
@@ -82,6 +86,12 @@ public:
     QGridLayout *channelGrid(QWidget *parent, std::initializer_list<Column> columns);
     // A label and an editor per item, the label being the editor's buddy.
     QFormLayout *form(QWidget *parent, std::initializer_list<Item> items);
+    // A time as an hour box, ":" and a minute box: element [i] of `hour` and
+    // of `minute`, bound to channel row `row` (-1: no channel's), named
+    // `name` followed by " hh" and " mm".
+    QHBoxLayout *timeEditor(QWidget *parent, const setup::FieldInfo &hour,
+                            const setup::FieldInfo &minute, int i, int row, int copyProperty,
+                            const QString &name);
     // Takes an editor built elsewhere (a page's own kind) into the binding.
     FieldEditor *add(FieldEditor *editor, int row = -1, int copyProperty = -1,
                      bool rowIsSecondIndex = false);

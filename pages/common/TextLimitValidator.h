@@ -8,9 +8,8 @@ QT_BEGIN_NAMESPACE
 class QLineEdit;
 QT_END_NAMESPACE
 
-// The text limit of a recorder-page edit, as the recorder tools have it: the
-// operator cannot make the text longer once it holds `limit` characters, but
-// text the page puts in is shown whole even when longer (a 20-byte title in
+// The text limit of a recorder-page edit: the operator cannot make the text longer once it holds
+// `limit` characters, but text the page puts in is shown whole even when longer (a 20-byte title in
 // an 18-character edit), and the operator may still shorten it. So filling
 // and saving an edit never cuts what the recorder sent, which
 // QLineEdit::setMaxLength would do.

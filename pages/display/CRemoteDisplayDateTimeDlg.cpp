@@ -5,7 +5,6 @@
 #include "i18n/Translator.h"
 #include "pages/common/CTransparentStatic.h"
 #include "session/MessageSink.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
 
 #include <QCheckBox>
@@ -95,12 +94,6 @@ bool countedFrom(RecorderTime from, const RecorderTime &to)
         RecorderClock::tick(from);
     }
     return false;
-}
-
-void setNumber(QByteArray &section, int base, setup::FieldInfo field, quint32 value)
-{
-    field.offset -= base;
-    setup::FieldTable::setNumber(section, field, value);
 }
 
 QComboBox *numberList(QWidget *parent, int first, int last, const QString &name)
@@ -274,14 +267,15 @@ void CRemoteDisplayDateTimeDlg::gatherControls(QByteArray &section)
     const QComboBox *zone = list(fields::timeZone);
     if (zone->currentIndex() < 0)
         return;
+    setup::SectionEdit out = edit(section);
     if (m_zonePicked || m_offsetFromZone)
-        setNumber(section, recordOffset(), fields::utcOffset,
-                  quint32(setup::TimeZones[zone->currentData().toUInt()].utcOffset()));
+        out.setNumber(fields::utcOffset,
+                      quint32(setup::TimeZones[zone->currentData().toUInt()].utcOffset()));
     if (!m_zonePicked)
         return;
     for (const setup::FieldInfo &field : RuleFields) {
         if (list(field)->currentIndex() < 0)
-            setNumber(section, recordOffset(), field, 0);
+            out.setNumber(field, 0);
     }
 }
 

@@ -6,7 +6,6 @@
 #include "pages/common/CTransparentStatic.h"
 #include "pages/common/ScheduleEntryEditor.h"
 #include "session/MessageSink.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
 
 #include <QCheckBox>
@@ -22,15 +21,12 @@
 
 using namespace Qt::StringLiterals;
 namespace fields = setup::fields::schedule;
-using setup::FieldTable;
 
 namespace {
 
-int storedCount(QByteArrayView section, int base)
+int storedCount(const setup::SectionView &section)
 {
-    setup::FieldInfo count = fields::count;
-    count.offset -= base;
-    return int(std::min<quint32>(FieldTable::number(section, count), fields::capacity));
+    return int(std::min<quint32>(section.number(fields::count), fields::capacity));
 }
 
 // The screen page that shows entry `count` (1 for an empty list).
@@ -127,7 +123,7 @@ void CRemoteRecordScheduleDlg::buildControls()
 
 void CRemoteRecordScheduleDlg::fillControls(QByteArrayView section, Source source)
 {
-    m_count = storedCount(section, binder().base());
+    m_count = storedCount(view(section));
     buildScreens(screenOf(m_count));
     // Slots past the count start afresh, with an emptied slot's values.
     for (int slot = 0; slot < builtSlots(); ++slot) {
@@ -143,11 +139,8 @@ void CRemoteRecordScheduleDlg::gatherControls(QByteArray &section)
 {
     CSetupPage::gatherControls(section);
     // A count past the list's room reads as full; only a changed count is written.
-    if (storedCount(section, binder().base()) != m_count) {
-        setup::FieldInfo count = fields::count;
-        count.offset -= binder().base();
-        FieldTable::setNumber(section, count, quint32(m_count));
-    }
+    if (storedCount(view(section)) != m_count)
+        edit(section).setNumber(fields::count, quint32(m_count));
 }
 
 void CRemoteRecordScheduleDlg::afterFill()
@@ -155,17 +148,6 @@ void CRemoteRecordScheduleDlg::afterFill()
     for (int slot = 0; slot < builtSlots(); ++slot)
         m_entries[slot]->setChannelCount(channelCount());
     showScreen(1);
-}
-
-int CRemoteRecordScheduleDlg::save()
-{
-    // Only the first entry's times are checked, as the recorder tools do.
-    if (m_count > 0 && !m_entries[0]->startsBeforeEnd()) {
-        MessageSink::show(
-            nelib::tr("Set Time Error!!\nCheck Line Number : %d").replace(u"%d"_s, u"1"_s));
-        return 0;
-    }
-    return CSetupPage::save();
 }
 
 void CRemoteRecordScheduleDlg::addEntry()

@@ -32,8 +32,6 @@ public:
     // The screen page on display, from 1.
     int screen() const { return m_screen; }
 
-    int save() override;
-
 protected:
     void buildControls() override;
     void fillControls(QByteArrayView section, Source source) override;

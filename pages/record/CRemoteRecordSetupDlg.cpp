@@ -68,13 +68,13 @@ std::span<const setup::ValueName> frameRates(bool pal)
 // The value items of a column's header list, after the column's name.
 QStringList headerItems(const FieldInfo &field, bool pal)
 {
-    if (field.offset == fields::resolution.offset)
+    if (field == fields::resolution)
         return textsOf(resolutions(pal));
-    if (field.offset == fields::frameRates.offset)
+    if (field == fields::frameRates)
         return textsOf(frameRates(pal));
-    if (field.offset == fields::qualities.offset)
+    if (field == fields::qualities)
         return textsOf(values::quality);
-    if (field.offset == fields::dwell.offset) {
+    if (field == fields::dwell) {
         QStringList texts;
         for (int seconds = 1; seconds <= HeaderDwellSeconds; ++seconds)
             texts.append(nelib::tr("%d Sec").replace(u"%d"_s, QString::number(seconds)));
@@ -138,33 +138,29 @@ QGridLayout *CRemoteRecordSetupDlg::modeGrid(QWidget *parent, int mode)
     if (mode != PreEvent) {
         return binder().channelGrid(
             parent, {
-                        {fields::resolution, Kind::List, -1, false, mode, makeResolution},
-                        {fields::qualities, Kind::List, -1, false, mode, makeQuality},
-                        {fields::frameRates, Kind::List, -1, false, mode, makeFrameRate},
+                        {fields::resolution, Kind::List, -1, false, mode, makeResolution, false},
+                        {fields::qualities, Kind::List, -1, false, mode, makeQuality, false},
+                        {fields::frameRates, Kind::List, -1, false, mode, makeFrameRate, false},
                     });
     }
+    // The header box stands alone above its column, under the "Ch." heading.
     QGridLayout *grid = binder().channelGrid(
         parent, {
-                    {fields::preEvent, Kind::Check, -1, true, mode},
-                    {fields::resolution, Kind::List, -1, false, mode, makeResolution},
-                    {fields::qualities, Kind::List, -1, false, mode, makeQuality},
-                    {fields::frameRates, Kind::List, -1, false, mode, makeFrameRate},
-                    {fields::eventType, Kind::List, -1, false, mode},
-                    {fields::dwell, Kind::List, -1, false, mode},
+                    {fields::preEvent, Kind::Check, -1, true, mode, {}, false},
+                    {fields::resolution, Kind::List, -1, false, mode, makeResolution, false},
+                    {fields::qualities, Kind::List, -1, false, mode, makeQuality, false},
+                    {fields::frameRates, Kind::List, -1, false, mode, makeFrameRate, false},
+                    {fields::eventType, Kind::List, -1, false, mode, {}, false},
+                    {fields::dwell, Kind::List, -1, false, mode, {}, false},
                 });
     for (int row = 0; row < MaxChannels; ++row) {
         QCheckBox *box = binder().widget<QCheckBox>(fields::preEvent, mode, row);
         for (const FieldInfo &field : columnsOf(mode)) {
-            if (field.offset != fields::preEvent.offset)
+            if (field != fields::preEvent)
                 m_preEventLists[row].append(binder().editor(field, mode, row)->widget());
         }
         m_preEventBoxes[row] = box;
         connect(box, &QCheckBox::toggled, this, [this, row] { updatePreEventRow(row); });
-    }
-    // The header box stands alone above its column, under the "Ch." heading.
-    if (QLayout *heading = grid->itemAtPosition(0, 1)->layout()) {
-        if (QWidget *label = heading->itemAt(1)->widget())
-            label->hide();
     }
     return grid;
 }
@@ -190,14 +186,9 @@ void CRemoteRecordSetupDlg::buildControls()
         const QList<FieldInfo> columns = columnsOf(mode);
         for (int c = 0; c < columns.size(); ++c) {
             const FieldInfo &field = columns[c];
-            if (field.offset == fields::preEvent.offset)
+            if (field == fields::preEvent)
                 continue;
             const int at = c + 1;
-            if (QLayoutItem *heading = grid->itemAtPosition(0, at)) {
-                QWidget *label = heading->widget();
-                grid->removeWidget(label);
-                delete label;
-            }
             auto *header = new QComboBox(gridPage);
             header->setAccessibleName(nelib::tr(field.label));
             grid->addWidget(header, 0, at);
@@ -251,7 +242,7 @@ void CRemoteRecordSetupDlg::applyVideoStandard()
         const QList<FieldInfo> columns = columnsOf(mode);
         int h = 0;
         for (const FieldInfo &field : columns) {
-            if (field.offset == fields::preEvent.offset)
+            if (field == fields::preEvent)
                 continue;
             QComboBox *header = m_headers[mode][h++];
             header->clear();

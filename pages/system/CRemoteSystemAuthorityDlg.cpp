@@ -50,7 +50,7 @@ void CRemoteSystemAuthorityDlg::setRights(const QString &account, quint32 rights
     m_mayChange = mayChange;
     QByteArray word(Word.width, '\0');
     LittleEndian::setU32(word, 0, rights);
-    m_grid->fill(word, Word.offset);
+    m_grid->fill(setup::SectionView(word, Word.offset));
     m_grid->setChangeable(mayChange);
 }
 
@@ -60,6 +60,7 @@ quint32 CRemoteSystemAuthorityDlg::rights() const
         return m_rights;
     QByteArray word(Word.width, '\0');
     LittleEndian::setU32(word, 0, m_rights);
-    m_grid->gather(word, Word.offset);
+    setup::SectionEdit edit(word, Word.offset);
+    m_grid->gather(edit);
     return LittleEndian::u32(word, 0);
 }

@@ -235,7 +235,7 @@ void CRemoteSystemConfigDlg::chooseExportFile()
 {
     if (!m_exportDialog) {
         m_exportDialog = fileDialog(QFileDialog::AcceptSave);
-        // As the recorder tools write it: a label without a pattern part.
+        // The translation file holds this filter as a label without a pattern part.
         m_exportDialog->setNameFilter(nelib::tr("Data File(*.dat)"));
         connect(m_exportDialog, &QDialog::accepted, this,
                 [this] { exportTo(m_exportDialog->selectedFiles().value(0)); });

@@ -7,8 +7,8 @@
 #include "pages/common/CTransparentStatic.h"
 #include "pages/system/CRemoteSystemAuthorityDlg.h"
 #include "session/MessageSink.h"
-#include "setup/FieldTable.h"
 #include "setup/Fields.h"
+#include "setup/SaveRules.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -19,19 +19,9 @@
 
 namespace fields = setup::fields::users;
 using Kind = FieldEditor::Kind;
-using setup::FieldInfo;
-using setup::FieldTable;
+using setup::SaveRules;
 
 namespace {
-
-// A field of the users section as it lies in the page's copy of the section.
-constexpr FieldInfo inTable(FieldInfo field)
-{
-    field.offset -= fields::base;
-    return field;
-}
-constexpr FieldInfo Password = inTable(fields::password);
-constexpr FieldInfo Rights = inTable(fields::rights);
 
 // The account names, in slot order; the same names as Auto Login's.
 constexpr const char *AccountNames[] = {
@@ -137,9 +127,11 @@ void CRemoteSystemPasswdDlg::gatherControls(QByteArray &section)
     CSetupPage::gatherControls(section);
     if (m_table.size() != section.size())
         return;
+    const setup::SectionView table = view(m_table);
+    setup::SectionEdit out = edit(section);
     for (int k = 0; k < Accounts; ++k) {
-        FieldTable::setBytes(section, Password, FieldTable::bytes(m_table, Password, k), k);
-        FieldTable::setNumber(section, Rights, FieldTable::number(m_table, Rights, k), k);
+        out.setBytes(fields::password, table.bytes(fields::password, k), k);
+        out.setNumber(fields::rights, table.number(fields::rights, k), k);
     }
 }
 
@@ -152,27 +144,17 @@ void CRemoteSystemPasswdDlg::clearPasswords()
 void CRemoteSystemPasswdDlg::checkPassword()
 {
     const int k = account();
-    const QByteArray current = slotBytes(m_current->text());
-    const auto refuse = [this](const char *message) {
-        clearPasswords();
-        MessageSink::show(nelib::tr(message));
-    };
-    if (current != FieldTable::bytes(m_table, Password, k)) {
-        refuse(RS_TEXT("NO MATCH CURRENT PASSWORD"));
-        return;
-    }
     const QByteArray changed = slotBytes(m_new->text());
-    if (changed != slotBytes(m_confirm->text())) {
-        refuse(RS_TEXT("PASSWORD MATCH \r\n BUT NOT MATCH NEW PASSWORD"));
-        return;
+    const auto result = SaveRules::checkPasswordChange(view(m_table).bytes(fields::password, k),
+                                                       slotBytes(m_current->text()), changed,
+                                                       slotBytes(m_confirm->text()));
+    if (result != SaveRules::PasswordChange::Accepted) {
+        clearPasswords();
+    } else {
+        edit(m_table).setBytes(fields::password, changed, k);
+        markModified();
     }
-    if (changed == current) {
-        refuse(RS_TEXT("SAME PASSWORD EXIST"));
-        return;
-    }
-    FieldTable::setBytes(m_table, Password, changed, k);
-    markModified();
-    MessageSink::show(nelib::tr("PASSWORD CHANGE SUCCESS"));
+    MessageSink::show(nelib::tr(SaveRules::passwordMessage(result)));
 }
 
 void CRemoteSystemPasswdDlg::openAuthority()
@@ -181,14 +163,14 @@ void CRemoteSystemPasswdDlg::openAuthority()
         m_authority = new CRemoteSystemAuthorityDlg(this);
         connect(m_authority, &QDialog::accepted, this, [this] {
             const quint32 rights = m_authority->rights();
-            if (rights == FieldTable::number(m_table, Rights, m_rightsOf))
+            if (rights == view(m_table).number(fields::rights, m_rightsOf))
                 return;
-            FieldTable::setNumber(m_table, Rights, rights, m_rightsOf);
+            edit(m_table).setNumber(fields::rights, rights, m_rightsOf);
             markModified();
         });
     }
     m_rightsOf = account();
-    m_authority->setRights(m_user->currentText(), FieldTable::number(m_table, Rights, m_rightsOf),
+    m_authority->setRights(m_user->currentText(), view(m_table).number(fields::rights, m_rightsOf),
                            mayChangeRights(m_rightsOf));
     m_authority->open();
 }

@@ -111,7 +111,7 @@ TEST(ChannelSelection, EditorShowsTheChannelsAndKeepsWhatItDoesNotShow)
         ChannelSelectionEditor editor(kind, alarmIn::recordChannels, 2, 0, &page);
         editor.setAccessibleName(u"Record Channel 03"_s);
         editor.setChannelCount(16);
-        editor.fill(record, 0);
+        editor.fill({record, 0});
         EXPECT_EQ(editor.text()->text(), u"01,03,"_s);
 
         QSignalSpy edited(&editor, &FieldEditor::edited);
@@ -128,7 +128,8 @@ TEST(ChannelSelection, EditorShowsTheChannelsAndKeepsWhatItDoesNotShow)
         EXPECT_EQ(edited.count(), 1);
         EXPECT_EQ(editor.text()->text(), u"03,16,"_s);
         QByteArray expected = record;
-        editor.gather(record, 0);
+        setup::SectionEdit edit(record, 0);
+        editor.gather(edit);
         FieldTable::setNumber(expected, alarmIn::recordChannels, 0xA0018004, 2);
         EXPECT_EQ(record, expected);
     }

@@ -23,7 +23,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <map>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -125,7 +127,6 @@ TEST(DeviceNetworkPages, EditedPageKeepsItsEditsWhenAnOverlappingSectionIsSent)
 
 namespace {
 
-using RecordEdit = std::function<void(QByteArray &)>;
 using Edit = std::function<void(QWidget *)>;
 
 Edit text(const char *name, const char *value)
@@ -143,98 +144,31 @@ Edit number(const char *name, int value)
     };
 }
 
-// Element `i` of the four fields is start hour, start minute, end hour, end minute.
-RecordEdit times(std::array<setup::FieldInfo, 4> fields, int i, std::array<int, 4> values)
-{
-    return [=](QByteArray &record) {
-        for (int k = 0; k < 4; ++k)
-            FieldTable::setNumber(record, fields[k], values[k], i);
-    };
-}
-
-RecordEdit alarmOutLine(int line, std::array<int, 4> values)
-{
-    namespace alarmOut = setup::fields::alarmOut;
-    const RecordEdit lineTimes = times(
-        {alarmOut::startHour, alarmOut::startMinute, alarmOut::endHour, alarmOut::endMinute}, line,
-        values);
-    return [=](QByteArray &record) {
-        FieldTable::setNumber(record, alarmOut::lineCount, 3);
-        lineTimes(record);
-    };
-}
-
-RecordEdit motionChannel2(std::array<int, 4> values)
-{
-    namespace motion = setup::fields::motion;
-    return times({motion::dayStartHour, motion::dayStartMinute, motion::nightStartHour,
-                  motion::nightStartMinute},
-                 1, values);
-}
-
-// The first schedule entry runs from `from` to `to` (hour, minute).
-std::vector<Edit> firstEntry(std::array<int, 4> values)
-{
-    return {number("Start Time 1 Hour", values[0]), number("Start Time 1 Minute", values[1]),
-            number("End Time 1 Hour", values[2]), number("End Time 1 Minute", values[3])};
-}
-
 struct Check
 {
     const char *page;
-    RecordEdit record;
     std::vector<Edit> edits;
     QString message; // empty: the save goes through
-    int channels = 16;
 };
 
 // The text `value` in the entry `name`, refused with "<name> <reason>".
 Check entry(const char *page, const char *name, const char *value, const char *reason)
 {
     const QString message = QString::fromLatin1(name) + u' ' + QString::fromLatin1(reason);
-    return {page, {}, {text(name, value)}, message};
+    return {page, {text(name, value)}, message};
 }
 
 } // namespace
 
-// What a page checks before Save sends anything: a refusal shows its message,
-// sends nothing and leaves the modified flag as it was.
-TEST(PageSave, ChecksRefuseWithTheirMessageAndSendNothing)
+// What a network page checks of its entries before Save sends anything: a
+// refusal shows its message, sends nothing, leaves the modified flag as it
+// was and puts the focus on the entry.
+TEST(PageSave, EntryChecksRefuseWithTheirMessageAndSendNothing)
 {
-    const QString lineError = u"Set Time Error!!\nCheck Line Number : %1"_s;
-    const QString channelError = u"Set Time Error!!\nChannel : %1"_s;
-    const Edit alarmOutEvent = [](QWidget *page) {
-        pagetest::select(page, u"Event 01"_s, u"Motion"_s);
-    };
-    const Edit actionView = [](QWidget *page) {
-        static_cast<CRemoteCameraMotionDlg *>(page)->showView(CRemoteCameraMotionDlg::ActionView);
-    };
-    const RecordEdit twoEntries = [](QByteArray &record) {
-        FieldTable::setNumber(record, setup::fields::schedule::count, 2);
-    };
-    std::vector<Edit> secondReversed = firstEntry({9, 59, 10, 0});
-    secondReversed.push_back(number("Start Time 2 Hour", 23));
     const char *const noAddress = "is not a valid IP address.";
     const char *const noHost = "is not a valid host name.";
     const char *const noMail = "is not a valid e-mail address.";
     const Check cases[] = {
-        {"Alarm-Out", alarmOutLine(1, {8, 0, 8, 0}), {alarmOutEvent}, lineError.arg(2)},
-        {"Alarm-Out", alarmOutLine(2, {23, 0, 1, 0}), {alarmOutEvent}, lineError.arg(3)},
-        {"Alarm-Out", alarmOutLine(0, {8, 0, 8, 1}), {alarmOutEvent}, {}},
-        {"Alarm-Out", alarmOutLine(0, {8, 30, 8, 29}), {alarmOutEvent}, lineError.arg(1)},
-        {"Alarm-Out", alarmOutLine(3, {9, 0, 8, 0}), {alarmOutEvent}, {}}, // line 4 not in use
-        // Motion days start before the night, checked only in the time view.
-        {"Motion", motionChannel2({8, 0, 8, 0}), {}, channelError.arg(2)},
-        {"Motion", motionChannel2({8, 0, 8, 1}), {}, {}},
-        {"Motion", motionChannel2({20, 0, 8, 0}), {}, channelError.arg(2)},
-        {"Motion", motionChannel2({8, 0, 8, 0}), {actionView}, {}},
-        {"Motion", motionChannel2({8, 0, 20, 0}), {}, channelError.arg(1), 1}, // always refused
-        {"Motion", motionChannel2({8, 0, 20, 0}), {actionView}, {}, 1},
-        // The schedule checks its first entry's times only.
-        {"Schedule", twoEntries, firstEntry({10, 0, 10, 0}), lineError.arg(1)},
-        {"Schedule", twoEntries, secondReversed, {}},
-        {"Schedule", twoEntries, firstEntry({11, 0, 10, 0}), lineError.arg(1)},
-        // The entries of the network pages.
         entry("Stream", "IP Address", "192.168.0", noAddress),
         entry("Stream", "Gateway", "", noAddress),
         entry("Stream", "Subnet Mask", "255.0.255.0", "is not a valid subnet mask."),
@@ -242,16 +176,11 @@ TEST(PageSave, ChecksRefuseWithTheirMessageAndSendNothing)
         entry("Stream", "Server Host 2", "cms_2", noHost),
         entry("E-Mail", "Sender", "dvr@", noMail),
         entry("E-Mail", "Recipient 2", "ops", noMail),
-        {"Stream",
-         {},
-         {number("Web Port", 9000)},
-         u"Web Port is already in use by another port."_s},
+        {"Stream", {number("Web Port", 9000)}, u"Web Port is already in use by another port."_s},
         {"E-Mail",
-         {},
          {text("Recipient 1", "ops@site.test"), text("Recipient 3", "OPS@site.test")},
          u"Recipient 3 repeats an address already in the list."_s},
         {"Notification",
-         {},
          {text("SMTP Server", "smtp server"),
           [](QWidget *page) {
               page->findChild<QTabBar *>()->setCurrentIndex(2);
@@ -265,21 +194,16 @@ TEST(PageSave, ChecksRefuseWithTheirMessageAndSendNothing)
             PageCatalog::entry(PageCatalog::indexOf(c.page)).create(nullptr));
         int sent = 0;
         page->setSectionWriter([&sent](Section, const QByteArray &) { return ++sent; });
-        QByteArray record = setup::FactoryDefaults::record();
-        if (c.record)
-            c.record(record);
-        page->load(record, c.channels);
+        page->load(setup::FactoryDefaults::record(), 16);
         page->show();
         for (const Edit &edit : c.edits)
             edit(page.get());
         window.messages.clear();
         const bool modified = page->isModified();
         page->save();
-        EXPECT_EQ(window.messages, c.message.isEmpty() ? QStringList() : QStringList {c.message});
-        EXPECT_EQ(sent, c.message.isEmpty() ? 1 : 0);
-        EXPECT_EQ(page->isModified(), c.message.isEmpty() ? false : modified);
-        if (c.message.isEmpty() || c.record)
-            continue;
+        EXPECT_EQ(window.messages, QStringList {c.message});
+        EXPECT_EQ(sent, 0);
+        EXPECT_EQ(page->isModified(), modified);
         // The page shows the refused control, on whichever tab it is.
         EXPECT_TRUE(page->focusWidget() && page->focusWidget()->isVisible());
         // Corrected, or as the recorder sent it, the page saves.
@@ -287,6 +211,154 @@ TEST(PageSave, ChecksRefuseWithTheirMessageAndSendNothing)
         page->save();
         EXPECT_EQ(sent, 1);
     }
+}
+
+namespace {
+
+struct Value
+{
+    setup::FieldInfo field;
+    int i;
+    quint32 value;
+};
+
+// The command line's name of element `i` of a field: group.name or group.name[i].
+QString cliName(const Value &v)
+{
+    for (const setup::FieldGroup &group : FieldTable::groups()) {
+        if (std::find(group.fields.begin(), group.fields.end(), v.field) == group.fields.end())
+            continue;
+        const QString name
+            = u"%1.%2"_s.arg(QLatin1StringView(group.key), QLatin1StringView(v.field.name));
+        return v.field.count > 1 ? u"%1[%2]"_s.arg(name).arg(v.i) : name;
+    }
+    return {};
+}
+
+// Element `i` of four time fields (start hour, start minute, end hour, end
+// minute), after the values `before`.
+std::vector<Value> times(std::array<setup::FieldInfo, 4> fields, int i, std::array<int, 4> values,
+                         std::vector<Value> before = {})
+{
+    for (int k = 0; k < 4; ++k)
+        before.push_back({fields[k], i, quint32(values[k])});
+    return before;
+}
+
+namespace alarmOut = setup::fields::alarmOut;
+namespace motion = setup::fields::motion;
+namespace schedule = setup::fields::schedule;
+
+// Three lines in use; line `line` has the times.
+std::vector<Value> alarmOutLine(int line, std::array<int, 4> values)
+{
+    return times(
+        {alarmOut::startHour, alarmOut::startMinute, alarmOut::endHour, alarmOut::endMinute}, line,
+        values, {{alarmOut::lineCount, 0, 3}});
+}
+
+std::vector<Value> motionChannel(int channel, std::array<int, 4> values)
+{
+    return times({motion::dayStartHour, motion::dayStartMinute, motion::nightStartHour,
+                  motion::nightStartMinute},
+                 channel, values);
+}
+
+// The schedule holds two entries; entry `i` has the times.
+std::vector<Value> scheduleEntry(int i, std::array<int, 4> values)
+{
+    return times(
+        {schedule::startHour, schedule::startMinute, schedule::endHour, schedule::endMinute}, i,
+        values, {{schedule::count, 0, 2}});
+}
+
+} // namespace
+
+// The rules of the sections refuse the same values with the same message
+// whether the window's page saves them or `remote-setup-cli set` does; a
+// refusal sends nothing.
+TEST(SaveRules, WindowAndCommandLineRefuseTheSameValuesWithTheSameMessage)
+{
+    const QString lineError = u"Set Time Error!!\nCheck Line Number : %1"_s;
+    const QString channelError = u"Set Time Error!!\nChannel : %1"_s;
+    struct Case
+    {
+        const char *page;
+        std::vector<Value> values;
+        QString message; // empty: saved
+        int channels = 16;
+    };
+    const Case cases[] = {
+        // Each line in use starts strictly before it ends.
+        {"Alarm-Out", alarmOutLine(1, {8, 0, 8, 0}), lineError.arg(2)},
+        {"Alarm-Out", alarmOutLine(2, {23, 0, 1, 0}), lineError.arg(3)},
+        {"Alarm-Out", alarmOutLine(0, {8, 0, 8, 1}), {}},
+        {"Alarm-Out", alarmOutLine(0, {8, 30, 8, 29}), lineError.arg(1)},
+        {"Alarm-Out", alarmOutLine(3, {9, 0, 8, 0}), {}}, // line 4 not in use
+        // Each channel's day setting starts before its night setting; one
+        // channel is always refused.
+        {"Motion", motionChannel(1, {8, 0, 8, 0}), channelError.arg(2)},
+        {"Motion", motionChannel(1, {8, 0, 8, 1}), {}},
+        {"Motion", motionChannel(1, {20, 0, 8, 0}), channelError.arg(2)},
+        {"Motion", motionChannel(0, {8, 0, 20, 0}), channelError.arg(1), 1},
+        {"Motion", motionChannel(2, {23, 59, 0, 0}), {}, 2}, // channel 3 not in use
+        // The schedule checks its first entry's times only.
+        {"Schedule", scheduleEntry(0, {10, 0, 10, 0}), lineError.arg(1)},
+        {"Schedule", scheduleEntry(1, {23, 0, 10, 0}), {}},
+        {"Schedule", scheduleEntry(0, {11, 0, 10, 0}), lineError.arg(1)},
+    };
+    SessionHarness window; // records the message boxes
+    std::map<int, std::unique_ptr<SimProcess>> recorders; // by channel count
+    for (const Case &c : cases) {
+        QStringList assignments;
+        QByteArray record = setup::FactoryDefaults::record();
+        for (const Value &v : c.values) {
+            FieldTable::setNumber(record, v.field, v.value, v.i);
+            assignments.append(u"%1=%2"_s.arg(cliName(v)).arg(v.value));
+        }
+        SCOPED_TRACE(assignments.join(u' ').toStdString());
+
+        std::unique_ptr<CSetupPage> page(
+            PageCatalog::entry(PageCatalog::indexOf(c.page)).create(nullptr));
+        int sent = 0;
+        page->setSectionWriter([&sent](Section, const QByteArray &) { return ++sent; });
+        page->load(record, c.channels);
+        window.messages.clear();
+        page->save();
+        EXPECT_EQ(window.messages, c.message.isEmpty() ? QStringList() : QStringList {c.message});
+        EXPECT_EQ(sent, c.message.isEmpty() ? 1 : 0);
+
+        auto &sim = recorders[c.channels];
+        if (!sim)
+            sim = std::make_unique<SimProcess>(
+                QStringList {u"--channels"_s, QString::number(c.channels)});
+        const QByteArray before = sim->storedRecord();
+        const auto run = sim->cli(QStringList {u"set"_s} + assignments);
+        EXPECT_EQ(run.exitCode, c.message.isEmpty() ? 0 : 2) << run.err.toStdString();
+        EXPECT_EQ(run.err.contains(c.message + u"\nnothing was sent"_s), !c.message.isEmpty())
+            << run.err.toStdString();
+        if (!c.message.isEmpty()) {
+            EXPECT_EQ(sim->storedRecord(), before);
+        }
+    }
+}
+
+// The motion rule guards the time setting alone: a save from another view,
+// or a `set` of other motion fields, goes through on one channel too.
+TEST(SaveRules, MotionTimesAreCheckedOnlyWhereTheyAreEdited)
+{
+    SessionHarness window;
+    CRemoteCameraMotionDlg page;
+    int sent = 0;
+    page.setSectionWriter([&sent](Section, const QByteArray &) { return ++sent; });
+    page.load(setup::FactoryDefaults::record(), 1);
+    page.showView(CRemoteCameraMotionDlg::ActionView);
+    page.save();
+    EXPECT_EQ(sent, 1);
+    EXPECT_TRUE(window.messages.isEmpty());
+
+    const SimProcess sim({u"--channels"_s, u"1"_s});
+    EXPECT_EQ(sim.cli({u"set"_s, u"motion.dwell[0]=5"_s}).exitCode, 0);
 }
 
 TEST(DeviceNetworkPages, ControlsFollowTheChoiceTheyDependOn)

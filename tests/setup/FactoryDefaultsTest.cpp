@@ -138,8 +138,8 @@ TEST(FactoryDefaultsDeathTest, WriterRefusesNamesAndValuesTheTableDoesNotHave)
 {
     QByteArray r = defaults();
     FieldWriter camera(r, Section::Camera);
-    EXPECT_DEATH(camera.set("no-such-field", 1), "camera has no field no-such-field");
-    EXPECT_DEATH(camera.set("covert", 256), "cannot hold 256");
-    EXPECT_DEATH(camera.set("covert", 1, 16), "no element");
-    EXPECT_DEATH(camera.set("title", 1), "not a number field");
+    EXPECT_DEATH(camera.set(fields::audio::outputVolume, 1), "camera has no field output-volume");
+    EXPECT_DEATH(camera.set(fields::camera::covert, 256), "cannot hold 256");
+    EXPECT_DEATH(camera.set(fields::camera::covert, 1, 16), "no element");
+    EXPECT_DEATH(camera.set(fields::camera::title, 1), "not a number field");
 }

@@ -2,6 +2,8 @@
 
 #include "setup/HolidayList.h"
 
+#include "setup/Fields.h"
+
 #include <QDate>
 
 #include <tuple>
@@ -9,6 +11,7 @@
 #include <gtest/gtest.h>
 
 using setup::HolidayList;
+constexpr int Base = setup::fields::holiday::base;
 
 namespace {
 
@@ -57,7 +60,8 @@ TEST(HolidayList, SectionHoldsFixedDatesFirstThenWeekdaysWithTheirOccurrence)
     list.weekday[2][1][0] = true; // March, Monday, row 0
     list.weekday[2][5][0] = true; // March, Friday, row 0
     QByteArray section(SectionLength, '\xA5');
-    list.toSection(section, 2023);
+    setup::SectionEdit edit(section, Base);
+    list.toSection(edit, 2023);
 
     EXPECT_EQ(quint8(section[0]), 0xA5) << "the page's flag is not the list's";
     EXPECT_EQ(quint8(section[2]), 5);
@@ -68,7 +72,7 @@ TEST(HolidayList, SectionHoldsFixedDatesFirstThenWeekdaysWithTheirOccurrence)
         EXPECT_EQ(entryAt(section, k), expected[k]) << k;
     EXPECT_EQ(quint8(section[4 + 8 * 5]), 0xA5) << "a byte past the list changed";
 
-    EXPECT_EQ(HolidayList::fromSection(section, 2023), list);
+    EXPECT_EQ(HolidayList::fromSection({section, Base}, 2023), list);
 }
 
 // A count past the table reads the 220 entries the section holds; entries the
@@ -83,9 +87,9 @@ TEST(HolidayList, BadSectionsAreReadAsFarAsTheyAreValid)
         e[4] = char(1 + k % 14); // months 13 and 14 are no months
         e[5] = char(1 + k % 31);
     }
-    const HolidayList read = HolidayList::fromSection(section, 2026);
+    const HolidayList read = HolidayList::fromSection({section, Base}, 2026);
     EXPECT_EQ(read.size(), 190);
-    EXPECT_EQ(HolidayList::fromSection(section.first(4 + 8 * 10 - 1), 2026).size(), 9);
+    EXPECT_EQ(HolidayList::fromSection({section.first(4 + 8 * 10 - 1), Base}, 2026).size(), 9);
 
     // Weekday entries of no weekday (7) or past the sixth row are left out:
     // in March 2023 the first is a Wednesday, so Wednesday's occurrence 6 is row 6.
@@ -98,11 +102,12 @@ TEST(HolidayList, BadSectionsAreReadAsFarAsTheyAreValid)
         e[5] = char(occurrence);
         e[6] = char(weekday);
     }
-    EXPECT_EQ(HolidayList::fromSection(weekdays, 2023).size(), 0);
+    EXPECT_EQ(HolidayList::fromSection({weekdays, Base}, 2023).size(), 0);
 
     HolidayList full;
     for (auto &month : full.fixed)
         month.fill(true);
-    full.toSection(section, 2026);
+    setup::SectionEdit edit(section, Base);
+    full.toSection(edit, 2026);
     EXPECT_EQ(quint8(section[2]), HolidayList::Capacity);
 }

@@ -10,6 +10,7 @@
 #include "i18n/StartupLanguage.h"
 #include "i18n/Translator.h"
 #include "pages/common/CSetupPage.h"
+#include "pages/common/Question.h"
 #include "session/CWork.h"
 #include "session/ConnectingWait.h"
 #include "session/ConnectionRecord.h"
@@ -25,6 +26,9 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using setup::SetupRecordMap;
@@ -55,8 +59,12 @@ CRemoteKSetupDlg::CRemoteKSetupDlg(const QString &languageConfig, QWidget *paren
     m_statusPoll.setInterval(StatusPollMs);
     connect(&m_statusPoll, &QTimer::timeout, this, &CRemoteKSetupDlg::updateStatus);
     connect(m_panel, &ConnectionPanel::connectRequested, this, &CRemoteKSetupDlg::onConnect);
-    connect(m_panel, &ConnectionPanel::disconnectRequested, this, &CRemoteKSetupDlg::endSession);
+    connect(m_panel, &ConnectionPanel::disconnectRequested, this,
+            [this] { askBeforeDroppingEdits([this] { endSession(); }); });
     connect(m_menus, &PageMenuBar::pageSelected, this, &CRemoteKSetupDlg::selectPage);
+    // Told after the worker's own handling has returned, like its notices.
+    connect(m_host, &PageHost::writeRefused, this, &CRemoteKSetupDlg::showRefusal,
+            Qt::QueuedConnection);
     connect(m_save, &QPushButton::clicked, this, &CRemoteKSetupDlg::saveShownPage);
     connect(m_cancel, &QPushButton::clicked, this, [this] {
         if (CSetupPage *page = m_host->currentPage())
@@ -166,6 +174,7 @@ void CRemoteKSetupDlg::onConnect()
                                                   forThisSession(&CRemoteKSetupDlg::endProgram),
                                                   forThisSession(&CRemoteKSetupDlg::endSession),
                                               });
+    connect(m_worker.get(), &CWork::writeAcknowledged, m_host, &PageHost::writeAcknowledged);
     // Hearing of the record at once saves up to one polling period.
     connect(m_worker.get(), &CWork::setupArrived, this, [this] {
         if (m_wait)
@@ -288,12 +297,19 @@ bool CRemoteKSetupDlg::isStale(const SessionMessage &message) const
 void CRemoteKSetupDlg::showNotice(const SessionMessage &message)
 {
     const SessionNotice notice = SessionNotice::fromMessage(message);
+    if (notice.kind == SessionNotice::Saved && m_host->takeQuietSave())
+        return;
+    tell(notice.text(), notice.endsProgram());
+}
+
+void CRemoteKSetupDlg::tell(const QString &text, bool endsProgram)
+{
     // The box is modal; the session may end while it is open, which is why
     // nothing here touches the worker after it.
     ++m_noticesOpen;
-    MessageSink::show(notice.text());
+    MessageSink::show(text);
     --m_noticesOpen;
-    if (notice.endsProgram() || (m_exitPending && m_noticesOpen == 0)) {
+    if (endsProgram || (m_exitPending && m_noticesOpen == 0)) {
         m_exitPending = false;
         ProgramExit::exitProgram(0);
     }
@@ -372,12 +388,52 @@ void CRemoteKSetupDlg::saveShownPage()
     // The page's values, gathered into its section, go straight to the
     // worker; the page's own Save stays as it was.
     page->gather();
-    if (m_worker && page->section())
-        m_worker->writeSection(*page->section(), page->sectionBuffer());
+    if (page->section())
+        m_host->writeSection(page, *page->section(), page->sectionBuffer());
+}
+
+void CRemoteKSetupDlg::showRefusal(int index)
+{
+    if (index >= 0 && index < PageCatalog::count())
+        tell(nelib::tr("The recorder refused to save %1; the page keeps your changes.")
+                 .arg(nelib::tr(PageCatalog::entry(index).label)));
 }
 
 void CRemoteKSetupDlg::closeEvent(QCloseEvent *event)
 {
+    if (!std::exchange(m_closeAgreed, false) && !unsavedPages().isEmpty()) {
+        event->ignore();
+        askBeforeDroppingEdits([this] {
+            m_closeAgreed = true;
+            close();
+        });
+        return;
+    }
     releaseSession();
     QMainWindow::closeEvent(event);
+}
+
+QStringList CRemoteKSetupDlg::unsavedPages() const
+{
+    QStringList labels;
+    for (int i = 0; i < PageCatalog::count(); ++i) {
+        CSetupPage *page = m_host->page(i);
+        if (page && page->needsSave())
+            labels.append(nelib::tr(PageCatalog::entry(i).label));
+    }
+    return labels;
+}
+
+void CRemoteKSetupDlg::askBeforeDroppingEdits(const std::function<void()> &drop)
+{
+    const QStringList unsaved = unsavedPages();
+    if (unsaved.isEmpty()) {
+        drop();
+        return;
+    }
+    m_question = Question::ask(
+        this,
+        nelib::tr("These pages have changes that are not saved: %1. Drop the changes?")
+            .arg(unsaved.join(u", "_s)),
+        drop);
 }

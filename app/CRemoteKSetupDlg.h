@@ -3,6 +3,8 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QMessageBox>
+#include <QPointer>
 #include <QTimer>
 
 #include <functional>
@@ -52,6 +54,8 @@ public:
     int channelCount() const { return m_channelCount; }
     // The identifier of the last page shown that has one; 0 before any.
     int currentPageId() const { return m_currentPageId; }
+    // The question before DISCONNECT or closing drops edits; null when none is open.
+    QMessageBox *openQuestion() const { return m_question; }
 
 protected:
     bool event(QEvent *event) override;
@@ -59,6 +63,11 @@ protected:
 
 private:
     void buildLayout();
+    // The translated item texts of the pages whose edits are not saved.
+    QStringList unsavedPages() const;
+    // Runs `drop` at once when no page has unsaved edits, else once the
+    // operator agrees to drop them.
+    void askBeforeDroppingEdits(const std::function<void()> &drop);
     void onConnect();
     // DISCONNECT, and a wait that ran out: the same end as message 2026.
     void endSession();
@@ -69,6 +78,10 @@ private:
     // once every message box on screen has been closed.
     void endProgram();
     void showNotice(const SessionMessage &message);
+    // Shows `text` in a message box; a program end waits until it is closed.
+    void tell(const QString &text, bool endsProgram = false);
+    // The recorder refused a save of the page of catalog entry `index`.
+    void showRefusal(int index);
     bool isStale(const SessionMessage &message) const;
 
     // Shows catalog entry `index`, when its page exists.
@@ -108,6 +121,8 @@ private:
     bool m_pageButtonsDisabled = false;
     int m_noticesOpen = 0;
     bool m_exitPending = false;
+    bool m_closeAgreed = false;
+    QPointer<QMessageBox> m_question;
     // The worker reports its progress only through the record's status byte.
     QTimer m_statusPoll;
 };

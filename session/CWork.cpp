@@ -534,6 +534,13 @@ int CWork::writeSection(setup::Section section, QByteArrayView data)
                                                 quint32(info.length)));
 }
 
+void CWork::restoreMirror(int offset, QByteArrayView held)
+{
+    if (offset < 0 || offset > m_mirror.size() || held.size() > m_mirror.size() - offset)
+        return;
+    std::copy_n(held.data(), held.size(), m_mirror.data() + offset);
+}
+
 int CWork::readSection(setup::Section section, QByteArray *destination) const
 {
     const setup::SectionInfo &info = SetupRecordMap::section(section);

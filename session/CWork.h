@@ -110,6 +110,10 @@ public:
     // into the mirror, then sends it. Returns the library's result, or 0
     // when nothing was sent (not ready, wrong length).
     int writeSection(setup::Section section, QByteArrayView data);
+    // The recorder refused a write: the mirror takes back `held`, what the
+    // recorder still has from `offset` on, so that it never holds values
+    // the recorder does not. Bytes outside the record are ignored.
+    void restoreMirror(int offset, QByteArrayView held);
     // Copies one of the readable sections out of the mirror. Returns 1, or
     // 0 when the session is not ready or `destination` is null.
     int readSection(setup::Section section, QByteArray *destination) const;

@@ -63,8 +63,7 @@ inline constexpr FieldInfo softwareVersion
     = FieldInfo::bytes("software-version", SetupRecordMap::SoftwareVersionOffset, 4).dotted();
 inline constexpr FieldInfo recordSize = FieldInfo::u32("record-size", 8);
 inline constexpr FieldInfo channelRecords = FieldInfo::u32("channel-records", 12);
-inline constexpr FieldInfo modelId
-    = FieldInfo::u32("model-id", SetupRecordMap::ModelIdOffset).hex();
+inline constexpr FieldInfo modelId = FieldInfo::u32("model-id", SetupRecordMap::ModelIdOffset);
 inline constexpr FieldInfo all[]
     = {layoutVersion, softwareVersion, recordSize, channelRecords, modelId};
 } // namespace header

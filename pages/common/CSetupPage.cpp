@@ -15,6 +15,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -24,6 +25,15 @@ namespace {
 
 // The light blue of the page tabs.
 constexpr QRgb TabColour = qRgb(191, 219, 255);
+
+// The record offsets [first, last) that `length` bytes from `offset` share
+// with the section buffer at `bufferOffset`: the whole buffer counts, which
+// may span more than the page's first section.
+std::pair<int, int> overlap(int offset, qsizetype length, int bufferOffset, qsizetype bufferSize)
+{
+    return {std::max(offset, bufferOffset),
+            std::min(offset + int(length), bufferOffset + int(bufferSize))};
+}
 
 QString &defaultSetupPathOverride()
 {
@@ -187,21 +197,34 @@ void CSetupPage::ensureBuilt()
 
 void CSetupPage::load(const QByteArray &mirror, int channelCount)
 {
+    keepSection(mirror, channelCount);
+    ensureBuilt();
+    m_binder->setChannelCount(m_channelCount);
+    fill();
+}
+
+void CSetupPage::keepSection(const QByteArray &mirror, int channelCount)
+{
     const bool whole = m_section && mirror.size() == SetupRecordMap::RecordSize;
-    loadSection(whole ? QByteArrayView(mirror).sliced(m_offset, m_buffer.size()) : QByteArrayView(),
+    takeSection(whole ? QByteArrayView(mirror).sliced(m_offset, m_buffer.size()) : QByteArrayView(),
                 channelCount);
 }
 
 void CSetupPage::loadSection(QByteArrayView section, int channelCount)
 {
+    takeSection(section, channelCount);
     ensureBuilt();
+    m_binder->setChannelCount(m_channelCount);
+    fill();
+}
+
+void CSetupPage::takeSection(QByteArrayView section, int channelCount)
+{
     m_channelCount = std::clamp(channelCount, 1, int(MaxChannels));
     if (section.size() == m_buffer.size() && !section.isEmpty()) {
         m_buffer = section.toByteArray();
         m_saved = m_buffer;
     }
-    m_binder->setChannelCount(m_channelCount);
-    fill();
 }
 
 void CSetupPage::fillControls(QByteArrayView section, Source)
@@ -244,6 +267,10 @@ int CSetupPage::save()
         }
     }
     takeNestedSections();
+    // The operator hears of one save: the session keeps quiet about the
+    // first acknowledgement.
+    if (m_sections.size() > 1 && m_silencer)
+        m_silencer();
     int result = 0;
     for (setup::Section section : m_sections) {
         const setup::SectionInfo &info = SetupRecordMap::section(section);
@@ -309,20 +336,16 @@ bool CSetupPage::needsSave()
 
 void CSetupPage::recordWritten(int offset, QByteArrayView bytes)
 {
-    if (!m_section)
-        return;
-    const setup::SectionInfo &info = SetupRecordMap::section(*m_section);
-    const int from = std::max(offset, info.offset);
-    const int to = std::min(offset + int(bytes.size()), info.end());
+    const auto [from, to] = overlap(offset, bytes.size(), m_offset, m_buffer.size());
     if (from >= to)
         return;
     QByteArray shown = m_buffer;
     if (m_built)
         gatherControls(shown);
     const QByteArray before = m_saved;
-    const QByteArrayView fresh = bytes.sliced(from - offset, to - from);
-    m_buffer.replace(from - info.offset, to - from, fresh.toByteArray());
-    m_saved.replace(from - info.offset, to - from, fresh.toByteArray());
+    const QByteArray fresh = bytes.sliced(from - offset, to - from).toByteArray();
+    m_buffer.replace(from - m_offset, to - from, fresh);
+    m_saved.replace(from - m_offset, to - from, fresh);
     if (!m_built)
         return;
     if (!m_modified) {
@@ -330,24 +353,38 @@ void CSetupPage::recordWritten(int offset, QByteArrayView bytes)
         return;
     }
     // A field the operator changed stays whole; every other byte is the new one.
-    std::vector<bool> edited(info.length);
-    for (int at = 0; at < info.length; ++at)
+    std::vector<bool> edited(m_buffer.size());
+    for (qsizetype at = 0; at < m_buffer.size(); ++at)
         edited[at] = shown[at] != before[at];
     for (const SectionBinder::Binding &b : m_binder->bindings()) {
         if (b.row >= m_channelCount)
             continue;
         const setup::FieldInfo &f = b.editor->field();
-        const int first = f.elementOffset(b.editor->index(), b.editor->index2()) - info.offset;
+        const int first = f.elementOffset(b.editor->index(), b.editor->index2()) - m_offset;
+        if (first < 0 || first + f.width > int(edited.size()))
+            continue;
         const auto element = edited.begin() + first;
         if (std::find(element, element + f.width, true) != element + f.width)
             std::fill(element, element + f.width, true);
     }
-    for (int at = from - info.offset; at < to - info.offset; ++at) {
+    for (int at = from - m_offset; at < to - m_offset; ++at) {
         if (!edited[at])
             shown[at] = m_buffer[at];
     }
     fillControls(shown, Source::SectionBuffer);
     afterFill();
+}
+
+void CSetupPage::writeRefused(int offset, QByteArrayView held)
+{
+    const auto [from, to] = overlap(offset, held.size(), m_offset, m_buffer.size());
+    if (from >= to)
+        return;
+    // The controls keep the edits; Cancel returns to what the recorder holds.
+    const QByteArray kept = held.sliced(from - offset, to - from).toByteArray();
+    m_buffer.replace(from - m_offset, to - from, kept);
+    m_saved.replace(from - m_offset, to - from, kept);
+    setModified(true);
 }
 
 void CSetupPage::cancel()

@@ -60,6 +60,8 @@ public:
     using ClockSetter = std::function<int(const RecorderTime &time)>;
     // The setup record as the session holds it now.
     using RecordSource = std::function<QByteArray()>;
+    // Keeps the session from announcing the next acknowledgement.
+    using AcknowledgementSilencer = std::function<void()>;
 
     explicit CSetupPage(QWidget *parent = nullptr);
     ~CSetupPage() override;
@@ -83,12 +85,23 @@ public:
     // inside it from here when it saves, so that it never sends back older
     // bytes over what those pages saved since it was filled.
     void setRecordSource(RecordSource source) { m_records = std::move(source); }
+    // A page that saves in several writes silences the acknowledgement of
+    // its first one, so that the operator hears of one save.
+    void setAcknowledgementSilencer(AcknowledgementSilencer silencer)
+    {
+        m_silencer = std::move(silencer);
+    }
 
     // Builds the controls on first use (hidden, so that up to sixteen rows
     // appear at once), then takes the page's slice of `mirror` and fills.
     virtual void load(const QByteArray &mirror, int channelCount);
     // The same with the section's bytes alone; a slice of another length is ignored.
     void loadSection(QByteArrayView section, int channelCount);
+    // Takes the page's slice of `mirror` without building the controls: a
+    // page that is not built yet shows the slice once it is loaded.
+    void keepSection(const QByteArray &mirror, int channelCount);
+    // Whether the controls exist; until then the page holds its section only.
+    bool isBuilt() const { return m_built; }
     // Gathers the controls, checks the section's save rules (a refusal shows
     // its message and sends nothing) and hands the section (each of them, in
     // order) to the writer. The modified flag clears only when everything was sent, so
@@ -108,6 +121,10 @@ public:
     // save does not send old bytes back: an unedited page shows them, an
     // edited one keeps the fields the operator changed and shows the rest.
     void recordWritten(int offset, QByteArrayView bytes);
+    // The recorder refused this page's write of the record from `offset`
+    // on; `held` is what it still holds there. The edits stay in the
+    // controls and the page stays modified, so they can be saved again.
+    void writeRefused(int offset, QByteArrayView held);
 
     void fill();
     void gather();
@@ -202,6 +219,7 @@ protected:
 
 private:
     void ensureBuilt();
+    void takeSection(QByteArrayView section, int channelCount);
     void createFrame();
     void takeNestedSections();
 
@@ -214,6 +232,7 @@ private:
     ClockReader m_clockReader;
     ClockSetter m_clockSetter;
     RecordSource m_records;
+    AcknowledgementSilencer m_silencer;
     QByteArray m_buffer;
     QByteArray m_saved; // what the recorder holds as far as the page knows
     int m_channelCount = MaxChannels;

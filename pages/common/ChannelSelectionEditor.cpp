@@ -20,11 +20,10 @@ ChannelSelectionEditor::ChannelSelectionEditor(Dialog dialog, const FieldInfo &f
     : FieldEditor(field, dialog == Dialog::Spot ? 0 : i, j, parent)
     , m_kind(dialog)
     , m_box(new QWidget(parent))
-    , m_text(new QLineEdit(m_box))
+    , m_text(new ElidedLineEdit(m_box))
     , m_button(new QPushButton(u"..."_s, m_box))
 {
-    m_text->setReadOnly(true);
-    // Room for a few channels when space is short; longer choices scroll.
+    // Room for a few channels when space is short; longer choices are cut visibly.
     m_text->setMinimumWidth(m_text->fontMetrics().horizontalAdvance(u"01,02,"_s) + 12);
     m_button->setFixedWidth(m_button->fontMetrics().horizontalAdvance(u"..."_s) + 20);
     auto *layout = new QHBoxLayout(m_box);
@@ -68,7 +67,7 @@ quint16 ChannelSelectionEditor::selection() const
 
 void ChannelSelectionEditor::showSelection()
 {
-    m_text->setText(selectionText(selection()));
+    m_text->setFullText(selectionText(selection()));
 }
 
 void ChannelSelectionEditor::select(quint16 selection)

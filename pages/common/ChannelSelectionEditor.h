@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "pages/common/ElidedLineEdit.h"
 #include "pages/common/FieldEditor.h"
 
 #include <QPointer>
@@ -60,7 +61,7 @@ private:
 
     Dialog m_kind;
     QWidget *m_box;
-    QLineEdit *m_text;
+    ElidedLineEdit *m_text;
     QPushButton *m_button;
     QPointer<ChannelSelectionDialog> m_dialog;
     // What the element holds, or each channel's element (spot).

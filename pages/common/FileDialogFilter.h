@@ -9,7 +9,8 @@
 class FileDialogFilter
 {
 public:
-    // Qt's form of such a filter: "Label (*.a *.b);;...". The patterns stay
-    // as the translator left them.
+    // Qt's form of such a filter: "Label (*.a *.A *.b *.B);;...". Each
+    // pattern matches in either case; a pattern list at the end of a label
+    // gives way to the full list.
     static QString toQt(const QString &filter);
 };

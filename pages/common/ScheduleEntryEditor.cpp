@@ -100,9 +100,8 @@ ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
     m_mode->setAccessibleName(nelib::tr(fields::mode.label) + line);
     connect(m_mode, &QComboBox::activated, this, &FieldEditor::edited);
 
-    m_channelText = new QLineEdit(parent);
+    m_channelText = new ElidedLineEdit(parent);
     m_channelButton = new QToolButton(parent);
-    m_channelText->setReadOnly(true);
     m_channelText->setAccessibleName(nelib::tr(fields::channels.label) + line);
     m_channelButton->setAccessibleName(m_channelText->accessibleName() + u" ..."_s);
     m_channelButton->setText(u"..."_s);
@@ -173,9 +172,7 @@ void ScheduleEntryEditor::showChannels()
             text += nelib::tr("%d,").replace(u"%d"_s, QString::number(c + 1));
     }
     text.chop(1);
-    m_channelText->setText(text);
-    m_channelText->setCursorPosition(0);
-    m_channelText->setToolTip(text);
+    m_channelText->setFullText(text);
 }
 
 QWidget *ScheduleEntryEditor::widget() const

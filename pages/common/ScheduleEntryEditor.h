@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "pages/common/ElidedLineEdit.h"
 #include "pages/common/FieldEditor.h"
 
 #include <QPointer>
@@ -79,7 +80,7 @@ private:
     std::array<QSpinBox *, 4> m_times {};
     std::array<QLabel *, 2> m_colons {};
     QComboBox *m_mode = nullptr;
-    QLineEdit *m_channelText = nullptr;
+    ElidedLineEdit *m_channelText = nullptr;
     QToolButton *m_channelButton = nullptr;
     quint32 m_channels = 0;
     int m_channelCount = setup::SetupRecordMap::MaxChannels;

@@ -6,14 +6,25 @@
 #include "pages/common/CTransparentStatic.h"
 #include "setup/Fields.h"
 
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
+#include <QRadioButton>
+#include <QSpinBox>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
 namespace fields = setup::fields::interval;
 using Kind = FieldEditor::Kind;
+
+namespace {
+
+constexpr int EventRecordLowest = 1;
+constexpr int EventRecordHighest = 59;
+
+} // namespace
 
 CRemoteDisplayIntervalDlg::CRemoteDisplayIntervalDlg(QWidget *parent)
     : CSetupPage(parent)
@@ -22,6 +33,24 @@ CRemoteDisplayIntervalDlg::CRemoteDisplayIntervalDlg(QWidget *parent)
 }
 
 CRemoteDisplayIntervalDlg::~CRemoteDisplayIntervalDlg() = default;
+
+QRadioButton *CRemoteDisplayIntervalDlg::addOnOff(QWidget *parent, const QString &label,
+                                                  QLayout *row)
+{
+    auto *group = new QButtonGroup(parent);
+    QRadioButton *on = nullptr;
+    for (const char *choice : {RS_TEXT("On"), RS_TEXT("Off")}) {
+        auto *button = new QRadioButton(nelib::tr(choice), parent);
+        // Told apart from the other pairs of the page.
+        button->setAccessibleName(u"%1 %2"_s.arg(label, button->text()));
+        group->addButton(button);
+        row->addWidget(button);
+        if (!on)
+            on = button;
+    }
+    on->setChecked(true);
+    return on;
+}
 
 void CRemoteDisplayIntervalDlg::buildControls()
 {
@@ -32,11 +61,30 @@ void CRemoteDisplayIntervalDlg::buildControls()
                                                 {fields::spot, Kind::Number},
                                                 {fields::eventUpdate, Kind::Number},
                                             });
-    auto *heading = new CTransparentStatic(nelib::tr("Switching Interval"), area);
+    const QString switching = nelib::tr("Switching Interval");
+    auto *heading = new CTransparentStatic(switching, area);
     QFont bold = heading->font();
     bold.setBold(true);
     heading->setFont(bold);
-    form->insertRow(0, heading);
+    auto *switchingRow = new QHBoxLayout;
+    m_switchingOn = addOnOff(area, switching, switchingRow);
+    switchingRow->addStretch(1);
+    form->insertRow(0, heading, switchingRow);
+    connect(m_switchingOn, &QRadioButton::toggled, this, &CRemoteDisplayIntervalDlg::afterFill);
+
+    // "Event Record": the choice, then its time, which counts only while on.
+    const QString eventRecord = nelib::tr("Event Record");
+    auto *eventRow = new QHBoxLayout;
+    m_eventRecordOn = addOnOff(area, eventRecord, eventRow);
+    m_eventRecordTime = new QSpinBox(area);
+    m_eventRecordTime->setRange(EventRecordLowest, EventRecordHighest);
+    m_eventRecordTime->setAccessibleName(nelib::tr("Event Record Time"));
+    eventRow->addWidget(m_eventRecordTime, 1);
+    auto *eventText = new CTransparentStatic(eventRecord, area);
+    eventText->setBuddy(m_eventRecordOn);
+    form->addRow(eventText, eventRow);
+    connect(m_eventRecordOn, &QRadioButton::toggled, m_eventRecordTime, &QWidget::setEnabled);
+
     // "Time Out": the switch, then the time the list offers while it is on.
     FieldEditor *onOff
         = binder().add(FieldEditor::create(Kind::Check, fields::timeOutSwitch, 0, 0, area));
@@ -76,4 +124,6 @@ void CRemoteDisplayIntervalDlg::afterFill()
     binder()
         .widget<QComboBox>(fields::timeOut)
         ->setEnabled(binder().widget<QCheckBox>(fields::timeOutSwitch)->isChecked());
+    for (const setup::FieldInfo &dwell : {fields::sequence, fields::pip, fields::spot})
+        binder().widget<QWidget>(dwell)->setEnabled(m_switchingOn->isChecked());
 }

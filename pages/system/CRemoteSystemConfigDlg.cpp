@@ -5,6 +5,7 @@
 #include "i18n/Translator.h"
 #include "pages/common/CTransparentStatic.h"
 #include "pages/common/FileDialogFilter.h"
+#include "pages/common/Question.h"
 #include "session/CWork.h"
 #include "session/SetupTransfer.h"
 #include "setup/ExportFile.h"
@@ -252,33 +253,31 @@ void CRemoteSystemConfigDlg::importFrom(const QString &path)
     CWork *work = CWork::instance();
     if (!work)
         return;
-    // A cut file would send zeros over what the recorder holds: ask first.
+    // A file that cannot be imported is refused with its own message at
+    // once; the recorder changes only once the operator has said Yes.
     const setup::SetupFiles::FileContents file = setup::SetupFiles::readImportFile(path);
-    if (file.status == setup::SetupFiles::FileStatus::Read
-        && file.bytesRead < setup::ExportFile::Size)
-        askAboutShortFile(file.bytes, setup::ExportFile::Size - file.bytesRead);
-    else
+    if (file.status != setup::SetupFiles::FileStatus::Read
+        || setup::SetupFiles::importFaults(file.bytes, work->mirror())) {
         SetupTransfer::importFile(*work, path);
+        return;
+    }
+    QString text = nelib::tr("Import the settings of this file to the recorder %1? They replace "
+                             "the settings it holds now.")
+                       .arg(recorderName(*work));
+    // A cut file sends zeros over what the recorder holds: the question says so.
+    if (file.bytesRead < setup::ExportFile::Size)
+        text = nelib::tr("This file is shorter than an export file: %1 bytes are missing.")
+                   .arg(setup::ExportFile::Size - file.bytesRead)
+               + u"\n\n"_s + text;
+    m_question = Question::ask(this, text, [bytes = file.bytes] {
+        if (CWork *work = CWork::instance())
+            SetupTransfer::importData(*work, bytes);
+    });
 }
 
-// Window-modal and acted on when answered, like the file dialogs.
-void CRemoteSystemConfigDlg::askAboutShortFile(const QByteArray &file, qsizetype missing)
+QString CRemoteSystemConfigDlg::recorderName(const CWork &work)
 {
-    auto *box = new QMessageBox(
-        QMessageBox::Question, nelib::tr("Remote Setup"),
-        nelib::tr("This file is shorter than an export file: %1 bytes are missing. "
-                  "Import it anyway?")
-            .arg(missing),
-        QMessageBox::Yes | QMessageBox::No, this);
-    box->setDefaultButton(QMessageBox::No);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QMessageBox::finished, this, [this, file](int answer) {
-        CWork *work = CWork::instance();
-        if (answer == QMessageBox::Yes && work)
-            SetupTransfer::importData(*work, file);
-    });
-    m_shortFileQuestion = box;
-    box->open();
+    return u"%1:%2"_s.arg(QString::fromLatin1(work.address())).arg(work.port());
 }
 
 void CRemoteSystemConfigDlg::exportTo(const QString &path)
@@ -290,10 +289,19 @@ void CRemoteSystemConfigDlg::exportTo(const QString &path)
         SetupTransfer::exportFile(*work, path);
 }
 
-// The recorder's last acknowledgement brings the success message; nothing
-// is asked before.
+// The recorder's last acknowledgement brings the success message.
 void CRemoteSystemConfigDlg::restoreFactoryDefault()
 {
-    if (CWork *work = CWork::instance())
-        SetupTransfer::factoryDefault(*work, defaultSetupPath());
+    const CWork *work = CWork::instance();
+    if (!work)
+        return;
+    m_question = Question::ask(
+        this,
+        nelib::tr("Restore the factory defaults on the recorder %1? They replace the settings it "
+                  "holds now.")
+            .arg(recorderName(*work)),
+        [this] {
+            if (CWork *work = CWork::instance())
+                SetupTransfer::factoryDefault(*work, defaultSetupPath());
+        });
 }

@@ -15,6 +15,8 @@ class QLabel;
 class QLineEdit;
 QT_END_NAMESPACE
 
+class CWork;
+
 // System / Configuration: moves whole setups between the recorder and data
 // files (Import, Export) or back to the factory defaults, and shows who the
 // connected recorder is. It edits no section, so it has no Save or Default.
@@ -36,8 +38,9 @@ public:
 
     // The dialog of an Import or Export under way; null when none is open.
     QFileDialog *openFileDialog() const;
-    // The question before a short import file is sent; null when none is open.
-    QMessageBox *openQuestion() const { return m_shortFileQuestion; }
+    // The question before an import or a factory default is sent; null
+    // when none is open.
+    QMessageBox *openQuestion() const { return m_question; }
 
 protected:
     void buildControls() override;
@@ -52,7 +55,7 @@ private:
     void chooseImportFile();
     void chooseExportFile();
     void importFrom(const QString &path);
-    void askAboutShortFile(const QByteArray &file, qsizetype missing);
+    static QString recorderName(const CWork &work);
     void exportTo(const QString &path);
     void restoreFactoryDefault();
     void showIdentity(const QByteArray &mirror);
@@ -62,7 +65,7 @@ private:
     QLineEdit *m_fileName = nullptr;
     QFileDialog *m_importDialog = nullptr;
     QFileDialog *m_exportDialog = nullptr;
-    QPointer<QMessageBox> m_shortFileQuestion;
+    QPointer<QMessageBox> m_question;
 
     QLabel *m_model = nullptr;
     QLabel *m_version = nullptr;

@@ -12,12 +12,16 @@
 #include "session/CWork.h"
 #include "session/SessionMessage.h"
 #include "setup/ExportFile.h"
+#include "setup/FactoryDefaults.h"
 #include "setup/FieldTable.h"
 #include "setup/Fields.h"
+#include "tests/session/ScriptedRecorder.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -51,6 +55,19 @@ void expectPagesHoldTheMirror(const CRemoteKSetupDlg &window)
 }
 
 constexpr int NetworkMenu = 5;
+
+// Picks the next item of the list named `name` on `page`, as the operator does.
+void pickNext(const CSetupPage *page, const QString &name)
+{
+    for (QComboBox *list : page->findChildren<QComboBox *>()) {
+        if (list->accessibleName() == name) {
+            list->setCurrentIndex((list->currentIndex() + 1) % list->count());
+            Q_EMIT list->activated(list->currentIndex());
+            return;
+        }
+    }
+    ADD_FAILURE() << "no list named " << name.toStdString();
+}
 
 } // namespace
 
@@ -127,6 +144,9 @@ TEST_F(MainWindowTest, ConnectFillsThePagesAndSessionEndReturnsThePanelToItsDisc
 
         PageHost *host = window->pageHost();
         EXPECT_EQ(host->currentEntry(), host->firstPage());
+        // Only the page on display is built; the others hold their section.
+        for (int i = 0; i < 26; ++i)
+            EXPECT_EQ(host->page(i) && host->page(i)->isBuilt(), i == host->firstPage()) << i;
         ASSERT_NE(window->worker(), nullptr);
         EXPECT_EQ(window->worker()->mirror(), sim.storedRecord());
         expectPagesHoldTheMirror(*window);
@@ -160,6 +180,23 @@ TEST_F(MainWindowTest, ConnectFillsThePagesAndSessionEndReturnsThePanelToItsDisc
         EXPECT_TRUE(testsupport::waitFor(
             [&] { return messages == QStringList {u"Complete Save   \t"_s}; }, SessionTimeoutMs));
         messages.clear();
+
+        // Only the pages shown last keep their controls (Update and
+        // Configuration always do); a page built again shows what was saved.
+        for (const QAction *menu : window->pageMenus()->actions()) {
+            for (QAction *item : menu->menu()->actions()) {
+                if (item->isEnabled())
+                    item->trigger();
+            }
+        }
+        int built = 0;
+        for (int i = 0; i < 26; ++i) {
+            const CSetupPage *page = host->page(i);
+            built += page && page->isBuilt() && page->hasSaveAction() ? 1 : 0;
+        }
+        EXPECT_LE(built, 2);
+        EXPECT_EQ(control<QLineEdit>(showPage("Camera Setup"), u"Camera Title 03"_s)->text(),
+                  u"Loading Bay"_s);
 
         // The session ends by the DISCONNECT button or by its own end message;
         // a new one then starts from the same window, its pages as built.
@@ -281,19 +318,131 @@ TEST_F(MainWindowTest, AShortImportFileIsSentOnlyWhenTheOperatorSaysYes)
         QMessageBox *question = page->openQuestion();
         ASSERT_NE(question, nullptr);
         EXPECT_TRUE(question->text().contains(QString::number(file.size() - file.size() / 2)));
+        EXPECT_TRUE(question->text().contains(u"127.0.0.1:%1"_s.arg(sim.port())));
         question->button(answer)->click();
-        if (answer == QMessageBox::No) {
-            QTest::qWait(3 * CWork::WholeRecordPauseMs);
-            EXPECT_TRUE(messages.isEmpty());
-            EXPECT_EQ(sim.storedRecord(), before);
-        }
+        EXPECT_EQ(window->worker()->transferRunning(), answer == QMessageBox::Yes);
     }
     EXPECT_TRUE(testsupport::waitFor([&] { return !messages.isEmpty(); }, SessionTimeoutMs));
     EXPECT_EQ(messages, QStringList {u"Import Success"_s});
     EXPECT_EQ(FieldTable::text(sim.storedRecord(), setup::fields::camera::title), "Imported");
-    const CSetupPage *camera = window->pageHost()->page(PageCatalog::indexOf("Camera Setup"));
+    const CSetupPage *camera = showPage("Camera Setup");
     EXPECT_EQ(control<QLineEdit>(camera, u"Camera Title 01"_s)->text(), u"Imported"_s);
     expectPagesHoldTheMirror(*window);
+}
+
+// Factory Default names the recorder and sends nothing before Yes; DISCONNECT
+// and closing the window ask before edits not saved are dropped.
+TEST_F(MainWindowTest, WholeSetupsAndUnsavedEditsAreDroppedOnlyWhenTheOperatorSaysYes)
+{
+    CSetupPage::setDefaultSetupPath(testsupport::dataDir() + u"/DEFDVRSETUP.DAT"_s);
+    SimProcess sim;
+    ASSERT_TRUE(connectTo(sim));
+    auto *config = static_cast<CRemoteSystemConfigDlg *>(showPage("Configuration"));
+    ASSERT_NE(config, nullptr);
+    for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+        control<QPushButton>(config, u"Factory Default"_s)->click();
+        QMessageBox *question = config->openQuestion();
+        ASSERT_NE(question, nullptr);
+        EXPECT_TRUE(question->text().contains(u"127.0.0.1:%1"_s.arg(sim.port())));
+        EXPECT_EQ(question->defaultButton(), question->button(QMessageBox::No));
+        EXPECT_FALSE(window->worker()->transferRunning());
+        question->button(answer)->click();
+        EXPECT_EQ(window->worker()->transferRunning(), answer == QMessageBox::Yes);
+    }
+    ASSERT_TRUE(testsupport::waitFor([&] { return !messages.isEmpty(); }, SessionTimeoutMs));
+    EXPECT_EQ(messages, QStringList {u"Default Setup Success"_s});
+
+    CSetupPage *camera = showPage("Camera Setup");
+    QTest::keyClicks(control<QLineEdit>(camera, u"Camera Title 02"_s), u"x"_s);
+    CSetupPage *buzzer = showPage("Buzzer");
+    pickNext(buzzer, u"Key Tone"_s);
+    for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+        QTest::mouseClick(panelButton(u"DISCONNECT"_s), Qt::LeftButton);
+        QMessageBox *question = window->openQuestion();
+        ASSERT_NE(question, nullptr);
+        EXPECT_TRUE(question->text().contains(u"Buzzer, Camera Setup"_s))
+            << question->text().toStdString();
+        question->button(answer)->click();
+        EXPECT_EQ(window->worker() != nullptr, answer == QMessageBox::No);
+    }
+    EXPECT_TRUE(waitForDisconnectedLook());
+    // The edits outlive the session, and closing would drop them.
+    for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+        window->close();
+        QMessageBox *question = window->openQuestion();
+        ASSERT_NE(question, nullptr);
+        question->button(answer)->click();
+        EXPECT_EQ(window->isVisible(), answer == QMessageBox::No);
+    }
+    CSetupPage::setDefaultSetupPath({});
+}
+
+// A refused save is told by the page's name, once, and stays to be saved;
+// the mirror, and the pages that share its bytes, return to what the
+// recorder holds. Date/Time's two writes are announced once.
+TEST_F(MainWindowTest, EverySaveIsToldOnceAndARefusedOneIsTakenBack)
+{
+    const QByteArray record = setup::FactoryDefaults::record();
+    ScriptedRecorder recorder;
+    recorder.record = record;
+    // Where both the DISPLAY block and Date/Time's first section start.
+    const quint32 display = 604;
+    bool refuse = true;
+    recorder.onFrame = [&](const session::Frame &frame) {
+        if (refuse && frame.command == RemoteCommand::SetupWrite && frame.param.words[2] == display)
+            recorder.send(RemoteCommand::SetupWriteAck, PACKET_PARAM {{0}});
+        else
+            recorder.answerAsRecorder(frame);
+    };
+    connectWith(u"127.0.0.1"_s, QString::number(recorder.port()));
+    ASSERT_TRUE(testsupport::waitFor([&] { return window->pageHost()->currentEntry() >= 0; },
+                                     SessionTimeoutMs));
+    QSignalSpy answers(window->worker(), &CWork::writeAcknowledged);
+    // The answers' messages reach the window as posted events.
+    const auto answered = [&](int count) {
+        const bool all
+            = testsupport::waitFor([&] { return answers.count() >= count; }, SessionTimeoutMs);
+        QCoreApplication::sendPostedEvents(window.get());
+        return all;
+    };
+    const auto refusal = [](const QString &page) {
+        return u"The recorder refused to save %1; the page keeps your changes."_s.arg(page);
+    };
+
+    // The block is refused; then the first of Date/Time's writes, the second applied.
+    const struct
+    {
+        const char *page;
+        QString list;
+        int answers;
+    } refusals[]
+        = {{"Event Display", u"Main Output"_s, 1}, {"Date / Time", u"Display Format"_s, 3}};
+    for (const auto &r : refusals) {
+        SCOPED_TRACE(r.page);
+        messages.clear();
+        CSetupPage *page = showPage(r.page);
+        pickNext(page, r.list);
+        QTest::mouseClick(window->saveButton(), Qt::LeftButton);
+        ASSERT_TRUE(answered(r.answers));
+        EXPECT_EQ(messages, QStringList {refusal(QString::fromLatin1(r.page))});
+        EXPECT_TRUE(page->isModified());
+        EXPECT_TRUE(control<QPushButton>(page, u"Save"_s)->isEnabled());
+        EXPECT_EQ(window->worker()->mirror(), record);
+    }
+    CSetupPage *event = window->pageHost()->page(PageCatalog::indexOf("Event Display"));
+    CSetupPage *dateTime = window->pageHost()->currentPage();
+    // The edited block page keeps its own edit and has the recorder's bytes back.
+    EXPECT_TRUE(event->needsSave());
+    EXPECT_EQ(event->sectionBuffer().first(52), record.mid(display, 52));
+
+    refuse = false;
+    messages.clear();
+    QTest::mouseClick(window->saveButton(), Qt::LeftButton);
+    ASSERT_TRUE(answered(5));
+    EXPECT_EQ(messages, QStringList {u"Complete Save   \t"_s});
+    EXPECT_FALSE(dateTime->isModified());
+    EXPECT_NE(window->worker()->mirror(), record);
+    EXPECT_EQ(event->sectionBuffer().first(52), dateTime->sectionBuffer());
 }
 
 TEST_F(MainWindowTest, PageMessagesActOnTheButtons)

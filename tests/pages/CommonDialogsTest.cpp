@@ -7,6 +7,9 @@
 #include "pages/common/CRemoteChannelSel_Spot.h"
 #include "pages/common/CRemoteChannelSelect.h"
 #include "pages/common/ChannelSelectionEditor.h"
+#include "pages/common/FileDialogFilter.h"
+#include "pages/display/CRemoteDisplayEventDlg.h"
+#include "pages/record/CRemoteRecordScheduleDlg.h"
 #include "setup/Fields.h"
 #include "tests/pages/PageTestSupport.h"
 
@@ -232,4 +235,45 @@ TEST(CopySettingDialog, OkKeepsTheChoicesAndCancelForgetsThem)
     EXPECT_FALSE(named<QCheckBox>(&dialog, u"Title"_s)->isChecked());
     EXPECT_FALSE(target(&dialog, 2)->isChecked());
     EXPECT_TRUE(target(&dialog, 16)->isChecked());
+}
+
+// A channel list longer than its field shows from its start and is cut at a
+// visible ellipsis, the whole list in the tooltip.
+TEST(ChannelSelection, ChannelListsShowFromTheirStartAndFitTheirField)
+{
+    QByteArray record = setup::FactoryDefaults::record();
+    FieldTable::setNumber(record, setup::fields::schedule::channels, 0xFFFF);
+    for (int c = 0; c < 16; ++c)
+        FieldTable::setNumber(record, setup::fields::eventDisplay::spotChannel, 1, c);
+    CRemoteRecordScheduleDlg schedule;
+    CRemoteDisplayEventDlg event;
+    for (CSetupPage *page :
+         {static_cast<CSetupPage *>(&schedule), static_cast<CSetupPage *>(&event)}) {
+        page->load(record, 16);
+        page->show();
+        QLineEdit *shown = nullptr;
+        for (QLineEdit *line : page->findChildren<QLineEdit *>()) {
+            if (line->isReadOnly() && line->isVisible() && line->toolTip().contains(u"16"_s))
+                shown = line;
+        }
+        ASSERT_NE(shown, nullptr) << page->metaObject()->className();
+        EXPECT_EQ(shown->cursorPosition(), 0);
+        EXPECT_LE(shown->fontMetrics().horizontalAdvance(shown->text()),
+                  shown->contentsRect().width());
+        EXPECT_TRUE(shown->text() == shown->toolTip()
+                    || (shown->text().endsWith(u'\u2026')
+                        && shown->toolTip().startsWith(shown->text().chopped(1))))
+            << shown->text().toStdString();
+    }
+}
+
+TEST(FileDialogFilter, PatternsShowOnceAndMatchEitherCase)
+{
+    const std::pair<const char *, const char *> cases[] = {
+        {"KRP Files (*.KRP)|*.KRP;||", "KRP Files (*.KRP *.krp)"},
+        {"Data Files(*.dat)|*.dat||", "Data Files (*.dat *.DAT)"},
+        {"A|*.a;*.B|C|*.c||", "A (*.a *.A *.B *.b);;C (*.c *.C)"},
+    };
+    for (const auto &[filter, qt] : cases)
+        EXPECT_EQ(FileDialogFilter::toQt(QString::fromLatin1(filter)), QString::fromLatin1(qt));
 }

@@ -113,8 +113,8 @@ TEST_F(ConfigPage, InformationShowsTheRecorderOfEachLoad)
 
 // Leaving a dialog other than by OK does nothing; Export writes the record
 // under the chosen name; Import reports a file of another model or none
-// (the refusals themselves are the transfer's); Factory Default restores
-// the recorder without asking.
+// (the refusals themselves are the transfer's) without a question; Factory
+// Default restores the recorder once the operator says Yes.
 TEST_F(ConfigPage, FileDialogsAndFactoryDefault)
 {
     QByteArray record = FactoryDefaults::record(Model);
@@ -167,7 +167,7 @@ TEST_F(ConfigPage, FileDialogsAndFactoryDefault)
         dialog = clickForDialog(u"Import"_s);
         ASSERT_NE(dialog, nullptr);
         EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptOpen);
-        EXPECT_EQ(dialog->nameFilters(), QStringList {u"Data Files(*.dat) (*.dat)"_s});
+        EXPECT_EQ(dialog->nameFilters(), QStringList {u"Data Files (*.dat *.DAT)"_s});
         EXPECT_EQ(dialog->labelText(QFileDialog::Accept), u"Open"_s);
         dialog->selectFile(file);
         QMetaObject::invokeMethod(dialog, "accept");
@@ -177,6 +177,8 @@ TEST_F(ConfigPage, FileDialogsAndFactoryDefault)
 
     window.messages.clear();
     pagetest::button(&page, u"Factory Default"_s)->click();
+    ASSERT_NE(page.openQuestion(), nullptr);
+    page.openQuestion()->button(QMessageBox::Yes)->click();
     ASSERT_TRUE(testsupport::waitFor(
         [&] { return window.messages.contains(u"Default Setup Success"_s); }, 60000))
         << window.messages.join(u" | "_s).toStdString();

@@ -17,6 +17,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRadioButton>
 #include <QSpinBox>
 #include <QTest>
 
@@ -312,6 +313,18 @@ TEST(IntervalPage, KeepsTheUnusedWordAndAnUnknownTimeOutLeavesTheList)
     expected[20] = 1; // switched on
     expected.replace(22, 2, QByteArray("\xB4\x00", 2)); // the 180 shown
     EXPECT_EQ(page.sectionBuffer(), expected);
+
+    // The choices that have no place in the record only enable their fields.
+    auto *eventTime = named<QSpinBox>(&page, u"Event Record Time"_s);
+    ASSERT_NE(eventTime, nullptr);
+    EXPECT_EQ(eventTime->minimum(), 1);
+    EXPECT_EQ(eventTime->maximum(), 59);
+    for (const char *off : {"Switching Interval Off", "Event Record Off"})
+        named<QRadioButton>(&page, QString::fromLatin1(off))->click();
+    EXPECT_FALSE(eventTime->isEnabled());
+    EXPECT_FALSE(named<QSpinBox>(&page, u"Sequence(Sec)"_s)->isEnabled());
+    EXPECT_TRUE(named<QSpinBox>(&page, u"Event Update Time"_s)->isEnabled());
+    EXPECT_FALSE(page.needsSave());
 }
 
 // The spot dialog holds to the limit of the mode; the channels chosen there

@@ -4,6 +4,7 @@
 // the rows of the recorder's channels.
 
 #include "pages/camera/CRemoteCameraCameraDlg.h"
+#include "pages/display/CRemoteDisplayDateTimeDlg.h"
 #include "setup/Fields.h"
 #include "tests/pages/PageTestSupport.h"
 
@@ -105,5 +106,40 @@ TEST(SetupPage, ShowsOnlyTheRecordersChannelRows)
         for (int i = 1; i <= CSetupPage::MaxChannels; ++i)
             EXPECT_EQ(title(&page, i)->isVisible(), i <= shown)
                 << channels << " channels, row " << i;
+    }
+}
+
+// Event Display sends the whole DISPLAY block, which holds both sections of
+// Date/Time: every byte of them reaches the page, edited or not, and a field
+// the operator changed stays as the operator left it.
+TEST(SetupPage, AWriteOverBothSectionsOfAPageReachesAllOfIt)
+{
+    namespace dateTime = setup::fields::dateTime;
+    namespace dst = setup::fields::dst;
+    const QByteArray record = setup::FactoryDefaults::record();
+    QByteArray sent = record;
+    const quint32 month = FieldTable::number(record, dst::endMonth) % 12 + 1;
+    FieldTable::setNumber(sent, dst::endMonth, month);
+    FieldTable::setNumber(sent, dateTime::timeFormat,
+                          1 - FieldTable::number(record, dateTime::timeFormat));
+    const setup::SectionInfo &block = setup::SetupRecordMap::section(setup::Section::EventDisplay);
+    for (const bool edited : {false, true}) {
+        SCOPED_TRACE(edited);
+        CRemoteDisplayDateTimeDlg page;
+        page.load(record, 16);
+        if (edited) {
+            auto *format = pagetest::named<QComboBox>(&page, u"Display Format"_s);
+            format->setCurrentIndex((format->currentIndex() + 1) % format->count());
+            Q_EMIT format->activated(format->currentIndex());
+        }
+        page.recordWritten(block.offset, sent.mid(block.offset, block.length));
+        EXPECT_EQ(page.isModified(), edited);
+        page.gather();
+        EXPECT_EQ(pagetest::number(page, dst::endMonth), month);
+        EXPECT_EQ(pagetest::number(page, dateTime::timeFormat),
+                  FieldTable::number(sent, dateTime::timeFormat));
+        EXPECT_EQ(pagetest::number(page, dateTime::dateFormat)
+                      != FieldTable::number(record, dateTime::dateFormat),
+                  edited);
     }
 }

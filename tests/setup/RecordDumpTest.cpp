@@ -40,6 +40,8 @@ TEST(RecordDump, ShowsFieldsWithNamesAndReservedBytesAsHexInPieces)
     const QString expected[] = {
         u"header.layout-version = 0x00010011"_s,
         u"header.software-version = 1.0.0.0"_s,
+        // In the form the Configuration page and info show it.
+        u"header.model-id = 1441793"_s,
         u"camera.title[0] = \"CAM 01\""_s,
         u"camera.audio[2] = 4 (Ch 03)"_s,
         u"camera.reserved[1320..1322] = 00 00 00"_s,

@@ -30,7 +30,7 @@ const Secret Secrets[] = {
 bool SecretMask::isSecret(const setup::FieldInfo &field)
 {
     for (const Secret &s : Secrets) {
-        if (field.offset == s.field.offset && field.type == s.field.type)
+        if (field == s.field)
             return true;
     }
     return false;

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "pages/common/Question.h"
 
 #include "i18n/Translator.h"

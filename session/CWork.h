@@ -49,7 +49,7 @@ public:
     // Login answer codes.
     enum LoginCode : int { LoginRefused = 0, LoginOk = 1 };
 
-    // The worker's own timers, by the numbers the recorder tools know them by.
+    // The worker's own timers, by the fixed numbers the session names them by.
     static constexpr quint32 UnusedTimer = 0xFC000003; // never started
     static constexpr quint32 KeepAliveTimer = 0xFC000004;
     static constexpr quint32 ClockTimer = 0xFC000005;

@@ -5,7 +5,7 @@
 #include <QEvent>
 
 // The messages the session and the pages send to the main window. The type
-// numbers are the recorder tools' window messages and all lie in Qt's user
+// numbers are fixed message numbers of the session and all lie in Qt's user
 // event range. A message of the session worker carries the worker's serial
 // number (CWork::serial()), so that the window drops what an ended session
 // left in its queue; the pages' messages carry 0.

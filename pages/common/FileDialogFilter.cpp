@@ -16,8 +16,8 @@ QString FileDialogFilter::toQt(const QString &filter)
     QStringList filters;
     for (qsizetype i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2) {
         QStringList patterns;
-        // File names on this system are case-sensitive; the recorder tools'
-        // files come in either case.
+        // File names here are case-sensitive, and packages copied from other
+        // machines come in either case.
         for (const QString &pattern : parts[i + 1].split(u';', Qt::SkipEmptyParts)) {
             for (const QString &form : {pattern, pattern.toLower(), pattern.toUpper()}) {
                 if (!patterns.contains(form))

@@ -135,18 +135,6 @@ std::optional<QList<Assignment>> parseAssignments(const CommandContext &context,
     return assignments;
 }
 
-// The page rules that depend on the rest of the record. The message of the
-// page, translated, or nullopt.
-std::optional<QString> recordRuleError(const QList<Assignment> &assignments,
-                                       const QByteArray &record, int channelCount)
-{
-    for (const Assignment &a : assignments) {
-        if (auto refusal = SaveRules::refusal(record, *a.name.field, channelCount))
-            return refusal;
-    }
-    return std::nullopt;
-}
-
 // Waits for one write acknowledgement without polling: the worker's signal,
 // the end of the session (posted to the session object) or the time-out.
 class AckWait : public QObject
@@ -369,7 +357,11 @@ FieldCommands::assignment(QStringView nameText, QStringView valueText, QString *
 std::optional<QString> FieldCommands::pageRuleError(const QList<Assignment> &assignments,
                                                     const QByteArray &record, int channelCount)
 {
-    return recordRuleError(assignments, record, channelCount);
+    for (const Assignment &a : assignments) {
+        if (auto refusal = SaveRules::refusal(record, *a.name.field, channelCount))
+            return refusal;
+    }
+    return std::nullopt;
 }
 
 int FieldCommands::writeSections(const CommandContext &context, CliSession &session,
@@ -428,7 +420,7 @@ int FieldCommands::set(const CommandContext &context, const QStringList &argumen
             FieldTable::setBytes(record, *a.name.field, a.bytes, e.i, e.j);
         sections.insert(SetupRecordMap::findSection(a.name.group->key)->id);
     }
-    if (const auto rule = recordRuleError(*assignments, record, session.record().channelCount))
+    if (const auto rule = pageRuleError(*assignments, record, session.record().channelCount))
         return context.fail(UsageError, *rule + u"\nnothing was sent"_s);
     if ((code = writeSections(context, session, record, sections)))
         return code;

@@ -7,11 +7,14 @@
 #include "pages/common/FileDialogFilter.h"
 #include "pages/common/Question.h"
 #include "session/CWork.h"
+#include "session/MessageSink.h"
+#include "session/SessionMessage.h"
 #include "session/SetupTransfer.h"
 #include "setup/ExportFile.h"
 #include "setup/LittleEndian.h"
 #include "setup/SetupFiles.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -261,6 +264,16 @@ void CRemoteSystemConfigDlg::importFrom(const QString &path)
         SetupTransfer::importFile(*work, path);
         return;
     }
+    if (work->holdsRecordOnly()) {
+        // A file opened instead of a recorder: nobody to ask about what a
+        // cut file lacks.
+        if (file.bytesRead < setup::ExportFile::Size)
+            MessageSink::show(nelib::tr("This file can not be imported."));
+        else
+            replaceHeldRecord(setup::SetupFiles::importedRecord(file.bytes, work->mirror()),
+                              nelib::tr("Import Success"));
+        return;
+    }
     QString text = nelib::tr("Import the settings of this file to the recorder %1? They replace "
                              "the settings it holds now.")
                        .arg(recorderName(*work));
@@ -295,6 +308,13 @@ void CRemoteSystemConfigDlg::restoreFactoryDefault()
     const CWork *work = CWork::instance();
     if (!work)
         return;
+    if (work->holdsRecordOnly()) {
+        replaceHeldRecord(
+            setup::SetupFiles::defaultRecord(
+                setup::SetupFiles::readDefaultFile(defaultSetupPath()).bytes, work->mirror()),
+            nelib::tr("Default Setup Success"));
+        return;
+    }
     m_question = Question::ask(
         this,
         nelib::tr("Restore the factory defaults on the recorder %1? They replace the settings it "
@@ -304,4 +324,16 @@ void CRemoteSystemConfigDlg::restoreFactoryDefault()
             if (CWork *work = CWork::instance())
                 SetupTransfer::factoryDefault(*work, defaultSetupPath());
         });
+}
+
+// The open file's record changes at once; the window reloads every page.
+void CRemoteSystemConfigDlg::replaceHeldRecord(const QByteArray &record, const QString &done)
+{
+    CWork *work = CWork::instance();
+    if (!work || record.size() != SetupRecordMap::RecordSize)
+        return;
+    work->restoreMirror(0, record);
+    SessionMessage restored(SessionMessage::SetupRestored);
+    QCoreApplication::sendEvent(window(), &restored);
+    MessageSink::show(done);
 }

@@ -11,6 +11,7 @@
 #include "i18n/StartupLanguage.h"
 #include "i18n/Translator.h"
 #include "pages/common/CSetupPage.h"
+#include "pages/common/DataFileDialog.h"
 #include "pages/common/FileDialogFilter.h"
 #include "pages/common/Question.h"
 #include "session/CWork.h"
@@ -46,7 +47,6 @@ constexpr int FourChannels = 4;
 // The title shows 14 characters of the address at most.
 constexpr int TitleAddressLength = 14;
 constexpr int PanelWidth = 280;
-constexpr QStringView DataFileSuffix = u"dat";
 // Proposed as it is in every language: installers look for this name.
 constexpr QStringView ExportFileName = u"Export_SetupData.dat";
 
@@ -514,23 +514,11 @@ QFileDialog *CRemoteKSetupDlg::openFileDialog() const
     return nullptr;
 }
 
-// Qt's own dialog, window-modal and acted on when accepted, as the
-// Configuration page's: its labels carry our translations.
 QFileDialog *CRemoteKSetupDlg::fileDialog(QFileDialog::AcceptMode mode)
 {
-    const bool opening = mode == QFileDialog::AcceptOpen;
-    auto *dialog = new QFileDialog(this);
-    dialog->setOption(QFileDialog::DontUseNativeDialog);
-    dialog->setAcceptMode(mode);
-    // A folder or a missing file is refused with a message naming it.
-    dialog->setFileMode(QFileDialog::AnyFile);
-    dialog->setDefaultSuffix(DataFileSuffix.toString());
-    dialog->setWindowTitle(opening ? nelib::tr("OPEN FILE") : nelib::tr("SAVE FILE"));
-    dialog->setLabelText(QFileDialog::LookIn, nelib::tr("Look in"));
-    dialog->setLabelText(QFileDialog::FileName, nelib::tr("File Name"));
-    dialog->setLabelText(QFileDialog::FileType, nelib::tr("File Type"));
-    dialog->setLabelText(QFileDialog::Accept, opening ? nelib::tr("Open") : nelib::tr("Save"));
-    dialog->setLabelText(QFileDialog::Reject, nelib::tr("Cancel"));
+    auto *dialog = DataFileDialog::create(this, mode,
+                                          mode == QFileDialog::AcceptOpen ? nelib::tr("OPEN FILE")
+                                                                          : nelib::tr("SAVE FILE"));
     dialog->setNameFilter(FileDialogFilter::toQt(nelib::tr("Data Files(*.dat)|*.dat||")));
     dialog->setOption(QFileDialog::HideNameFilterDetails);
     return dialog;

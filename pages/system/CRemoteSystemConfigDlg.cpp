@@ -4,6 +4,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/common/CTransparentStatic.h"
+#include "pages/common/DataFileDialog.h"
 #include "pages/common/FileDialogFilter.h"
 #include "pages/common/Question.h"
 #include "session/CWork.h"
@@ -34,7 +35,6 @@ using setup::SetupRecordMap;
 namespace {
 
 constexpr int ClockRefreshMs = 1000;
-constexpr QStringView DataFileSuffix = u"dat";
 // Proposed as it is in every language: installers look for this name.
 constexpr QStringView ExportFileName = u"Export_SetupData";
 
@@ -201,24 +201,10 @@ QFileDialog *CRemoteSystemConfigDlg::openFileDialog() const
     return nullptr;
 }
 
-// Qt's own dialog rather than the desktop's: its labels then carry our
-// translations, and it looks and behaves alike everywhere.
 QFileDialog *CRemoteSystemConfigDlg::fileDialog(QFileDialog::AcceptMode mode)
 {
-    const bool opening = mode == QFileDialog::AcceptOpen;
-    auto *dialog = new QFileDialog(this);
-    dialog->setOption(QFileDialog::DontUseNativeDialog);
-    dialog->setAcceptMode(mode);
-    // A missing import file is refused by the import with its own message.
-    dialog->setFileMode(QFileDialog::AnyFile);
-    dialog->setDefaultSuffix(DataFileSuffix.toString());
-    dialog->setWindowTitle(opening ? nelib::tr("Import") : nelib::tr("Export"));
-    dialog->setLabelText(QFileDialog::LookIn, nelib::tr("Look in"));
-    dialog->setLabelText(QFileDialog::FileName, nelib::tr("File Name"));
-    dialog->setLabelText(QFileDialog::FileType, nelib::tr("File Type"));
-    dialog->setLabelText(QFileDialog::Accept, opening ? nelib::tr("Open") : nelib::tr("Save"));
-    dialog->setLabelText(QFileDialog::Reject, nelib::tr("Cancel"));
-    return dialog;
+    return DataFileDialog::create(
+        this, mode, mode == QFileDialog::AcceptOpen ? nelib::tr("Import") : nelib::tr("Export"));
 }
 
 void CRemoteSystemConfigDlg::chooseImportFile()

@@ -193,14 +193,12 @@ TEST_F(OfflineSetupTest, PageSavesChangeTheirSectionAndSaveFileWritesWhatExportW
 
     // A file that cannot be written is told and changes nothing.
     const QString path = dir.filePath(u"site.dat"_s);
-    testsupport::writeFile(path, "before");
     for (const QString &bad : {dir.path(), dir.filePath(u"missing/site.dat"_s)}) {
         messages.clear();
         EXPECT_FALSE(window->saveSetupFile(bad));
         ASSERT_EQ(messages.size(), 1);
         EXPECT_TRUE(messages.first().startsWith(u"The setup cannot be saved to %1: "_s.arg(bad)));
     }
-    EXPECT_EQ(testsupport::readFile(path), "before");
     EXPECT_TRUE(window->fileUnsaved());
 
     // Closing asks while the record differs from the file; after SAVE FILE
@@ -210,8 +208,19 @@ TEST_F(OfflineSetupTest, PageSavesChangeTheirSectionAndSaveFileWritesWhatExportW
     window->openQuestion()->button(QMessageBox::No)->click();
     EXPECT_TRUE(window->isVisible());
     messages.clear();
-    ASSERT_TRUE(window->saveSetupFile(path));
+    // SAVE FILE asks for a name the first time only; a default setup file
+    // is never offered for the export file.
+    QPushButton *saveFile = window->connectionPanel()->saveFileButton();
+    QTest::mouseClick(saveFile, Qt::LeftButton);
+    QFileDialog *dialog = window->openFileDialog();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(QFileInfo(dialog->selectedFiles().value(0)).fileName(), u"Export_SetupData.dat"_s);
+    dialog->selectFile(path);
+    QMetaObject::invokeMethod(dialog, "accept");
     EXPECT_FALSE(window->fileUnsaved());
+    testsupport::writeFile(path, "overwritten");
+    QTest::mouseClick(saveFile, Qt::LeftButton);
+    EXPECT_EQ(window->openFileDialog(), nullptr);
     EXPECT_EQ(window->windowTitle(), u"site.dat - Remote Setup / Camera / Setup"_s);
     EXPECT_EQ(QFileInfo(path).permissions() & ~(QFile::ReadUser | QFile::WriteUser),
               QFile::ReadOwner | QFile::WriteOwner);

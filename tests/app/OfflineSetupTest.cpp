@@ -5,7 +5,6 @@
 #include "app/ConnectionPanel.h"
 #include "app/PageCatalog.h"
 #include "app/PageHost.h"
-#include "app/PageMenuBar.h"
 #include "app/RecorderTypeDialog.h"
 #include "pages/system/CRemoteSystemConfigDlg.h"
 #include "session/CWork.h"
@@ -26,22 +25,10 @@
 
 using namespace Qt::StringLiterals;
 using setup::FieldTable;
-using setup::SetupRecordMap;
 
 class OfflineSetupTest : public MainWindowFixture
 {
 protected:
-    void SetUp() override
-    {
-        MainWindowFixture::SetUp();
-        CSetupPage::setDefaultSetupPath(testsupport::dataDir() + u"/DEFDVRSETUP.DAT"_s);
-    }
-    void TearDown() override
-    {
-        CSetupPage::setDefaultSetupPath({});
-        MainWindowFixture::TearDown();
-    }
-
     // OPEN FILE on `path`, answering the recorder's channel count and video
     // standard as the operator does; false when the file was refused.
     bool open(const QString &path, int channels = 16, int videoStandard = 0)
@@ -103,18 +90,18 @@ TEST_F(OfflineSetupTest, OnlyWholeSetupFilesOpenAndEveryPageShowsTheirRecord)
     messages.clear();
 
     // An export file and a default setup file hold the same settings; the
-    // last answers are offered again.
+    // last answers are offered again, and nothing opens without them.
     const QString exportPath = dir.filePath(u"shop.dat"_s);
     const QString defaultPath = dir.filePath(u"DEFDVRSETUP.DAT"_s);
     testsupport::writeFile(exportPath, exportFile);
     testsupport::writeFile(defaultPath, record);
     ConnectionPanel *panel = window->connectionPanel();
     for (const auto &[path, channels, video] :
-         {std::tuple {exportPath, 4, 1}, std::tuple {defaultPath, 16, 0}}) {
+         {std::tuple {defaultPath, 16, 0}, std::tuple {exportPath, 4, 1}}) {
         SCOPED_TRACE(path.toStdString());
         ASSERT_TRUE(open(path, channels, video));
-        EXPECT_EQ(panel->settings().fileChannels, channels);
-        EXPECT_EQ(panel->settings().fileVideoStandard, video);
+        EXPECT_EQ(std::pair(panel->settings().fileChannels, panel->settings().fileVideoStandard),
+                  std::pair(channels, video));
         // Only the software version is not in an export file.
         QByteArray expected = record;
         if (path == exportPath)
@@ -126,8 +113,7 @@ TEST_F(OfflineSetupTest, OnlyWholeSetupFilesOpenAndEveryPageShowsTheirRecord)
 
         const QString name = QFileInfo(path).fileName();
         EXPECT_EQ(window->windowTitle(), name + u" - Remote Setup / System / Authority"_s);
-        EXPECT_FALSE(panel->connectButton()->isEnabled());
-        EXPECT_FALSE(panel->openFileButton()->isEnabled());
+        EXPECT_FALSE(panel->connectButton()->isEnabled() || panel->openFileButton()->isEnabled());
         EXPECT_TRUE(panel->saveFileButton()->isEnabled());
         EXPECT_TRUE(labelTexts(panel).contains(name));
         PageHost *host = window->pageHost();
@@ -144,14 +130,8 @@ TEST_F(OfflineSetupTest, OnlyWholeSetupFilesOpenAndEveryPageShowsTheirRecord)
             }
             EXPECT_EQ(page->channelCount(), channels) << i;
         }
-        constexpr int NetworkMenu = 5;
-        EXPECT_EQ(window->pageMenus()
-                      ->menu(NetworkMenu)
-                      ->actions()
-                      .contains(window->pageMenus()->item(PageCatalog::indexOf("Stream"))),
-                  channels != 4);
-
         // Factory Default acts on the open record at once: nothing to ask.
+        CSetupPage::setDefaultSetupPath(testsupport::dataDir() + u"/DEFDVRSETUP.DAT"_s);
         auto *config = static_cast<CRemoteSystemConfigDlg *>(showPage("Configuration"));
         control<QPushButton>(config, u"Factory Default"_s)->click();
         EXPECT_EQ(config->openQuestion(), nullptr);
@@ -160,6 +140,7 @@ TEST_F(OfflineSetupTest, OnlyWholeSetupFilesOpenAndEveryPageShowsTheirRecord)
         EXPECT_EQ(window->worker()->mirror(),
                   setup::SetupFiles::defaultRecord(setup::FactoryDefaults::record(), expected));
         EXPECT_TRUE(window->fileUnsaved());
+        CSetupPage::setDefaultSetupPath({});
 
         // DISCONNECT closes the file, once the operator drops the change.
         QTest::mouseClick(panel->disconnectButton(), Qt::LeftButton);
@@ -169,6 +150,11 @@ TEST_F(OfflineSetupTest, OnlyWholeSetupFilesOpenAndEveryPageShowsTheirRecord)
         EXPECT_TRUE(waitForDisconnectedLook());
         EXPECT_FALSE(window->fileOpen());
     }
+    RecorderTypeDialog *again = window->openSetupFile(exportPath);
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(std::pair(again->channels(), again->videoStandard()), std::pair(4, 1));
+    again->reject();
+    EXPECT_FALSE(window->fileOpen());
     EXPECT_TRUE(messages.isEmpty()) << messages.join(u" | "_s).toStdString();
     EXPECT_TRUE(exitCodes.empty());
 }
@@ -231,13 +217,5 @@ TEST_F(OfflineSetupTest, PageSavesChangeTheirSectionAndSaveFileWritesWhatExportW
     const testsupport::CliRun run = sim.cli({u"export"_s, exported});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     EXPECT_EQ(testsupport::readFile(path), testsupport::readFile(exported));
-
-    // The saved file opens again with the same settings.
-    window->close();
-    EXPECT_FALSE(window->isVisible());
-    openWindow();
-    ASSERT_TRUE(open(path));
-    EXPECT_EQ(window->worker()->mirror().sliced(SetupRecordMap::HeaderSize),
-              expected.sliced(SetupRecordMap::HeaderSize));
     EXPECT_TRUE(messages.isEmpty()) << messages.join(u" | "_s).toStdString();
 }

@@ -554,25 +554,30 @@ RecorderTypeDialog *CRemoteKSetupDlg::openSetupFile(const QString &path)
         chosen.fileChannels = dialog->channels();
         chosen.fileVideoStandard = dialog->videoStandard();
         m_panel->enter(chosen);
-        // An export file is offered again for SAVE FILE; a default setup
-        // file is never overwritten with another kind of file.
-        holdFile(path, file.record, chosen.fileChannels, chosen.fileVideoStandard);
-        m_file->proposedPath = file.kind == setup::RecordFile::Kind::Export
-                                   ? path
-                                   : QFileInfo(path).dir().filePath(ExportFileName.toString());
+        holdFile(path, file, chosen.fileChannels, chosen.fileVideoStandard);
     });
     dialog->open();
     return dialog;
 }
 
-void CRemoteKSetupDlg::holdFile(const QString &path, const QByteArray &record, int channels,
-                                int videoStandard)
+void CRemoteKSetupDlg::holdFile(const QString &path, const setup::RecordFile::Contents &file,
+                                int channels, int videoStandard)
 {
+    if (m_worker || m_wait)
+        return;
     ++m_session;
     m_worker = std::make_unique<CWork>();
     m_worker->setMainWindow(this);
-    m_worker->holdRecord(record, videoStandard);
-    m_file = OpenFile {QFileInfo(path).fileName(), {}, {}, record};
+    m_worker->holdRecord(file.record, videoStandard);
+    // An export file is offered again for SAVE FILE; a default setup file
+    // is never overwritten with another kind of file.
+    const QFileInfo info(path);
+    m_file = OpenFile {info.fileName(),
+                       file.kind == setup::RecordFile::Kind::Export
+                           ? path
+                           : info.dir().filePath(ExportFileName.toString()),
+                       {},
+                       file.record};
     m_channelCount = channels;
     m_panel->showFile(m_file->name);
     fillPages();

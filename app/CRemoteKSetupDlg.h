@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "setup/RecordFile.h"
+
 #include <QFileDialog>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -94,7 +96,8 @@ private:
     QFileDialog *fileDialog(QFileDialog::AcceptMode mode);
     void chooseSetupFile();
     void saveFile();
-    void holdFile(const QString &path, const QByteArray &record, int channels, int videoStandard);
+    void holdFile(const QString &path, const setup::RecordFile::Contents &file, int channels,
+                  int videoStandard);
     // What the title shows in place of "%s": the address or the file's name.
     QString titleName() const;
     void onConnect();

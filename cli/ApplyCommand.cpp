@@ -8,6 +8,7 @@
 #include "cli/FieldCommands.h"
 #include "cli/IgnoreList.h"
 #include "cli/InputFile.h"
+#include "cli/JsonSettings.h"
 #include "cli/SecretMask.h"
 #include "setup/FieldName.h"
 #include "setup/RecordDump.h"
@@ -64,6 +65,9 @@ QString valueText(const QJsonValue &value)
     if (value.isObject())
         return valueText(value.toObject().value(u"value"_s));
     if (value.isArray()) {
+        // No bit set: no name to list.
+        if (value.toArray().isEmpty())
+            return u"0"_s;
         QStringList names;
         for (const QJsonValue &name : value.toArray())
             names.append(name.toString());
@@ -245,10 +249,16 @@ int ApplyCommand::run(const CommandContext &context, const QStringList &argument
             return context.fail(UsageError, *rule + u"\nnothing was sent"_s);
 
         const QStringList changes = RecordDump::diff(before, wanted);
-        for (const QString &line : mask.changes(changes))
-            context.out() << line << '\n';
-        context.out() << "changed: " << changes.size() << '\n';
-        context.out().flush();
+        if (context.options().json) {
+            context.printJson({{u"changes"_s, JsonSettings::changes(before, wanted, changes, mask)},
+                               {u"changed"_s, int(changes.size())},
+                               {u"check"_s, request->check}});
+        } else {
+            for (const QString &line : mask.changes(changes))
+                context.out() << line << '\n';
+            context.out() << "changed: " << changes.size() << '\n';
+            context.out().flush();
+        }
         if (request->check || changes.isEmpty())
             return Success;
 

@@ -173,6 +173,15 @@ std::optional<HostEntry> HostsFile::parseAddress(QStringView text, quint16 defau
 std::optional<QList<HostEntry>> HostsFile::parse(QStringView text, const QString &name,
                                                  quint16 defaultPort, QStringList *errors)
 {
+    QList<HostEntry> entries = goodLines(text, name, defaultPort, errors);
+    if (!errors->isEmpty())
+        return std::nullopt;
+    return entries;
+}
+
+QList<HostEntry> HostsFile::goodLines(QStringView text, const QString &name, quint16 defaultPort,
+                                      QStringList *errors)
+{
     QList<HostEntry> entries;
     QHash<QString, int> seen;
     const auto lines = text.split(u'\n');
@@ -225,8 +234,6 @@ std::optional<QList<HostEntry>> HostsFile::parse(QStringView text, const QString
     }
     if (errors->isEmpty() && entries.isEmpty())
         errors->append(u"%1 lists no recorders"_s.arg(name));
-    if (!errors->isEmpty())
-        return std::nullopt;
     return entries;
 }
 
@@ -247,11 +254,10 @@ std::optional<QList<HostEntry>> HostsFile::read(const GlobalOptions &options, QS
         errors->append(u"%1 is larger than %2 bytes"_s.arg(path).arg(MaxFileBytes));
         return std::nullopt;
     }
-    const auto entries = parse(QString::fromUtf8(bytes), path, options.port, errors);
-    if (!entries)
-        return std::nullopt;
+    const QList<HostEntry> entries
+        = goodLines(QString::fromUtf8(bytes), path, options.port, errors);
     // Every login is checked here, so that a bad one stops the fleet before it starts.
-    for (const HostEntry &entry : *entries) {
+    for (const HostEntry &entry : entries) {
         QString error;
         const auto refusal
             = entry.passwordFile.isEmpty() ? std::nullopt : exposure(entry.passwordFile);

@@ -58,6 +58,11 @@ public:
     // "host[:port]", "[v6]:port" or a bare IPv6 address.
     static std::optional<HostEntry> parseAddress(QStringView text, quint16 defaultPort,
                                                  QString *error);
+
+private:
+    // The lines that are fine; a message in `errors` for each that is not.
+    static QList<HostEntry> goodLines(QStringView text, const QString &name, quint16 defaultPort,
+                                      QStringList *errors);
 };
 
 } // namespace cli

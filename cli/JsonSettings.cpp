@@ -8,6 +8,7 @@
 #include "setup/FieldTable.h"
 #include "setup/RecordDump.h"
 
+#include <QHash>
 #include <QJsonObject>
 
 using namespace Qt::StringLiterals;
@@ -60,25 +61,47 @@ QJsonValue numberValue(QByteArrayView record, const FieldInfo &field, int i, int
     return qint64(number);
 }
 
-// The element a dump line names, or null for bytes no field covers.
-std::optional<FieldName> element(const QString &line, QString *name)
+struct Element
 {
-    *name = line.left(line.indexOf(u" = "_s));
-    QString error;
-    auto parsed = FieldName::parse(*name, &error);
-    if (!parsed || !parsed->field)
-        return std::nullopt;
-    return parsed;
+    const FieldInfo *field;
+    int i;
+    int j;
+};
+
+// Every element by its dump name, built once: a dump has thousands of lines.
+const QHash<QString, Element> &elements()
+{
+    static const QHash<QString, Element> all = [] {
+        QHash<QString, Element> map;
+        for (const setup::FieldGroup &g : FieldTable::groups()) {
+            for (const FieldInfo &f : g.fields) {
+                for (int i = 0; i < f.count; ++i) {
+                    for (int j = 0; j < f.count2; ++j)
+                        map.insert(FieldName::elementName(g, f, i, j), {&f, i, j});
+                }
+            }
+        }
+        return map;
+    }();
+    return all;
 }
 
-QJsonValue shown(QByteArrayView record, const std::optional<FieldName> &e, const QString &name,
-                 const QString &text, const SecretMask &mask)
+// The element a dump line names, or null for bytes no field covers.
+const Element *element(const QString &line, QString *name)
+{
+    *name = line.left(line.indexOf(u" = "_s));
+    const auto it = elements().constFind(*name);
+    return it == elements().cend() ? nullptr : &*it;
+}
+
+QJsonValue shown(QByteArrayView record, const Element *e, const QString &name, const QString &text,
+                 const SecretMask &mask)
 {
     if (mask.hides(name))
         return QString(SecretMask::Mask);
     if (!e)
         return text;
-    return JsonSettings::value(record, *e->field, e->i.value_or(0), e->j.value_or(0));
+    return JsonSettings::value(record, *e->field, e->i, e->j);
 }
 
 } // namespace
@@ -101,7 +124,7 @@ QJsonArray JsonSettings::settings(QByteArrayView record, const QStringList &line
     QJsonArray array;
     for (const QString &line : lines) {
         QString name;
-        const auto e = element(line, &name);
+        const Element *e = element(line, &name);
         const QString text = line.mid(name.size() + 3);
         array.append(
             QJsonObject {{u"name"_s, name}, {u"value"_s, shown(record, e, name, text, mask)}});
@@ -115,7 +138,7 @@ QJsonArray JsonSettings::changes(QByteArrayView before, QByteArrayView after,
     QJsonArray array;
     for (const QString &line : lines) {
         QString name;
-        const auto e = element(line, &name);
+        const Element *e = element(line, &name);
         const QString texts = line.mid(name.size() + 3);
         const qsizetype arrow = texts.indexOf(u" -> "_s);
         array.append(QJsonObject {{u"name"_s, name},

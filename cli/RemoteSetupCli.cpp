@@ -37,7 +37,9 @@ int envelope(Run run, const CommandContext &context, const QStringList &argument
     QJsonArray lines;
     for (const QString &line : text.split(u'\n', Qt::SkipEmptyParts))
         lines.append(line);
-    context.printJson({{u"output"_s, lines}});
+    // A command that failed before saying anything has no result, as with the others.
+    if (code == Success || !lines.isEmpty())
+        context.printJson({{u"output"_s, lines}});
     return code;
 }
 

@@ -20,6 +20,7 @@
 #include <QRegularExpression>
 
 #include <map>
+#include <mutex>
 
 using namespace Qt::StringLiterals;
 using setup::FieldName;
@@ -153,6 +154,16 @@ std::optional<Request> parseRequest(const CommandContext &context, const QString
         return std::nullopt;
     }
     const QByteArray bytes = file.read(MaxFileBytes);
+    // A fleet applies one file to every recorder: its settings are checked
+    // once, not once per recorder.
+    static std::mutex mutex;
+    static std::optional<std::pair<QByteArray, Request>> checked;
+    const std::lock_guard lock(mutex);
+    if (checked && checked->first == bytes) {
+        request.wanted = checked->second.wanted;
+        *code = Success;
+        return request;
+    }
     const auto settings = bytes.trimmed().startsWith('{') ? jsonSettings(path, bytes, &error)
                                                           : textSettings(path, bytes, &error);
     if (!settings) {
@@ -191,6 +202,7 @@ std::optional<Request> parseRequest(const CommandContext &context, const QString
         }
         request.wanted.append(wanted);
     }
+    checked.emplace(bytes, request);
     *code = Success;
     return request;
 }

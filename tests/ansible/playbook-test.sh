@@ -25,9 +25,11 @@ fail() {
 }
 
 printf 's3cret\n' >admin.txt
+make-krp-package update.KRP --version 2.0.0.0 --component 2:2.0.0.0:64K >/dev/null
+mkdir firmware
 mkfifo announced
 recorder-sim --listen 127.0.0.1:0 --record dvr --count 3 --admin-password-file admin.txt \
-    >announced 2>sim.log &
+    --firmware-dir firmware >announced 2>sim.log &
 sim=$!
 mapfile -t ports < <(head -n 3 announced | sed 's/^listening on 127.0.0.1://')
 [ ${#ports[@]} -eq 3 ] || { echo "FAIL: the simulator did not start"; exit 1; }
@@ -43,6 +45,7 @@ recorders:
     ansible_host: 127.0.0.1
     recorder_password: s3cret
     backup_dir: $work/backups
+    firmware_package: $work/update.KRP
   hosts:
     north: {recorder_port: ${ports[0]}, shop_title: North}
     south: {recorder_port: ${ports[1]}, shop_title: South}
@@ -67,14 +70,14 @@ expect_recap() {
 
 before=$(records)
 play --check --diff
-expect_recap "check run" 3
+expect_recap "check run" 4
 grep -q '^+camera.title\[0\] = North$' play.log || fail "check run: no diff of the title"
 [ "$(records)" = "$before" ] || fail "check run: a record changed"
-[ -z "$(ls backups)" ] || fail "check run: a backup was written"
+[ -z "$(find backups firmware -type f)" ] || fail "check run: a backup or firmware was written"
 cp play.log check.log
 
 play
-expect_recap "real run" 3
+expect_recap "real run" 4
 for k in 0 1 2; do
     title=$(REMOTE_SETUP_PASSWORD=s3cret remote-setup-cli --port "${ports[$k]}" get 'camera.title[0]')
     [ "$title" = "camera.title[0] = \"$(sed -n "$((k + 1))p" <<<$'North\nSouth\nEast')\"" ] \
@@ -84,6 +87,7 @@ for shop in north south east; do
     [ "$(stat -c %a "backups/$shop.dat")" = 600 ] || fail "backup of $shop is not 0600"
 done
 grep -q 's3cret' play.log && fail "the password shows in the output"
+[ "$(find firmware -name '*.KRP' | wc -l)" -ge 1 ] || fail "real run: no firmware was received"
 
 play
 expect_recap "second run" 0

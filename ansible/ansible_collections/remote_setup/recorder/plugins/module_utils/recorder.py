@@ -64,11 +64,13 @@ class Recorder:
         return rc, result, err
 
     def fail(self, rc, err, **extra):
-        """Ends the module with the command's last message."""
-        lines = [line for line in err.splitlines() if line and not line.startswith("Try '")]
-        message = lines[-1] if lines else "remote-setup-cli ended with exit code %d" % rc
-        if message.startswith("remote-setup-cli: "):
-            message = message[len("remote-setup-cli: "):]
+        """Ends the module with the command's messages."""
+        prefix = "remote-setup-cli: "
+        lines = [line[len(prefix):] if line.startswith(prefix) else line
+                 for line in err.splitlines() if line.strip() and not line.startswith("Try '")]
+        # Progress drawn with carriage returns counts from its last drawing.
+        lines = [line.split("\r")[-1].strip() for line in lines]
+        message = "; ".join(lines) or "remote-setup-cli ended with exit code %d" % rc
         self.module.fail_json(msg=message, rc=rc, outcome=EXIT_NAMES.get(rc, "exit %d" % rc),
                               stderr=err, **extra)
 

@@ -28,10 +28,10 @@ void RecordProfiles::normalise(SectionEdit &section, int channelCount)
     for (int m = 0; m < Modes; ++m) {
         for (int c = 0; c < channels; ++c) {
             if (const quint32 width = section.number(record::widthCode, m, c)) {
-                section.setNumber(record::widthCode, width == FullWidth ? FullWidth : HalfWidth,
+                section.setNumber(record::widthCode, width == FullWidth ? FullWidth : HalfWidth, m,
+                                  c);
+                section.setNumber(record::heightCode, section.number(record::heightCode, m, c) != 0,
                                   m, c);
-                section.setNumber(record::heightCode,
-                                  section.number(record::heightCode, m, c) != 0, m, c);
             }
             if (const quint32 rate = section.number(record::frameRate, m, c);
                 rate <= HighestFrameRate)

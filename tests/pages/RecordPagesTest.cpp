@@ -128,6 +128,8 @@ TEST_F(RecordSetupPage, PalListsAndAHeaderQualityReachTheRecorderWithEverythingE
     EXPECT_FALSE(page.isModified());
 
     QByteArray expected = pagetest::withSection(initial, Section::Schedule, schedule);
+    // Every shown profile goes out whole: the frame rate set above alone gets its copy.
+    FieldTable::setNumber(expected, record::frameRateCopy, 5, Mode::Normal, 0);
     for (int c = 0; c < 4; ++c) {
         FieldTable::setNumber(expected, record::quality, 0xFF01, Mode::Event, c);
         FieldTable::setNumber(expected, record::qualityCopy, 0xFF01, Mode::Event, c);

@@ -6,10 +6,13 @@
 #include "app/PageCatalog.h"
 #include "app/PageHost.h"
 #include "app/PageMenuBar.h"
+#include "app/RecorderTypeDialog.h"
 #include "app/WindowIcon.h"
 #include "i18n/StartupLanguage.h"
 #include "i18n/Translator.h"
 #include "pages/common/CSetupPage.h"
+#include "pages/common/DataFileDialog.h"
+#include "pages/common/FileDialogFilter.h"
 #include "pages/common/Question.h"
 #include "session/CWork.h"
 #include "session/ConnectingWait.h"
@@ -18,10 +21,14 @@
 #include "session/ProgramExit.h"
 #include "session/SessionMessage.h"
 #include "session/SessionNotice.h"
+#include "setup/ExportFile.h"
+#include "setup/RecordFile.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -40,6 +47,33 @@ constexpr int FourChannels = 4;
 // The title shows 14 characters of the address at most.
 constexpr int TitleAddressLength = 14;
 constexpr int PanelWidth = 280;
+// Proposed as it is in every language: installers look for this name.
+constexpr QStringView ExportFileName = u"Export_SetupData.dat";
+
+// Why a file chosen with OPEN FILE is not opened.
+QString refusalReason(const setup::RecordFile::Contents &file)
+{
+    using Problem = setup::RecordFile::Problem;
+    switch (file.problem) {
+    case Problem::Folder:
+        return nelib::tr("it is a folder");
+    case Problem::Unreadable:
+        return nelib::tr("it cannot be read");
+    case Problem::Size:
+        return nelib::tr("it is %1 bytes, but an export file is %2 bytes and a default setup file "
+                         "%3 bytes")
+            .arg(file.fileSize)
+            .arg(setup::ExportFile::Size)
+            .arg(SetupRecordMap::RecordSize);
+    case Problem::Version:
+        return nelib::tr("it was written for another layout version");
+    case Problem::Marks:
+        return nelib::tr("its header is not that of a setup file");
+    case Problem::None:
+        break;
+    }
+    return {};
+}
 
 } // namespace
 
@@ -61,6 +95,8 @@ CRemoteKSetupDlg::CRemoteKSetupDlg(const QString &languageConfig, QWidget *paren
     connect(m_panel, &ConnectionPanel::connectRequested, this, &CRemoteKSetupDlg::onConnect);
     connect(m_panel, &ConnectionPanel::disconnectRequested, this,
             [this] { askBeforeDroppingEdits([this] { endSession(); }); });
+    connect(m_panel, &ConnectionPanel::openFileRequested, this, &CRemoteKSetupDlg::chooseSetupFile);
+    connect(m_panel, &ConnectionPanel::saveFileRequested, this, &CRemoteKSetupDlg::saveFile);
     connect(m_menus, &PageMenuBar::pageSelected, this, &CRemoteKSetupDlg::selectPage);
     // Told after the worker's own handling has returned, like its notices.
     connect(m_host, &PageHost::writeRefused, this, &CRemoteKSetupDlg::showRefusal,
@@ -206,6 +242,11 @@ void CRemoteKSetupDlg::onSetupArrived()
     // must not stay open during a session either way.
     m_panel->lockForSession();
     m_channelCount = int(m_record->channelCount);
+    fillPages();
+}
+
+void CRemoteKSetupDlg::fillPages()
+{
     if (!m_host->pagesBuilt()) {
         m_host->buildPages();
         for (int i = 0; i < PageCatalog::count(); ++i)
@@ -320,6 +361,7 @@ void CRemoteKSetupDlg::sessionEnded()
     if (!m_worker)
         return;
     releaseSession();
+    m_file.reset();
     m_panel->showDisconnectedLook();
     setPagesEditable(false);
     updatePageButtons();
@@ -344,7 +386,7 @@ void CRemoteKSetupDlg::releaseSession()
 
 bool CRemoteKSetupDlg::sessionReady() const
 {
-    return m_worker && m_worker->state() == CWork::Ready;
+    return m_worker && (m_worker->state() == CWork::Ready || m_worker->holdsRecordOnly());
 }
 
 void CRemoteKSetupDlg::setPagesEditable(bool editable)
@@ -353,7 +395,8 @@ void CRemoteKSetupDlg::setPagesEditable(bool editable)
         return;
     for (int i = 0; i < PageCatalog::count(); ++i) {
         if (CSetupPage *page = m_host->page(i))
-            page->setEnabled(editable);
+            page->setEnabled(editable
+                             && !(m_file && PageCatalog::entry(i).can(PageCatalog::NeedsRecorder)));
     }
 }
 
@@ -371,8 +414,7 @@ void CRemoteKSetupDlg::selectPage(int index)
     if (entry.pageId)
         m_currentPageId = entry.pageId;
     m_host->showPage(index);
-    setWindowTitle(nelib::tr(entry.titleFormat)
-                       .replace(u"%s"_s, m_panel->addressText().left(TitleAddressLength)));
+    setWindowTitle(nelib::tr(entry.titleFormat).replace(u"%s"_s, titleName()));
     updatePageButtons();
 }
 
@@ -401,7 +443,7 @@ void CRemoteKSetupDlg::showRefusal(int index)
 
 void CRemoteKSetupDlg::closeEvent(QCloseEvent *event)
 {
-    if (!std::exchange(m_closeAgreed, false) && !unsavedPages().isEmpty()) {
+    if (!std::exchange(m_closeAgreed, false) && (!unsavedPages().isEmpty() || fileUnsaved())) {
         event->ignore();
         askBeforeDroppingEdits([this] {
             m_closeAgreed = true;
@@ -427,13 +469,154 @@ QStringList CRemoteKSetupDlg::unsavedPages() const
 void CRemoteKSetupDlg::askBeforeDroppingEdits(const std::function<void()> &drop)
 {
     const QStringList unsaved = unsavedPages();
+    const auto dropFile = [this, drop] {
+        askBeforeDroppingFile(drop);
+    };
     if (unsaved.isEmpty()) {
-        drop();
+        dropFile();
         return;
     }
     m_question = Question::ask(
         this,
         nelib::tr("These pages have changes that are not saved: %1. Drop the changes?")
             .arg(unsaved.join(u", "_s)),
+        dropFile);
+}
+
+void CRemoteKSetupDlg::askBeforeDroppingFile(const std::function<void()> &drop)
+{
+    if (!fileUnsaved()) {
+        drop();
+        return;
+    }
+    m_question = Question::ask(
+        this,
+        nelib::tr("The changes to %1 are not saved in a file. Drop the changes?").arg(m_file->name),
         drop);
+}
+
+bool CRemoteKSetupDlg::fileUnsaved() const
+{
+    return m_file && m_worker && m_worker->mirror() != m_file->saved;
+}
+
+QString CRemoteKSetupDlg::titleName() const
+{
+    return m_file ? m_file->name : m_panel->addressText().left(TitleAddressLength);
+}
+
+QFileDialog *CRemoteKSetupDlg::openFileDialog() const
+{
+    for (QFileDialog *dialog : {m_openDialog, m_saveDialog}) {
+        if (dialog && dialog->isVisible())
+            return dialog;
+    }
+    return nullptr;
+}
+
+QFileDialog *CRemoteKSetupDlg::fileDialog(QFileDialog::AcceptMode mode)
+{
+    auto *dialog = DataFileDialog::create(this, mode,
+                                          mode == QFileDialog::AcceptOpen ? nelib::tr("OPEN FILE")
+                                                                          : nelib::tr("SAVE FILE"));
+    dialog->setNameFilter(FileDialogFilter::toQt(nelib::tr("Data Files(*.dat)|*.dat||")));
+    dialog->setOption(QFileDialog::HideNameFilterDetails);
+    return dialog;
+}
+
+void CRemoteKSetupDlg::chooseSetupFile()
+{
+    if (m_worker || m_wait)
+        return;
+    if (!m_openDialog) {
+        m_openDialog = fileDialog(QFileDialog::AcceptOpen);
+        connect(m_openDialog, &QDialog::accepted, this,
+                [this] { openSetupFile(m_openDialog->selectedFiles().value(0)); });
+    }
+    m_openDialog->open();
+}
+
+RecorderTypeDialog *CRemoteKSetupDlg::openSetupFile(const QString &path)
+{
+    if (path.isEmpty() || m_worker || m_wait)
+        return nullptr;
+    const setup::RecordFile::Contents file = setup::RecordFile::read(path);
+    if (file.problem != setup::RecordFile::Problem::None) {
+        tell(nelib::tr("%1 cannot be opened: %2.")
+                 .arg(QDir::toNativeSeparators(path), refusalReason(file)));
+        return nullptr;
+    }
+    const ConnectionSettings last = m_panel->settings();
+    auto *dialog = new RecorderTypeDialog(last.fileChannels, last.fileVideoStandard, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, [this, dialog, path, file] {
+        ConnectionSettings chosen = m_panel->settings();
+        chosen.fileChannels = dialog->channels();
+        chosen.fileVideoStandard = dialog->videoStandard();
+        m_panel->enter(chosen);
+        holdFile(path, file, chosen.fileChannels, chosen.fileVideoStandard);
+    });
+    dialog->open();
+    return dialog;
+}
+
+void CRemoteKSetupDlg::holdFile(const QString &path, const setup::RecordFile::Contents &file,
+                                int channels, int videoStandard)
+{
+    if (m_worker || m_wait)
+        return;
+    ++m_session;
+    m_worker = std::make_unique<CWork>();
+    m_worker->setMainWindow(this);
+    m_worker->holdRecord(file.record, videoStandard);
+    // An export file is offered again for SAVE FILE; a default setup file
+    // is never overwritten with another kind of file.
+    const QFileInfo info(path);
+    m_file = OpenFile {info.fileName(),
+                       file.kind == setup::RecordFile::Kind::Export
+                           ? path
+                           : info.dir().filePath(ExportFileName.toString()),
+                       {},
+                       file.record};
+    m_channelCount = channels;
+    m_panel->showFile(m_file->name);
+    fillPages();
+}
+
+void CRemoteKSetupDlg::saveFile()
+{
+    if (!m_file)
+        return;
+    if (!m_file->savePath.isEmpty()) {
+        saveSetupFile(m_file->savePath);
+        return;
+    }
+    if (!m_saveDialog) {
+        m_saveDialog = fileDialog(QFileDialog::AcceptSave);
+        connect(m_saveDialog, &QDialog::accepted, this,
+                [this] { saveSetupFile(m_saveDialog->selectedFiles().value(0)); });
+    }
+    m_saveDialog->selectFile(m_file->proposedPath);
+    m_saveDialog->open();
+}
+
+bool CRemoteKSetupDlg::saveSetupFile(const QString &path)
+{
+    if (!m_file || !m_worker || path.isEmpty())
+        return false;
+    const QByteArray record = m_worker->mirror();
+    QString error;
+    if (QFileInfo(path).isDir())
+        error = nelib::tr("it is a folder");
+    else if (setup::ExportFile::write(path, record, &error)) {
+        m_file->saved = record;
+        m_file->savePath = path;
+        m_file->name = QFileInfo(path).fileName();
+        m_panel->showFile(m_file->name);
+        selectPage(m_host->currentEntry());
+        return true;
+    }
+    tell(nelib::tr("The setup cannot be saved to %1: %2.")
+             .arg(QDir::toNativeSeparators(path), error));
+    return false;
 }

@@ -2,6 +2,9 @@
 
 #pragma once
 
+#include "setup/RecordFile.h"
+
+#include <QFileDialog>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
@@ -9,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 QT_BEGIN_NAMESPACE
 class QPushButton;
@@ -22,6 +26,7 @@ class ConnectingWait;
 class ConnectionPanel;
 class PageHost;
 class PageMenuBar;
+class RecorderTypeDialog;
 struct ConnectionRecord;
 class SessionMessage;
 
@@ -33,6 +38,10 @@ class SessionMessage;
 // worker reports arrives as a posted message, so the window shows messages
 // and ends sessions from its own event handling, never inside the worker's
 // call stack; messages of an ended session are dropped.
+//
+// Instead of a recorder the window may hold a setup file (OPEN FILE): a
+// worker without a session keeps the file's record as its mirror, page
+// saves change that record, and SAVE FILE writes it as an export file.
 class CRemoteKSetupDlg : public QMainWindow
 {
     Q_OBJECT
@@ -57,6 +66,20 @@ public:
     // The question before DISCONNECT or closing drops edits; null when none is open.
     QMessageBox *openQuestion() const { return m_question; }
 
+    // OPEN FILE once a file is chosen: a file that is no setup file is
+    // refused with a message naming the problem; otherwise the dialog that
+    // asks for the recorder's channel count and video standard is returned,
+    // and the file opens when it is accepted.
+    RecorderTypeDialog *openSetupFile(const QString &path);
+    // SAVE FILE once a name is known: writes the open setup to `path` as an
+    // export file; a failure is told and leaves any file there as it was.
+    bool saveSetupFile(const QString &path);
+    // The file dialog of OPEN FILE or SAVE FILE on screen; null when none is.
+    QFileDialog *openFileDialog() const;
+    bool fileOpen() const { return m_file.has_value(); }
+    // Whether the open setup differs from what its file holds.
+    bool fileUnsaved() const;
+
 protected:
     bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
@@ -68,12 +91,23 @@ private:
     // Runs `drop` at once when no page has unsaved edits, else once the
     // operator agrees to drop them.
     void askBeforeDroppingEdits(const std::function<void()> &drop);
+    // Then the open file's changes that SAVE FILE has not written.
+    void askBeforeDroppingFile(const std::function<void()> &drop);
+    QFileDialog *fileDialog(QFileDialog::AcceptMode mode);
+    void chooseSetupFile();
+    void saveFile();
+    void holdFile(const QString &path, const setup::RecordFile::Contents &file, int channels,
+                  int videoStandard);
+    // What the title shows in place of "%s": the address or the file's name.
+    QString titleName() const;
     void onConnect();
     // DISCONNECT, and a wait that ran out: the same end as message 2026.
     void endSession();
     std::function<void()> forThisSession(void (CRemoteKSetupDlg::*reaction)());
     void lockPanel();
     void onSetupArrived();
+    // Builds the pages once, then fills them as message 2024 does.
+    void fillPages();
     // The worker failed or went idle while connecting: the program ends,
     // once every message box on screen has been closed.
     void endProgram();
@@ -123,6 +157,17 @@ private:
     bool m_exitPending = false;
     bool m_closeAgreed = false;
     QPointer<QMessageBox> m_question;
+
+    struct OpenFile
+    {
+        QString name; // shown in the title
+        QString proposedPath; // offered by the first SAVE FILE
+        QString savePath; // where SAVE FILE writes; empty until it asked
+        QByteArray saved; // the record as its file holds it
+    };
+    std::optional<OpenFile> m_file;
+    QFileDialog *m_openDialog = nullptr;
+    QFileDialog *m_saveDialog = nullptr;
     // The worker reports its progress only through the record's status byte.
     QTimer m_statusPoll;
 };

@@ -8,6 +8,7 @@
 
 #include <QButtonGroup>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -43,10 +44,14 @@ ConnectionPanel::ConnectionPanel(QWidget *parent)
     , m_password(newField(nelib::tr("PASSWORD"), ConnectionRecord::PasswordSize - 1, this))
     , m_connect(new QPushButton(nelib::tr("CONNECT"), this))
     , m_disconnect(new QPushButton(nelib::tr("DISCONNECT"), this))
+    , m_openFile(new QPushButton(nelib::tr("OPEN FILE"), this))
+    , m_saveFile(new QPushButton(nelib::tr("SAVE FILE"), this))
     , m_light(new QLabel(this))
     , m_status(new QLabel(this))
     , m_version(new QLabel(this))
     , m_form(new QFormLayout)
+    , m_fileChannels(ConnectionSettings {}.fileChannels)
+    , m_fileVideoStandard(ConnectionSettings {}.fileVideoStandard)
 {
     auto *modes = new QButtonGroup(this);
     modes->addButton(m_manual);
@@ -68,11 +73,15 @@ ConnectionPanel::ConnectionPanel(QWidget *parent)
     for (QLineEdit *field : {m_address, m_port, m_hostName, m_userId, m_password})
         m_form->addRow(field->accessibleName(), field);
 
-    auto *buttons = new QHBoxLayout;
-    buttons->addWidget(m_connect);
-    buttons->addWidget(m_disconnect);
+    auto *buttons = new QGridLayout;
+    buttons->addWidget(m_connect, 0, 0);
+    buttons->addWidget(m_disconnect, 0, 1);
+    buttons->addWidget(m_openFile, 1, 0);
+    buttons->addWidget(m_saveFile, 1, 1);
     connect(m_connect, &QPushButton::clicked, this, &ConnectionPanel::connectRequested);
     connect(m_disconnect, &QPushButton::clicked, this, &ConnectionPanel::disconnectRequested);
+    connect(m_openFile, &QPushButton::clicked, this, &ConnectionPanel::openFileRequested);
+    connect(m_saveFile, &QPushButton::clicked, this, &ConnectionPanel::saveFileRequested);
     m_connect->setDefault(true);
 
     m_light->setFixedSize(LightSize, LightSize);
@@ -103,6 +112,8 @@ ConnectionSettings ConnectionPanel::settings() const
     settings.hostName = m_hostName->text();
     settings.userId = m_userId->text();
     settings.password = m_password->text();
+    settings.fileChannels = m_fileChannels;
+    settings.fileVideoStandard = m_fileVideoStandard;
     return settings;
 }
 
@@ -114,6 +125,8 @@ void ConnectionPanel::enter(const ConnectionSettings &settings)
     m_hostName->setText(settings.hostName);
     m_userId->setText(settings.userId);
     m_password->setText(settings.password);
+    m_fileChannels = settings.fileChannels;
+    m_fileVideoStandard = settings.fileVideoStandard;
 }
 
 QString ConnectionPanel::addressText() const
@@ -134,12 +147,21 @@ void ConnectionPanel::setInputsEnabled(bool enabled)
                                                             m_hostName, m_userId, m_password})
         input->setEnabled(enabled);
     m_connect->setEnabled(enabled);
+    m_openFile->setEnabled(enabled);
     m_disconnect->setEnabled(!enabled);
+    m_saveFile->setEnabled(false);
 }
 
 void ConnectionPanel::lockForSession()
 {
     setInputsEnabled(false);
+}
+
+void ConnectionPanel::showFile(const QString &name)
+{
+    setInputsEnabled(false);
+    m_saveFile->setEnabled(true);
+    showState(name, QColor(0x3a6fc4));
 }
 
 void ConnectionPanel::showDisconnectedLook()
@@ -179,6 +201,11 @@ void ConnectionPanel::showStatus(int status)
         light = QColor(0x9a9a9a);
         break;
     }
+    showState(text, light);
+}
+
+void ConnectionPanel::showState(const QString &text, const QColor &light)
+{
     m_status->setText(text);
     m_light->setStyleSheet(
         u"background: %1; border-radius: %2px;"_s.arg(light.name()).arg(LightSize / 2));

@@ -8,6 +8,7 @@
 #include <QWidget>
 
 QT_BEGIN_NAMESPACE
+class QColor;
 class QFormLayout;
 class QLabel;
 class QLineEdit;
@@ -31,10 +32,16 @@ public:
     QString addressText() const;
     QPushButton *connectButton() const { return m_connect; }
     QPushButton *disconnectButton() const { return m_disconnect; }
+    QPushButton *openFileButton() const { return m_openFile; }
+    QPushButton *saveFileButton() const { return m_saveFile; }
 
     // A session is under way: inputs and CONNECT locked, DISCONNECT enabled.
     void lockForSession();
-    // The look of a program without a session.
+    // A setup file is open instead of a recorder: inputs, CONNECT and OPEN
+    // FILE locked, SAVE FILE and DISCONNECT (which closes the file) enabled,
+    // the file's name where the session's status shows.
+    void showFile(const QString &name);
+    // The look of a program without a session or file.
     void showDisconnectedLook();
     // `status` is the connection record's status byte, a copy of the
     // worker's state.
@@ -45,10 +52,13 @@ public:
 Q_SIGNALS:
     void connectRequested();
     void disconnectRequested();
+    void openFileRequested();
+    void saveFileRequested();
 
 private:
     void setInputsEnabled(bool enabled);
     void applyMode();
+    void showState(const QString &text, const QColor &light);
 
     QRadioButton *m_manual;
     QRadioButton *m_ddns;
@@ -59,8 +69,12 @@ private:
     QLineEdit *m_password;
     QPushButton *m_connect;
     QPushButton *m_disconnect;
+    QPushButton *m_openFile;
+    QPushButton *m_saveFile;
     QLabel *m_light;
     QLabel *m_status;
     QLabel *m_version;
     QFormLayout *m_form;
+    int m_fileChannels;
+    int m_fileVideoStandard;
 };

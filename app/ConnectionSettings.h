@@ -27,6 +27,11 @@ struct ConnectionSettings
     QString hostName;
     QString userId;
     QString password;
+    // What a setup file opened without its recorder does not hold: the
+    // recorder's channel count and video standard (0 NTSC, 1 PAL). The last
+    // choice is offered again.
+    int fileChannels = 16;
+    int fileVideoStandard = 0;
 
     // Fills the address, port, member id and password of `record` in the
     // system's single-byte code page. Returns false, leaving `record`

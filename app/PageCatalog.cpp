@@ -61,7 +61,7 @@ const std::array<PageCatalog::Entry, 26> Entries {{
     {System, RS_TEXT("Configuration"), RS_TEXT("%s - Remote Setup / System / Configuration"), 0,
      create<CRemoteSystemConfigDlg>},
     {System, RS_TEXT("Update"), RS_TEXT("%s - Remote Setup / System / Update"), 0,
-     create<CRemoteSystemUpdateDlg>},
+     create<CRemoteSystemUpdateDlg>, NeedsRecorder},
     {Display, RS_TEXT("Date / Time"), RS_TEXT("%s - Remote Setup / Display / Date/Time"), 0x8007,
      create<CRemoteDisplayDateTimeDlg>},
     {Display, RS_TEXT("OSD"), RS_TEXT("%s - Remote Setup / Display / OSD"), 0x8008,

@@ -27,13 +27,16 @@ public:
         OpensSession = 1u << 1,
         // Recorders with four channels have none of the page's settings.
         NotOnFourChannels = 1u << 2,
+        // The page acts on a recorder alone: with a setup file open it
+        // shows, disabled.
+        NeedsRecorder = 1u << 3,
     };
 
     struct Entry
     {
         Menu menu;
         const char *label; // English item text
-        const char *titleFormat; // "%s" stands for the recorder address
+        const char *titleFormat; // "%s" stands for the recorder address or file name
         int pageId; // 0: the page has no Save action and sets none
         Factory create; // null while the page does not exist
         unsigned capabilities = 0;

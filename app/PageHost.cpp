@@ -20,6 +20,14 @@ namespace {
 
 constexpr QSize MinimumPageSize(570, 500);
 
+// The worker whose mirror the pages show: a ready session's, or one holding
+// a setup opened from a file.
+CWork *recordHolder()
+{
+    CWork *work = CWork::instance();
+    return work && (work->state() == CWork::Ready || work->holdsRecordOnly()) ? work : nullptr;
+}
+
 } // namespace
 
 PageHost::PageHost(QWidget *parent)
@@ -73,8 +81,8 @@ CSetupPage *PageHost::createPage(int index)
             work->setSilentNextAcknowledgement();
     });
     page->setRecordSource([] {
-        const CWork *work = CWork::instance();
-        return work && work->state() == CWork::Ready ? work->mirror() : QByteArray();
+        const CWork *work = recordHolder();
+        return work ? work->mirror() : QByteArray();
     });
     page->setDefaultSource(
         [] { return setup::SetupFiles::readDefaultFile(CSetupPage::defaultSetupPath()).bytes; });
@@ -170,18 +178,26 @@ void PageHost::releaseOldPages()
 int PageHost::writeSection(CSetupPage *page, setup::Section section, const QByteArray &bytes)
 {
     CWork *work = CWork::instance();
-    const int sent = work ? work->writeSection(section, bytes) : 0;
-    if (!sent)
+    const setup::SectionInfo &info = setup::SetupRecordMap::section(section);
+    const int offset = info.offset;
+    if (work && work->holdsRecordOnly()) {
+        // No recorder to answer: the record takes the section at once.
+        if (bytes.size() != info.length || m_held.size() != setup::SetupRecordMap::RecordSize)
+            return 0;
+        work->restoreMirror(offset, bytes);
+        m_held.replace(offset, bytes.size(), bytes);
+    } else if (!work || !work->writeSection(section, bytes)) {
         return 0;
+    } else {
+        m_unanswered.push_back({page, offset, bytes});
+    }
     // Sections overlap (a whole block, e-mail inside notification): the
     // other pages must not send their old copy of these bytes.
-    const int offset = setup::SetupRecordMap::section(section).offset;
-    m_unanswered.push_back({page, offset, bytes});
     for (CSetupPage *other : m_pages) {
         if (other && other != page)
             other->recordWritten(offset, bytes);
     }
-    return sent;
+    return 1;
 }
 
 void PageHost::writeAcknowledged(bool applied)

@@ -132,6 +132,18 @@ int CWork::connectSession(ConnectionRecord *record)
     return result;
 }
 
+void CWork::holdRecord(QByteArrayView record, int videoStandard)
+{
+    if (m_handle || record.size() != SetupRecordMap::RecordSize)
+        return;
+    m_mirror = record.toByteArray();
+    m_videoStandard = videoStandard;
+    // An import into the held record is checked against it.
+    m_wholeRecordReceived = true;
+    m_recordOnly = true;
+    m_status->setupReceived.store(1);
+}
+
 void CWork::disconnectSession()
 {
     m_keepAliveTimer.stop();

@@ -86,6 +86,11 @@ public:
     int connectSession(ConnectionRecord *record);
     // Whether the last attempt failed before a connection was established.
     bool connectFailed() const { return m_connectFailed; }
+    // A setup opened from a file instead of a recorder: the mirror holds
+    // `record` (whole) of a recorder of `videoStandard`, without a session;
+    // nothing is ever sent. Ignored while a session runs.
+    void holdRecord(QByteArrayView record, int videoStandard);
+    bool holdsRecordOnly() const { return m_recordOnly; }
     // Ends the session whatever its state and tells the main window (2026).
     void disconnectSession();
     // Sends command 4177: mode 1 reads the recorder's clock, 2 sets it.
@@ -226,6 +231,7 @@ private:
     bool m_clockValid = false;
     bool m_connectFailed = false;
     bool m_wholeRecordReceived = false;
+    bool m_recordOnly = false;
     bool m_setupRequested = false;
     int m_silentNextAck = 0;
     int m_writesAwaited = 0;

@@ -2,6 +2,8 @@
 
 #include "setup/ExportFile.h"
 
+#include "setup/FieldTable.h"
+#include "setup/Fields.h"
 #include "setup/LittleEndian.h"
 #include "setup/SetupRecordMap.h"
 
@@ -30,6 +32,22 @@ QByteArray ExportFile::build(QByteArrayView record)
     LittleEndian::setU32(file, TrailerOffset, Trailer);
     file.append(record.sliced(SetupRecordMap::HeaderSize));
     return file;
+}
+
+QByteArray ExportFile::toRecord(QByteArrayView file)
+{
+    if (file.size() != Size)
+        return {};
+    QByteArray record(SetupRecordMap::HeaderSize, '\0');
+    record.append(file.sliced(HeaderSize));
+    LittleEndian::setU32(record, SetupRecordMap::LayoutVersionOffset,
+                         LittleEndian::u32(file, VersionOffset));
+    LittleEndian::setU32(record, SetupRecordMap::ModelIdOffset,
+                         LittleEndian::u32(file, ModelIdOffset));
+    FieldTable::setNumber(record, fields::header::recordSize, SetupRecordMap::RecordSize);
+    FieldTable::setNumber(record, fields::header::channelRecords,
+                          quint32(fields::camera::title.count));
+    return record;
 }
 
 bool ExportFile::write(const QString &path, QByteArrayView record, QString *error)

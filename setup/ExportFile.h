@@ -31,6 +31,11 @@ public:
 
     // The file for a whole record; empty when `record` is not a whole record.
     static QByteArray build(QByteArrayView record);
+    // The whole record an export file holds: the header keeps what the file
+    // names (layout version, model) and what the layout fixes; the software
+    // version stays unknown (zero). Empty when `file` is not Size bytes.
+    // build() of the result gives `file` back when its trailer is ours.
+    static QByteArray toRecord(QByteArrayView file);
     // Writes the file for a whole record to `path` through a temporary file
     // renamed into place, readable by its owner only (it holds every
     // account's password), whatever the umask or an older file's mode.

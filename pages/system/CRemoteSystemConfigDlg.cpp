@@ -4,14 +4,18 @@
 
 #include "i18n/Translator.h"
 #include "pages/common/CTransparentStatic.h"
+#include "pages/common/DataFileDialog.h"
 #include "pages/common/FileDialogFilter.h"
 #include "pages/common/Question.h"
 #include "session/CWork.h"
+#include "session/MessageSink.h"
+#include "session/SessionMessage.h"
 #include "session/SetupTransfer.h"
 #include "setup/ExportFile.h"
 #include "setup/LittleEndian.h"
 #include "setup/SetupFiles.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -31,7 +35,6 @@ using setup::SetupRecordMap;
 namespace {
 
 constexpr int ClockRefreshMs = 1000;
-constexpr QStringView DataFileSuffix = u"dat";
 // Proposed as it is in every language: installers look for this name.
 constexpr QStringView ExportFileName = u"Export_SetupData";
 
@@ -198,24 +201,10 @@ QFileDialog *CRemoteSystemConfigDlg::openFileDialog() const
     return nullptr;
 }
 
-// Qt's own dialog rather than the desktop's: its labels then carry our
-// translations, and it looks and behaves alike everywhere.
 QFileDialog *CRemoteSystemConfigDlg::fileDialog(QFileDialog::AcceptMode mode)
 {
-    const bool opening = mode == QFileDialog::AcceptOpen;
-    auto *dialog = new QFileDialog(this);
-    dialog->setOption(QFileDialog::DontUseNativeDialog);
-    dialog->setAcceptMode(mode);
-    // A missing import file is refused by the import with its own message.
-    dialog->setFileMode(QFileDialog::AnyFile);
-    dialog->setDefaultSuffix(DataFileSuffix.toString());
-    dialog->setWindowTitle(opening ? nelib::tr("Import") : nelib::tr("Export"));
-    dialog->setLabelText(QFileDialog::LookIn, nelib::tr("Look in"));
-    dialog->setLabelText(QFileDialog::FileName, nelib::tr("File Name"));
-    dialog->setLabelText(QFileDialog::FileType, nelib::tr("File Type"));
-    dialog->setLabelText(QFileDialog::Accept, opening ? nelib::tr("Open") : nelib::tr("Save"));
-    dialog->setLabelText(QFileDialog::Reject, nelib::tr("Cancel"));
-    return dialog;
+    return DataFileDialog::create(
+        this, mode, mode == QFileDialog::AcceptOpen ? nelib::tr("Import") : nelib::tr("Export"));
 }
 
 void CRemoteSystemConfigDlg::chooseImportFile()
@@ -261,6 +250,16 @@ void CRemoteSystemConfigDlg::importFrom(const QString &path)
         SetupTransfer::importFile(*work, path);
         return;
     }
+    if (work->holdsRecordOnly()) {
+        // A file opened instead of a recorder: nobody to ask about what a
+        // cut file lacks.
+        if (file.bytesRead < setup::ExportFile::Size)
+            MessageSink::show(nelib::tr("This file can not be imported."));
+        else
+            replaceHeldRecord(setup::SetupFiles::importedRecord(file.bytes, work->mirror()),
+                              nelib::tr("Import Success"));
+        return;
+    }
     QString text = nelib::tr("Import the settings of this file to the recorder %1? They replace "
                              "the settings it holds now.")
                        .arg(recorderName(*work));
@@ -295,6 +294,13 @@ void CRemoteSystemConfigDlg::restoreFactoryDefault()
     const CWork *work = CWork::instance();
     if (!work)
         return;
+    if (work->holdsRecordOnly()) {
+        replaceHeldRecord(
+            setup::SetupFiles::defaultRecord(
+                setup::SetupFiles::readDefaultFile(defaultSetupPath()).bytes, work->mirror()),
+            nelib::tr("Default Setup Success"));
+        return;
+    }
     m_question = Question::ask(
         this,
         nelib::tr("Restore the factory defaults on the recorder %1? They replace the settings it "
@@ -304,4 +310,16 @@ void CRemoteSystemConfigDlg::restoreFactoryDefault()
             if (CWork *work = CWork::instance())
                 SetupTransfer::factoryDefault(*work, defaultSetupPath());
         });
+}
+
+// The open file's record changes at once; the window reloads every page.
+void CRemoteSystemConfigDlg::replaceHeldRecord(const QByteArray &record, const QString &done)
+{
+    CWork *work = CWork::instance();
+    if (!work || record.size() != SetupRecordMap::RecordSize)
+        return;
+    work->restoreMirror(0, record);
+    SessionMessage restored(SessionMessage::SetupRestored);
+    QCoreApplication::sendEvent(window(), &restored);
+    MessageSink::show(done);
 }

@@ -20,6 +20,7 @@ class CWork;
 // System / Configuration: moves whole setups between the recorder and data
 // files (Import, Export) or back to the factory defaults, and shows who the
 // connected recorder is. It edits no section, so it has no Save or Default.
+// With a setup file open instead of a recorder, they act on the file's record.
 //
 // The file dialogs are opened window-modal and act when they are accepted,
 // so nothing waits inside a nested event loop; leaving a dialog any other
@@ -58,6 +59,8 @@ private:
     static QString recorderName(const CWork &work);
     void exportTo(const QString &path);
     void restoreFactoryDefault();
+    // Without a recorder, Import and Factory Default replace the held record.
+    void replaceHeldRecord(const QByteArray &record, const QString &done);
     void showIdentity(const QByteArray &mirror);
     void showRecorderTime();
     QLabel *addValue(QFormLayout *form, const QString &label);

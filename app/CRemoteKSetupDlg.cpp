@@ -96,7 +96,7 @@ CRemoteKSetupDlg::CRemoteKSetupDlg(const QString &languageConfig, QWidget *paren
     connect(m_panel, &ConnectionPanel::disconnectRequested, this,
             [this] { askBeforeDroppingEdits([this] { endSession(); }); });
     connect(m_panel, &ConnectionPanel::openFileRequested, this, &CRemoteKSetupDlg::chooseSetupFile);
-    connect(m_panel, &ConnectionPanel::saveFileRequested, this, &CRemoteKSetupDlg::saveFile);
+    connect(m_panel, &ConnectionPanel::saveFileRequested, this, [this] { saveFile(); });
     connect(m_menus, &PageMenuBar::pageSelected, this, &CRemoteKSetupDlg::selectPage);
     // Told after the worker's own handling has returned, like its notices.
     connect(m_host, &PageHost::writeRefused, this, &CRemoteKSetupDlg::showRefusal,
@@ -489,10 +489,9 @@ void CRemoteKSetupDlg::askBeforeDroppingFile(const std::function<void()> &drop)
         drop();
         return;
     }
-    m_question = Question::ask(
-        this,
-        nelib::tr("The changes to %1 are not saved in a file. Drop the changes?").arg(m_file->name),
-        drop);
+    m_question = Question::askToSave(
+        this, nelib::tr("The changes to %1 are not saved in a file. Save them?").arg(m_file->name),
+        [this, drop] { saveFile(drop); }, drop);
 }
 
 bool CRemoteKSetupDlg::fileUnsaved() const
@@ -583,19 +582,26 @@ void CRemoteKSetupDlg::holdFile(const QString &path, const setup::RecordFile::Co
     fillPages();
 }
 
-void CRemoteKSetupDlg::saveFile()
+void CRemoteKSetupDlg::saveFile(const std::function<void()> &then)
 {
     if (!m_file)
         return;
     if (!m_file->savePath.isEmpty()) {
-        saveSetupFile(m_file->savePath);
+        if (saveSetupFile(m_file->savePath) && then)
+            then();
         return;
     }
     if (!m_saveDialog) {
         m_saveDialog = fileDialog(QFileDialog::AcceptSave);
-        connect(m_saveDialog, &QDialog::accepted, this,
-                [this] { saveSetupFile(m_saveDialog->selectedFiles().value(0)); });
+        connect(m_saveDialog, &QDialog::finished, this, [this](int result) {
+            // Whatever was to follow the save waits for the file to be written.
+            const std::function<void()> next = std::exchange(m_afterSave, {});
+            if (result == QDialog::Accepted && saveSetupFile(m_saveDialog->selectedFiles().value(0))
+                && next)
+                next();
+        });
     }
+    m_afterSave = then;
     m_saveDialog->selectFile(m_file->proposedPath);
     m_saveDialog->open();
 }

@@ -91,11 +91,13 @@ private:
     // Runs `drop` at once when no page has unsaved edits, else once the
     // operator agrees to drop them.
     void askBeforeDroppingEdits(const std::function<void()> &drop);
-    // Then the open file's changes that SAVE FILE has not written.
+    // Then the open file's changes that SAVE FILE has not written: `drop`
+    // runs once they are saved or the operator chooses not to save them.
     void askBeforeDroppingFile(const std::function<void()> &drop);
     QFileDialog *fileDialog(QFileDialog::AcceptMode mode);
     void chooseSetupFile();
-    void saveFile();
+    // SAVE FILE, asking for a name the first time; `then` runs once written.
+    void saveFile(const std::function<void()> &then = {});
     void holdFile(const QString &path, const setup::RecordFile::Contents &file, int channels,
                   int videoStandard);
     // What the title shows in place of "%s": the address or the file's name.
@@ -168,6 +170,7 @@ private:
     std::optional<OpenFile> m_file;
     QFileDialog *m_openDialog = nullptr;
     QFileDialog *m_saveDialog = nullptr;
+    std::function<void()> m_afterSave;
     // The worker reports its progress only through the record's status byte.
     QTimer m_statusPoll;
 };

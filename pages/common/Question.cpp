@@ -22,3 +22,26 @@ QMessageBox *Question::ask(QWidget *parent, const QString &text, std::function<v
     box->open();
     return box;
 }
+
+QMessageBox *Question::askToSave(QWidget *parent, const QString &text, std::function<void()> onSave,
+                                 std::function<void()> onDiscard)
+{
+    auto *box
+        = new QMessageBox(QMessageBox::Question, nelib::tr("Remote Setup"), text,
+                          QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, parent);
+    box->button(QMessageBox::Save)->setText(nelib::tr("Save"));
+    box->button(QMessageBox::Discard)->setText(nelib::tr("Don't Save"));
+    box->button(QMessageBox::Cancel)->setText(nelib::tr("Cancel"));
+    box->setDefaultButton(QMessageBox::Save);
+    box->setEscapeButton(QMessageBox::Cancel);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(box, &QMessageBox::finished, box,
+                     [onSave = std::move(onSave), onDiscard = std::move(onDiscard)](int answer) {
+                         if (answer == QMessageBox::Save)
+                             onSave();
+                         else if (answer == QMessageBox::Discard)
+                             onDiscard();
+                     });
+    box->open();
+    return box;
+}

@@ -142,11 +142,11 @@ TEST_F(OfflineSetupTest, OnlyWholeSetupFilesOpenAndEveryPageShowsTheirRecord)
         EXPECT_TRUE(window->fileUnsaved());
         CSetupPage::setDefaultSetupPath({});
 
-        // DISCONNECT closes the file, once the operator drops the change.
+        // DISCONNECT closes the file, once the operator chooses not to save the change.
         QTest::mouseClick(panel->disconnectButton(), Qt::LeftButton);
         ASSERT_NE(window->openQuestion(), nullptr);
         EXPECT_TRUE(window->openQuestion()->text().contains(name));
-        window->openQuestion()->button(QMessageBox::Yes)->click();
+        window->openQuestion()->button(QMessageBox::Discard)->click();
         EXPECT_TRUE(waitForDisconnectedLook());
         EXPECT_FALSE(window->fileOpen());
     }
@@ -191,7 +191,7 @@ TEST_F(OfflineSetupTest, PageSavesChangeTheirSectionAndSaveFileWritesWhatExportW
     // it does not.
     window->close();
     ASSERT_NE(window->openQuestion(), nullptr);
-    window->openQuestion()->button(QMessageBox::No)->click();
+    window->openQuestion()->button(QMessageBox::Cancel)->click();
     EXPECT_TRUE(window->isVisible());
     messages.clear();
     // SAVE FILE asks for a name the first time only; a default setup file
@@ -217,5 +217,15 @@ TEST_F(OfflineSetupTest, PageSavesChangeTheirSectionAndSaveFileWritesWhatExportW
     const testsupport::CliRun run = sim.cli({u"export"_s, exported});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     EXPECT_EQ(testsupport::readFile(path), testsupport::readFile(exported));
+
+    // Save in the closing question writes the file before the window goes.
+    title->selectAll();
+    QTest::keyClicks(title, u"Till"_s);
+    QTest::mouseClick(window->saveButton(), Qt::LeftButton);
+    window->close();
+    ASSERT_NE(window->openQuestion(), nullptr);
+    window->openQuestion()->button(QMessageBox::Save)->click();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_NE(testsupport::readFile(path), testsupport::readFile(exported));
     EXPECT_TRUE(messages.isEmpty()) << messages.join(u" | "_s).toStdString();
 }

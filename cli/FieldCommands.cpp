@@ -21,12 +21,10 @@
 #include "setup/SaveRules.h"
 #include "setup/SetupRecordMap.h"
 
-#include <QEventLoop>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTimer>
 
 #include <map>
 #include <set>
@@ -155,11 +153,9 @@ public:
     Result wait()
     {
         m_result.reset();
-        QTimer timer;
-        timer.setSingleShot(true);
-        connect(&timer, &QTimer::timeout, this, [this] { finish(Result::TimedOut); });
-        timer.start(m_timeoutMs);
-        m_loop.exec();
+        if (!m_session.await([this] { return m_result.has_value(); },
+                             std::chrono::milliseconds(m_timeoutMs)))
+            finish(Result::TimedOut);
         return *m_result;
     }
 
@@ -177,12 +173,11 @@ private:
         if (m_result)
             return;
         m_result = result;
-        m_loop.quit();
+        m_session.wake();
     }
 
     CliSession &m_session;
     int m_timeoutMs;
-    QEventLoop m_loop;
     std::optional<Result> m_result;
 };
 

@@ -104,7 +104,11 @@ int SessionCommands::exportSetup(const CommandContext &context, const QStringLis
         return code;
 
     QString error;
-    if (!setup::ExportFile::write(arguments.first(), session.worker().mirror(), &error))
+    bool written = false;
+    session.offLoop([&, record = session.worker().mirror()] {
+        written = setup::ExportFile::write(arguments.first(), record, &error);
+    });
+    if (!written)
         return context.fail(UsageError, u"cannot write %1: %2"_s.arg(arguments.first(), error));
     context.out() << "Export completed\n";
     context.out().flush();

@@ -185,10 +185,13 @@ std::optional<FirmwareUploader::Outcome> FirmwareUploader::send(const PACKET_PAR
     reply.reset();
     if (m_abort.load())
         return stopAfterError(Outcome::Canceled);
-    // Counted from the previous reply, which the recorder sent after the
-    // whole previous packet had reached it; the steady clock never wakes
-    // early.
-    std::this_thread::sleep_until(std::chrono::steady_clock::now() + m_packetPause);
+    // Counted from when the previous packet left for the network, so that
+    // the recorder's answer time is part of the pause rather than added to
+    // it; the steady clock never wakes early, and a packet whose leaving is
+    // unknown counts from now.
+    const auto now = std::chrono::steady_clock::now();
+    const auto previous = m_work.firmwarePacketWritten();
+    std::this_thread::sleep_until(previous.value_or(now) + m_packetPause);
     const quint64 replies = m_work.firmwareReplies();
     if (!m_work.sendFirmwarePacket(param, data))
         return stopAfterError(Outcome::SendFailed);

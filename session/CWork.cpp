@@ -114,9 +114,14 @@ int CWork::connectSession(ConnectionRecord *record)
 
     {
         const std::lock_guard lock(m_handleMutex);
-        m_handle = KRSMGAPI_Create(this, nullptr, nullptr);
+        m_handle = KRSMGAPI_Create(this, nullptr, nullptr, m_ioThread);
+        m_firmwareFrames = 0;
     }
     if (m_handle) {
+        // The upload thread waits for these; they need not pass this thread.
+        m_handle->deliverDirectly(RemoteCommand::FirmwareReply, [this](const QByteArray &packet) {
+            handleFirmwareReply(packet);
+        });
         m_channel = m_handle->serial();
         if (!m_firstChannel)
             m_firstChannel = m_channel;
@@ -181,6 +186,7 @@ bool CWork::event(QEvent *event)
     // Anything else belongs to a handle this worker has already let go.
     if (state() == Failed)
         disconnectSession();
+    Q_EMIT notified();
     return true;
 }
 
@@ -465,10 +471,21 @@ int CWork::sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data)
 {
     // The upload thread sends while the keep-alive may end the session.
     const std::lock_guard lock(m_handleMutex);
-    if (data.isEmpty())
-        return KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::FirmwarePacket, &param);
-    return KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::FirmwarePacket, &param, data.data(),
-                                     quint32(data.size()));
+    const int sent = data.isEmpty()
+                         ? KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::FirmwarePacket, &param)
+                         : KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::FirmwarePacket,
+                                                     &param, data.data(), quint32(data.size()));
+    if (sent)
+        m_firmwareFrames = m_handle->framesQueued();
+    return sent;
+}
+
+std::optional<std::chrono::steady_clock::time_point> CWork::firmwarePacketWritten()
+{
+    const std::lock_guard lock(m_handleMutex);
+    if (!m_handle || m_firmwareFrames == 0)
+        return std::nullopt;
+    return m_handle->writtenAt(m_firmwareFrames);
 }
 
 void CWork::clearFirmwareBuffer()

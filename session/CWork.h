@@ -80,6 +80,11 @@ public:
     void setMainWindow(QObject *mainWindow);
     QObject *mainWindow() const { return m_mainWindow; }
 
+    // Where the session's socket does its work (before connectSession()):
+    // an I/O thread of its own, as the window has it, or this object's
+    // thread, as the command line has it.
+    void setIoThread(session::IoThread where) { m_ioThread = where; }
+
     // Starts a session with the recorder named in `record`, which must
     // outlive it, ending any earlier one first. Returns nonzero when the
     // attempt was started; the outcome follows as state changes.
@@ -156,6 +161,9 @@ public:
     quint64 firmwareReplies() const;
     // Sends one firmware packet (command 4227) from any thread.
     int sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data);
+    // When the last firmware packet sent had left for the network; nothing
+    // before the first or while it has not left. Any thread.
+    std::optional<std::chrono::steady_clock::time_point> firmwarePacketWritten();
     void clearFirmwareBuffer();
     // The upload running in this session: the worker owns it from here and
     // stops it (destroys it) before the session's handle goes.
@@ -170,6 +178,9 @@ Q_SIGNALS:
     void timeAnswerReceived();
     // After the acknowledgement's own handling; `applied` when its word 0 is 1.
     void writeAcknowledged(bool applied);
+    // After each notification of the transport has been handled, whatever
+    // it was: a caller waiting for a condition looks again.
+    void notified();
 
 protected:
     bool event(QEvent *event) override;
@@ -237,6 +248,8 @@ private:
     // it under the mutex, so the handle is never destroyed under a send.
     std::mutex m_handleMutex;
     KRSMGAPI_HANDLE m_handle = nullptr;
+    session::IoThread m_ioThread = session::IoThread::Own;
+    quint32 m_firmwareFrames = 0; // frames queued up to the last firmware packet
     // The serial numbers of this worker's handles: the first and the current
     // (or last) one. Events of the earlier ones are stale.
     quint64 m_firstChannel = 0;

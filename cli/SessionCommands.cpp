@@ -86,10 +86,10 @@ int SessionCommands::info(const CommandContext &context, const QStringList &argu
         << "software version: " << LittleEndian::u8(record, v) << '.'
         << LittleEndian::u8(record, v + 1) << '.' << LittleEndian::u8(record, v + 2) << '.'
         << LittleEndian::u8(record, v + 3) << '\n'
-        << "alarm inputs: " << values[0] << '\n'
-        << "alarm outputs: " << values[1] << '\n'
-        << "audio inputs: " << values[2] << '\n'
-        << "disks: " << values[3] << '\n'
+        << "alarm inputs: " << values.alarmInputs << '\n'
+        << "alarm outputs: " << values.alarmOutputs << '\n'
+        << "audio inputs: " << values.audioInputs << '\n'
+        << "disks: " << values.disks << '\n'
         << "recorder time: " << describeTime(work.timeAnswer()) << '\n';
     out.flush();
     return Success;

@@ -112,16 +112,13 @@ int CWork::connectSession(ConnectionRecord *record)
     m_setupRequested = false;
     m_status->setupReceived.store(0);
 
-    {
-        const std::lock_guard lock(m_handleMutex);
-        m_handle = KRSMGAPI_Create(this, nullptr, nullptr, m_ioThread);
-        m_firmwareFrames = 0;
-    }
+    m_handle = KRSMGAPI_Create(this, nullptr, nullptr, m_ioThread);
     if (m_handle) {
         // The upload thread waits for these; they need not pass this thread.
         m_handle->deliverDirectly(RemoteCommand::FirmwareReply, [this](const QByteArray &packet) {
             handleFirmwareReply(packet);
         });
+        m_firmware.attach(m_handle);
         m_channel = m_handle->serial();
         if (!m_firstChannel)
             m_firstChannel = m_channel;
@@ -350,8 +347,7 @@ void CWork::handleSetupAnswer(const QByteArray &packet)
 {
     const QByteArrayView param
         = QByteArrayView(packet).sliced(PacketParamOffset, PACKET_PARAM::Size);
-    for (int i = 0; i < 4; ++i)
-        m_setupAnswerValues[i] = LittleEndian::u16(param, 12 + 2 * i);
+    m_setupAnswerValues = SetupAnswerValues::fromParam(packetParam(packet));
     const QByteArrayView payload = packetPayload(packet);
     if (LittleEndian::u32(param, 8) == 0) {
         if (payload.size() == SetupRecordMap::RecordSize)
@@ -426,72 +422,21 @@ void CWork::endTransfer(TransferOutcome outcome)
 
 void CWork::handleFirmwareReply(const QByteArray &packet)
 {
-    const PACKET_PARAM param = packetParam(packet);
-    const QByteArrayView payload = packetPayload(packet);
-    {
-        const std::lock_guard lock(m_firmwareMutex);
-        m_firmwareReply.words = param.words;
-        m_firmwareReply.data
-            = payload.first(std::min<qsizetype>(payload.size(), FirmwareBufferSize)).toByteArray();
-        ++m_firmwareReplies;
-    }
-    m_firmwareReplied.set();
-}
-
-quint64 CWork::firmwareReplies() const
-{
-    const std::lock_guard lock(m_firmwareMutex);
-    return m_firmwareReplies;
-}
-
-CWork::FirmwareReply CWork::firmwareReply() const
-{
-    const std::lock_guard lock(m_firmwareMutex);
-    return m_firmwareReply;
+    m_firmware.receive(packetParam(packet), packetPayload(packet));
 }
 
 bool CWork::releaseHandle()
 {
-    KRSMGAPI_HANDLE handle = nullptr;
-    {
-        const std::lock_guard lock(m_handleMutex);
-        handle = std::exchange(m_handle, nullptr);
-    }
-    if (!handle)
+    if (!m_handle)
         return false;
+    // Waits for a firmware send under way, and tells a waiting upload that
+    // no reply can come any more.
+    m_firmware.attach(nullptr);
+    KRSMGAPI_HANDLE handle = std::exchange(m_handle, nullptr);
     KRSMGAPI_Disconnect(handle);
     KRSMGAPI_Destroy(handle);
     m_writesAwaited = 0;
-    // No reply can come any more: an upload waiting for one learns so now.
-    m_firmwareReplied.set();
     return true;
-}
-
-int CWork::sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data)
-{
-    // The upload thread sends while the keep-alive may end the session.
-    const std::lock_guard lock(m_handleMutex);
-    const int sent = data.isEmpty()
-                         ? KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::FirmwarePacket, &param)
-                         : KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::FirmwarePacket,
-                                                     &param, data.data(), quint32(data.size()));
-    if (sent)
-        m_firmwareFrames = m_handle->framesQueued();
-    return sent;
-}
-
-std::optional<std::chrono::steady_clock::time_point> CWork::firmwarePacketWritten()
-{
-    const std::lock_guard lock(m_handleMutex);
-    if (!m_handle || m_firmwareFrames == 0)
-        return std::nullopt;
-    return m_handle->writtenAt(m_firmwareFrames);
-}
-
-void CWork::clearFirmwareBuffer()
-{
-    const std::lock_guard lock(m_firmwareMutex);
-    m_firmwareReply = {};
 }
 
 void CWork::adoptUpload(QObject *upload)

@@ -4,9 +4,11 @@
 
 #include "session/ConnectionRecord.h"
 #include "session/Event.h"
+#include "session/FirmwareChannel.h"
 #include "session/RecorderClock.h"
 #include "session/SessionNotice.h"
 #include "session/SessionStatus.h"
+#include "session/SetupAnswerValues.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QByteArray>
@@ -61,7 +63,6 @@ public:
     // arrive less than the pause before it. 5 % of the pause, within what
     // a recorder waits anyway.
     static constexpr std::chrono::milliseconds PauseMargin {5};
-    static constexpr int FirmwareBufferSize = 524288;
 
     // The two whole-record writes and how the last one ended.
     enum class WholeRecord { Import, Default };
@@ -103,7 +104,7 @@ public:
     const QByteArray &referenceCopy() const { return m_referenceCopy; }
     int videoStandard() const { return m_videoStandard; }
     std::optional<int> lastLoginCode() const { return m_lastLoginCode; }
-    const std::array<quint32, 4> &setupAnswerValues() const { return m_setupAnswerValues; }
+    const SetupAnswerValues &setupAnswerValues() const { return m_setupAnswerValues; }
     bool clockValid() const { return m_clockValid; }
     RecorderTime clock() const { return m_clock ? *m_clock : RecorderTime {}; }
     // The last time answer as the recorder gave it, before any tick.
@@ -146,25 +147,8 @@ public:
 
     void setKeepAliveInterval(int ms) { m_keepAliveTimer.setInterval(ms); }
 
-    // Firmware upload: the last answer (command 4228), read by the upload
-    // thread: its words and data as one reply.
-    struct FirmwareReply
-    {
-        std::array<quint32, 8> words {};
-        QByteArray data;
-    };
-    // Set by every answer, and when the session's handle goes: then no
-    // answer can come any more.
-    nelib::Event &firmwareReplyEvent() { return m_firmwareReplied; }
-    FirmwareReply firmwareReply() const;
-    // How many answers have arrived in the worker's life; any thread.
-    quint64 firmwareReplies() const;
-    // Sends one firmware packet (command 4227) from any thread.
-    int sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data);
-    // When the last firmware packet sent had left for the network; nothing
-    // before the first or while it has not left. Any thread.
-    std::optional<std::chrono::steady_clock::time_point> firmwarePacketWritten();
-    void clearFirmwareBuffer();
+    // The firmware upload's packets and the recorder's replies.
+    FirmwareChannel &firmware() { return m_firmware; }
     // The upload running in this session: the worker owns it from here and
     // stops it (destroys it) before the session's handle goes.
     void adoptUpload(QObject *upload);
@@ -228,10 +212,7 @@ private:
     int m_videoStandard = 0;
     std::optional<int> m_lastLoginCode;
 
-    mutable std::mutex m_firmwareMutex; // the upload thread reads what the reply handler wrote
-    FirmwareReply m_firmwareReply;
-    quint64 m_firmwareReplies = 0;
-    nelib::Event m_firmwareReplied;
+    FirmwareChannel m_firmware;
     QPointer<QObject> m_upload;
 
     bool m_clockValid = false;
@@ -244,12 +225,9 @@ private:
     TransferOutcome m_lastTransfer = TransferOutcome::None;
     QTimer m_blockTimer;
     quint32 m_blockFrames = 0; // frames queued up to the last block sent
-    // Written on this object's thread only; the upload thread's sends read
-    // it under the mutex, so the handle is never destroyed under a send.
-    std::mutex m_handleMutex;
+    // This object's thread only; the upload thread sends through m_firmware.
     KRSMGAPI_HANDLE m_handle = nullptr;
     session::IoThread m_ioThread = session::IoThread::Own;
-    quint32 m_firmwareFrames = 0; // frames queued up to the last firmware packet
     // The serial numbers of this worker's handles: the first and the current
     // (or last) one. Events of the earlier ones are stale.
     quint64 m_firstChannel = 0;
@@ -260,7 +238,7 @@ private:
     std::array<quint32, 8> m_dateTimeParam {};
     std::unique_ptr<RecorderTime> m_clock;
     RecorderTime m_timeAnswer;
-    std::array<quint32, 4> m_setupAnswerValues {};
+    SetupAnswerValues m_setupAnswerValues;
 
     QTimer m_keepAliveTimer;
     QTimer m_clockTimer;

@@ -8,7 +8,7 @@
 #include "setup/SetupRecordMap.h"
 #include "sim/RecorderServer.h"
 #include "sim/SectionRights.h"
-#include "sim/SetupAnswerValues.h"
+#include "session/SetupAnswerValues.h"
 #include "sim/UserAccounts.h"
 
 #include <QTcpSocket>

@@ -9,6 +9,7 @@
 #include "session/SessionNotice.h"
 #include "session/SessionStatus.h"
 #include "session/SetupAnswerValues.h"
+#include "session/WholeRecordWrite.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QByteArray>
@@ -34,7 +35,9 @@
 // run on events and timers. It shows nothing itself: what the operator has
 // to hear goes to the main window as a SessionNotice. There is one at a
 // time; pages reach it through instance().
-class CWork : public QObject
+class CWork
+    : public QObject
+    , private WholeRecordWrite::Session
 {
     Q_OBJECT
 
@@ -57,16 +60,12 @@ public:
     static constexpr quint32 ClockTimer = 0xFC000005;
     static constexpr int KeepAliveIntervalMs = 5000;
     static constexpr int ClockIntervalMs = 1000;
-    static constexpr int WholeRecordPauseMs = 100;
-    // Added to the pause: a block that reaches the recorder later after its
-    // write than the next one does (scheduling, a busy link) would otherwise
-    // arrive less than the pause before it. 5 % of the pause, within what
-    // a recorder waits anyway.
-    static constexpr std::chrono::milliseconds PauseMargin {5};
+    static constexpr int WholeRecordPauseMs = WholeRecordWrite::PauseMs;
+    static constexpr std::chrono::milliseconds PauseMargin = WholeRecordWrite::PauseMargin;
 
     // The two whole-record writes and how the last one ended.
-    enum class WholeRecord { Import, Default };
-    enum class TransferOutcome { None, Succeeded, Refused, SendFailed };
+    using WholeRecord = WholeRecordWrite::Kind;
+    using TransferOutcome = WholeRecordWrite::Outcome;
 
     explicit CWork(QObject *parent = nullptr);
     // Stops an adopted upload first, then ends the session.
@@ -132,10 +131,10 @@ public:
     // with nothing further sent. Returns the first send's result.
     int writeWholeRecord(WholeRecord kind, QByteArrayView record);
     bool wholeRecordReceived() const { return m_wholeRecordReceived; }
-    bool transferRunning() const { return m_transfer.has_value(); }
-    bool importPending() const { return m_transfer && m_transfer->kind == WholeRecord::Import; }
-    bool defaultPending() const { return m_transfer && m_transfer->kind == WholeRecord::Default; }
-    TransferOutcome lastTransferOutcome() const { return m_lastTransfer; }
+    bool transferRunning() const { return m_wholeRecord.running(); }
+    bool importPending() const { return m_wholeRecord.kind() == WholeRecord::Import; }
+    bool defaultPending() const { return m_wholeRecord.kind() == WholeRecord::Default; }
+    TransferOutcome lastTransferOutcome() const { return m_wholeRecord.lastOutcome(); }
     // Stores the staged block writes on the recorder.
     void commit();
 
@@ -179,12 +178,15 @@ private:
     void handleFirmwareReply(const QByteArray &packet);
     void loseConnection();
     bool isLive(const REMOTESOCKET_NOTIFY &record, quint64 channel) const;
-    bool sendBlock();
-    void sendNextBlock();
-    std::chrono::milliseconds blockPauseLeft() const;
     // Counts a setup write or commit that went out; returns `sent`.
     int countWrite(int sent);
-    void endTransfer(TransferOutcome outcome);
+    // What the whole-record write needs of the session.
+    bool readyToWrite() const override;
+    bool sendSetupWrite(const PACKET_PARAM &param, QByteArrayView data) override;
+    void sendCommit() override;
+    KRSMGAPI_HANDLE handle() const override { return m_handle; }
+    void wholeRecordEnded(WholeRecord kind, TransferOutcome outcome,
+                          const QByteArray &record) override;
     void report(SessionNotice::Kind kind, int loginCode = 0);
     void post(int kind, qintptr wParam = 0, qintptr lParam = 0);
     void setupArrival(QByteArrayView payload, bool present);
@@ -195,14 +197,6 @@ private:
     // Disconnects and destroys the library handle; false when there was none.
     bool releaseHandle();
     void login();
-
-    struct Transfer
-    {
-        WholeRecord kind;
-        QByteArray record;
-        int nextBlock = 0;
-        int acknowledgements = 0;
-    };
 
     const quint64 m_serial;
     ConnectionRecord *m_record = nullptr;
@@ -221,10 +215,7 @@ private:
     bool m_setupRequested = false;
     int m_silentNextAck = 0;
     int m_writesAwaited = 0;
-    std::optional<Transfer> m_transfer;
-    TransferOutcome m_lastTransfer = TransferOutcome::None;
-    QTimer m_blockTimer;
-    quint32 m_blockFrames = 0; // frames queued up to the last block sent
+    WholeRecordWrite m_wholeRecord {*this};
     // This object's thread only; the upload thread sends through m_firmware.
     KRSMGAPI_HANDLE m_handle = nullptr;
     session::IoThread m_ioThread = session::IoThread::Own;

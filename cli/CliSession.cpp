@@ -5,22 +5,20 @@
 #include "cli/CommandContext.h"
 #include "cli/ExitCode.h"
 #include "cli/Fiber.h"
+#include "cli/GroupCommit.h"
 #include "cli/LoginFields.h"
 #include "session/Frame.h"
 #include "session/RemoteCommand.h"
 #include "session/SessionMessage.h"
 #include "session/SessionNotice.h"
 #include "session/SocketNotifyEvent.h"
+#include "setup/ExportFile.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QEventLoop>
-#include <QThreadPool>
 #include <QTimer>
-
-#include <atomic>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 using setup::SetupRecordMap;
@@ -28,9 +26,6 @@ using setup::SetupRecordMap;
 namespace cli {
 
 namespace {
-
-// Files synced at once: a disk takes several syncs in one journal commit.
-constexpr int DiskHelpers = 4;
 
 bool isLoginRefusal(std::optional<int> code)
 {
@@ -87,38 +82,16 @@ void CliSession::wake()
     recheck();
 }
 
-void CliSession::offLoop(const std::function<void()> &work)
+bool CliSession::writeExport(const QString &path, const QByteArray &record, QString *error)
 {
-    Fiber *fiber = Fiber::current();
-    if (!fiber) {
-        work();
-        return;
+    if (!Fiber::current())
+        return setup::ExportFile::write(path, record, error);
+    const QByteArray bytes = setup::ExportFile::build(record);
+    if (bytes.isEmpty()) {
+        *error = u"no whole record"_s;
+        return false;
     }
-    // Shared with the helper's last word, which may come after this wait
-    // has been left by another wake-up.
-    struct Handover
-    {
-        std::atomic<bool> done {false};
-        Fiber *waiting = nullptr; // this thread only
-    };
-    const auto handover = std::make_shared<Handover>();
-    handover->waiting = fiber;
-    static QThreadPool helpers;
-    helpers.setMaxThreadCount(DiskHelpers);
-    helpers.start([&work, handover] {
-        work();
-        handover->done.store(true);
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [handover] {
-                if (handover->waiting)
-                    handover->waiting->wake();
-            },
-            Qt::QueuedConnection);
-    });
-    while (!handover->done.load())
-        Fiber::yield();
-    handover->waiting = nullptr;
+    return GroupCommit::instance().write(path, bytes, error);
 }
 
 void CliSession::recheck()

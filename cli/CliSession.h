@@ -53,10 +53,10 @@ public:
     bool await(const std::function<bool()> &done, std::chrono::milliseconds timeout);
     // For waits on something besides the session's own events: look again.
     void wake();
-    // Runs `work`, which must not touch the session, where a slow disk holds
-    // up no other session: on a helper thread while a fleet's fiber waits
-    // for it, at once for a command on its own.
-    void offLoop(const std::function<void()> &work);
+    // Writes the export file of `record` to `path`, as ExportFile::write.
+    // In a fleet the file is made durable together with the other
+    // recorders' (GroupCommit), so that no session waits for the disk alone.
+    bool writeExport(const QString &path, const QByteArray &record, QString *error);
 
     // From now on a write acknowledgement whose code is not 1 ends the
     // session before the worker counts it, so that nothing more is sent and

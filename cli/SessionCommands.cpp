@@ -104,11 +104,7 @@ int SessionCommands::exportSetup(const CommandContext &context, const QStringLis
         return code;
 
     QString error;
-    bool written = false;
-    session.offLoop([&, record = session.worker().mirror()] {
-        written = setup::ExportFile::write(arguments.first(), record, &error);
-    });
-    if (!written)
+    if (!session.writeExport(arguments.first(), session.worker().mirror(), &error))
         return context.fail(UsageError, u"cannot write %1: %2"_s.arg(arguments.first(), error));
     context.out() << "Export completed\n";
     context.out().flush();

@@ -8,6 +8,7 @@
 #include "cli/FieldCommands.h"
 #include "cli/IgnoreList.h"
 #include "cli/InputFile.h"
+#include "cli/JsonSettings.h"
 #include "cli/SecretMask.h"
 #include "setup/FieldName.h"
 #include "setup/RecordDump.h"
@@ -19,6 +20,7 @@
 #include <QRegularExpression>
 
 #include <map>
+#include <mutex>
 
 using namespace Qt::StringLiterals;
 using setup::FieldName;
@@ -64,6 +66,9 @@ QString valueText(const QJsonValue &value)
     if (value.isObject())
         return valueText(value.toObject().value(u"value"_s));
     if (value.isArray()) {
+        // No bit set: no name to list.
+        if (value.toArray().isEmpty())
+            return u"0"_s;
         QStringList names;
         for (const QJsonValue &name : value.toArray())
             names.append(name.toString());
@@ -149,6 +154,16 @@ std::optional<Request> parseRequest(const CommandContext &context, const QString
         return std::nullopt;
     }
     const QByteArray bytes = file.read(MaxFileBytes);
+    // A fleet applies one file to every recorder: its settings are checked
+    // once, not once per recorder.
+    static std::mutex mutex;
+    static std::optional<std::pair<QByteArray, Request>> checked;
+    const std::lock_guard lock(mutex);
+    if (checked && checked->first == bytes) {
+        request.wanted = checked->second.wanted;
+        *code = Success;
+        return request;
+    }
     const auto settings = bytes.trimmed().startsWith('{') ? jsonSettings(path, bytes, &error)
                                                           : textSettings(path, bytes, &error);
     if (!settings) {
@@ -187,6 +202,7 @@ std::optional<Request> parseRequest(const CommandContext &context, const QString
         }
         request.wanted.append(wanted);
     }
+    checked.emplace(bytes, request);
     *code = Success;
     return request;
 }
@@ -245,10 +261,16 @@ int ApplyCommand::run(const CommandContext &context, const QStringList &argument
             return context.fail(UsageError, *rule + u"\nnothing was sent"_s);
 
         const QStringList changes = RecordDump::diff(before, wanted);
-        for (const QString &line : mask.changes(changes))
-            context.out() << line << '\n';
-        context.out() << "changed: " << changes.size() << '\n';
-        context.out().flush();
+        if (context.options().json) {
+            context.printJson({{u"changes"_s, JsonSettings::changes(before, wanted, changes, mask)},
+                               {u"changed"_s, int(changes.size())},
+                               {u"check"_s, request->check}});
+        } else {
+            for (const QString &line : mask.changes(changes))
+                context.out() << line << '\n';
+            context.out() << "changed: " << changes.size() << '\n';
+            context.out().flush();
+        }
         if (request->check || changes.isEmpty())
             return Success;
 

@@ -4,6 +4,8 @@
 
 #include "cli/ExitCode.h"
 
+#include <QJsonDocument>
+
 namespace cli {
 
 CommandContext::CommandContext(const GlobalOptions &options, QTextStream &out, QTextStream &err)
@@ -17,6 +19,12 @@ int CommandContext::usageError(const QString &message) const
     m_err << "remote-setup-cli: " << message << "\nTry 'remote-setup-cli --help'.\n";
     m_err.flush();
     return UsageError;
+}
+
+void CommandContext::printJson(const QJsonObject &object) const
+{
+    m_out << QJsonDocument(object).toJson(QJsonDocument::Indented);
+    m_out.flush();
 }
 
 int CommandContext::fail(int code, const QString &message) const

@@ -4,6 +4,7 @@
 
 #include "cli/GlobalOptions.h"
 
+#include <QJsonObject>
 #include <QTextStream>
 
 namespace cli {
@@ -22,6 +23,8 @@ public:
 
     // Prints "remote-setup-cli: <message>" and a hint to --help; returns UsageError.
     int usageError(const QString &message) const;
+    // The result of a command run with --json, on `out`.
+    void printJson(const QJsonObject &object) const;
     // Prints "remote-setup-cli: <message>" and returns `code`.
     int fail(int code, const QString &message) const;
 

@@ -9,6 +9,7 @@
 #include "cli/HostsFile.h"
 #include "cli/IgnoreList.h"
 #include "cli/InputFile.h"
+#include "cli/JsonSettings.h"
 #include "cli/SecretMask.h"
 #include "i18n/CodePage.h"
 #include "i18n/Translator.h"
@@ -23,7 +24,6 @@
 
 #include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <map>
@@ -46,29 +46,6 @@ namespace {
 namespace fields = setup::fields;
 
 using Assignment = FieldCommands::Assignment;
-
-// Takes a leading --json off the arguments.
-bool takeJson(QStringList *arguments)
-{
-    return arguments->removeAll(u"--json"_s) > 0;
-}
-
-void printJson(const CommandContext &context, const QJsonObject &object)
-{
-    context.out() << QJsonDocument(object).toJson(QJsonDocument::Indented);
-    context.out().flush();
-}
-
-// "name = value" lines as JSON objects; a name never holds " = ".
-QJsonArray settingsJson(const QStringList &lines)
-{
-    QJsonArray array;
-    for (const QString &line : lines) {
-        const qsizetype at = line.indexOf(u" = "_s);
-        array.append(QJsonObject {{u"name"_s, line.left(at)}, {u"value"_s, line.mid(at + 3)}});
-    }
-    return array;
-}
 
 void printLines(const CommandContext &context, const QStringList &lines)
 {
@@ -262,8 +239,7 @@ namespace {
 std::optional<QList<FieldName>> parseNames(const CommandContext &context,
                                            const QStringList &arguments, int *code)
 {
-    QStringList names = arguments;
-    takeJson(&names);
+    const QStringList &names = arguments;
     if (names.isEmpty()) {
         *code = context.usageError(u"get takes NAME..."_s);
         return std::nullopt;
@@ -297,7 +273,6 @@ int FieldCommands::get(const CommandContext &context, const QStringList &argumen
     const auto parsed = parseNames(context, arguments, &code);
     if (!parsed)
         return code;
-    const bool json = arguments.contains(u"--json"_s);
     QByteArray record;
     if (const int code = readLiveRecord(context, &record))
         return code;
@@ -312,11 +287,11 @@ int FieldCommands::get(const CommandContext &context, const QStringList &argumen
                          + RecordDump::value(record, *name.field, e.i, e.j));
         }
     }
-    lines = SecretMask(context.options().showSecrets).values(lines);
-    if (json)
-        printJson(context, {{u"settings"_s, settingsJson(lines)}});
+    const SecretMask mask(context.options().showSecrets);
+    if (context.options().json)
+        context.printJson({{u"settings"_s, JsonSettings::settings(record, lines, mask)}});
     else
-        printLines(context, lines);
+        printLines(context, mask.values(lines));
     return Success;
 }
 
@@ -426,40 +401,41 @@ int FieldCommands::set(const CommandContext &context, const QStringList &argumen
                          + RecordDump::value(record, *a.name.field, e.i, e.j));
         }
     }
-    printLines(context, SecretMask(context.options().showSecrets).values(lines));
+    const SecretMask mask(context.options().showSecrets);
+    if (context.options().json)
+        context.printJson({{u"settings"_s, JsonSettings::settings(record, lines, mask)}});
+    else
+        printLines(context, mask.values(lines));
     return Success;
 }
 
 int FieldCommands::dump(const CommandContext &context, const QStringList &arguments)
 {
-    QStringList sources = arguments;
-    const bool json = takeJson(&sources);
+    const QStringList &sources = arguments;
     if (sources.size() > 1)
         return context.usageError(u"dump takes at most one FILE or @HOST[:PORT]"_s);
     const QString source = sources.value(0);
     QByteArray record;
     if (const int code = readSource(context, source, &record))
         return code;
-    const QStringList lines
-        = SecretMask(context.options().showSecrets).values(RecordDump::dump(record));
-    if (json) {
-        printJson(context,
-                  {{u"source"_s, source.isEmpty() ? u'@' + context.options().host : source},
-                   {u"settings"_s, settingsJson(lines)}});
+    const QStringList lines = RecordDump::dump(record);
+    const SecretMask mask(context.options().showSecrets);
+    if (context.options().json) {
+        context.printJson({{u"source"_s, source.isEmpty() ? u'@' + context.options().host : source},
+                           {u"settings"_s, JsonSettings::settings(record, lines, mask)}});
     } else {
-        printLines(context, lines);
+        printLines(context, mask.values(lines));
     }
     return Success;
 }
 
 namespace {
 
-// diff's arguments: --json, --ignore GLOB..., then one or two setups, the
+// diff's arguments: --ignore GLOB..., then one or two setups, the
 // second being the recorder of the global options when left out. Input files
 // are refused here, before any recorder is asked.
 struct DiffArguments
 {
-    bool json = false;
     IgnoreList ignores;
     QStringList sources;
 };
@@ -469,7 +445,6 @@ std::optional<DiffArguments> diffArguments(const CommandContext &context,
 {
     DiffArguments d;
     d.sources = arguments;
-    d.json = takeJson(&d.sources);
     QString error;
     auto ignores = IgnoreList::take(&d.sources, &error);
     *code = UsageError;
@@ -553,8 +528,12 @@ int FieldCommands::drift(const CommandContext &context, const QStringList &argum
     const auto c = compare(context, arguments, &code);
     if (!c)
         return code;
-    context.out() << "differs: " << c->changes.size() << '\n';
-    context.out().flush();
+    if (context.options().json) {
+        context.printJson({{u"differs"_s, int(c->changes.size())}});
+    } else {
+        context.out() << "differs: " << c->changes.size() << '\n';
+        context.out().flush();
+    }
     return c->changes.isEmpty() ? Success : Differs;
 }
 
@@ -566,29 +545,17 @@ int FieldCommands::diff(const CommandContext &context, const QStringList &argume
         return code;
     const SecretMask mask(context.options().showSecrets);
     const int exitCode = c->changes.isEmpty() ? Success : Differs;
-    if (!c->arguments.json) {
+    if (!context.options().json) {
         printLines(context, mask.changes(c->changes));
         return exitCode;
     }
-    // Both dumps list the same names in the same order.
-    const QStringList a = RecordDump::dump(c->before);
-    const QStringList b = RecordDump::dump(c->after);
-    QJsonArray changes;
-    for (qsizetype k = 0; k < a.size() && k < b.size(); ++k) {
-        const qsizetype at = a[k].indexOf(u" = "_s);
-        const QString name = a[k].left(at);
-        if (a[k] == b[k] || c->arguments.ignores.ignores(name))
-            continue;
-        changes.append(QJsonObject {{u"name"_s, name},
-                                    {u"before"_s, mask.value(name, a[k].mid(at + 3))},
-                                    {u"after"_s, mask.value(name, b[k].mid(at + 3))}});
-    }
+    const QJsonArray changes = JsonSettings::changes(c->before, c->after, c->changes, mask);
     const auto shown = [&context](const QString &source) {
         return source.isEmpty() ? u'@' + context.options().host : source;
     };
-    printJson(context, {{u"before"_s, shown(c->arguments.sources[0])},
-                        {u"after"_s, shown(c->arguments.sources[1])},
-                        {u"changes"_s, changes}});
+    context.printJson({{u"before"_s, shown(c->arguments.sources[0])},
+                       {u"after"_s, shown(c->arguments.sources[1])},
+                       {u"changes"_s, changes}});
     return exitCode;
 }
 

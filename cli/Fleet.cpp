@@ -17,7 +17,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QMap>
 
 #include <algorithm>
 #include <cstdio>
@@ -31,31 +30,6 @@ namespace {
 
 constexpr int BarWidth = 30;
 
-const char *const OutcomeNames[] = {"ok", "refused", "usage error", "no session"};
-
-// `drift`: diff's exit code 1 says the setups differ.
-QString outcomeName(int code, bool drift)
-{
-    if (drift && code == Differs)
-        return u"differs"_s;
-    return code >= 0 && code < int(std::size(OutcomeNames))
-               ? QString::fromLatin1(OutcomeNames[code])
-               : u"exit %1"_s.arg(code);
-}
-
-// What went wrong, for the result line: the last message of the command.
-QString lastMessage(const QString &err)
-{
-    const QString prefix = u"remote-setup-cli: "_s;
-    QStringList lines = err.split(u'\n', Qt::SkipEmptyParts);
-    lines.removeIf([](const QString &line) { return line.startsWith(u"Try '"_s); });
-    // A progress bar redrawn with carriage returns counts from its last drawing.
-    QString message = lines.isEmpty() ? QString() : lines.last().section(u'\r', -1).trimmed();
-    if (message.startsWith(prefix))
-        message.remove(0, prefix.size());
-    return message;
-}
-
 // A file name for a recorder's export: its host, with the port when two
 // recorders of the fleet share the host.
 QString exportName(const HostEntry &host, bool sharedHost)
@@ -68,8 +42,6 @@ QString exportName(const HostEntry &host, bool sharedHost)
 // The command's input, checked once for the whole fleet.
 int checkOnce(const CommandContext &context, const QString &name, const QStringList &arguments)
 {
-    if (arguments.contains(u"--json"_s))
-        return context.usageError(u"--json is not available with --hosts"_s);
     if (name == u"set"_s)
         return FieldCommands::checkSet(context, arguments);
     if (name == u"apply"_s)
@@ -120,7 +92,7 @@ int Fleet::run(const CommandContext &context, const QString &name, const QString
         return context.usageError(u"%1 does not run on a fleet (--hosts)"_s.arg(name));
     const GlobalOptions &options = context.options();
     QStringList errors;
-    const auto hosts = HostsFile::read(options.hostsFile, options.port, &errors);
+    const auto hosts = HostsFile::read(options, &errors);
     if (!hosts) {
         for (const QString &error : errors)
             context.err() << "remote-setup-cli: " << error << '\n';
@@ -159,7 +131,7 @@ Fleet::Fleet(const CommandContext &context, Command command, std::vector<Job> jo
     : m_context(context)
     , m_command(command)
     , m_jobs(std::move(jobs))
-    , m_drift(drift)
+    , m_report(context, int(m_jobs.size()), drift)
     , m_terminal(isatty(fileno(stderr)) != 0)
 { }
 
@@ -191,11 +163,7 @@ void Fleet::startNext()
     if (m_next >= m_jobs.size())
         return;
     Job *job = &m_jobs[m_next++];
-    GlobalOptions options = m_context.options();
-    options.host = job->host.host;
-    options.port = job->host.port;
-    if (!job->host.user.isEmpty())
-        options.user = job->host.user;
+    const GlobalOptions options = job->host.options(m_context.options());
     const Command command = m_command;
     auto body = [job, options, command] {
         QTextStream out(&job->out);
@@ -232,22 +200,7 @@ void Fleet::finish(Job &job)
 void Fleet::report(const Job &job)
 {
     clearProgress();
-    QTextStream &out = m_context.out();
-    const QString label = job.host.label();
-    for (const QString &line : job.out.split(u'\n', Qt::SkipEmptyParts))
-        out << label << ": " << line << '\n';
-    // A drift's one line ("differs: 3") is its result.
-    if (m_drift && job.code <= Differs && !job.out.isEmpty()) {
-        out.flush();
-        return;
-    }
-    out << label << ": " << outcomeName(job.code, m_drift);
-    if (job.code != Success) {
-        if (const QString message = lastMessage(job.err); !message.isEmpty())
-            out << ": " << message;
-    }
-    out << '\n';
-    out.flush();
+    m_report.finished(int(&job - m_jobs.data()), job.host, job.code, job.out, job.err);
 }
 
 void Fleet::drawProgress()
@@ -273,21 +226,7 @@ void Fleet::clearProgress()
 
 void Fleet::printSummary()
 {
-    QMap<int, QStringList> byOutcome;
-    for (const Job &job : m_jobs)
-        byOutcome[job.code].append(job.host.label());
-    QTextStream &out = m_context.out();
-    out << "summary:\n";
-    for (auto it = byOutcome.cbegin(); it != byOutcome.cend(); ++it) {
-        out << "  " << outcomeName(it.key(), m_drift).leftJustified(12)
-            << QString::number(it->size()).rightJustified(5);
-        if (it.key() != Success)
-            out << "   " << it->join(u", "_s);
-        out << '\n';
-    }
-    out << "  " << u"total"_s.leftJustified(12) << QString::number(m_jobs.size()).rightJustified(5)
-        << '\n';
-    out.flush();
+    m_report.printSummary();
 }
 
 } // namespace cli

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "cli/FleetReport.h"
 #include "cli/HostsFile.h"
 
 #include <QObject>
@@ -65,8 +66,7 @@ private:
     std::size_t m_next = 0;
     int m_running = 0;
     int m_done = 0;
-    // diff: each recorder compared with one setup, its count its result.
-    bool m_drift = false;
+    FleetReport m_report;
     bool m_terminal = false;
     bool m_barShown = false;
     std::function<void()> m_quit;

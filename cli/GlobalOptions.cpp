@@ -38,8 +38,10 @@ std::optional<GlobalOptions> GlobalOptions::parse(const QStringList &arguments, 
     const QCommandLineOption hosts(u"hosts"_s, QString(), u"FILE"_s);
     const QCommandLineOption jobs(u"jobs"_s, QString(), u"N"_s);
     const QCommandLineOption showSecrets(u"show-secrets"_s);
+    const QCommandLineOption json(u"json"_s);
     const QCommandLineOption help(QStringList {u"h"_s, u"help"_s});
-    parser.addOptions({host, port, user, passwordFile, timeout, hosts, jobs, showSecrets, help});
+    parser.addOptions(
+        {host, port, user, passwordFile, timeout, hosts, jobs, showSecrets, json, help});
 
     if (!parser.parse(QStringList {u"remote-setup-cli"_s} + arguments)) {
         *error = parser.errorText();
@@ -92,14 +94,22 @@ std::optional<GlobalOptions> GlobalOptions::parse(const QStringList &arguments, 
         options.jobs = *value;
     }
     options.showSecrets = parser.isSet(showSecrets);
+    options.json = parser.isSet(json);
     *rest = parser.positionalArguments();
     return options;
 }
 
 std::optional<QString> GlobalOptions::password(QString *error) const
 {
-    if (passwordFile.isEmpty())
-        return qEnvironmentVariable("REMOTE_SETUP_PASSWORD");
+    if (passwordFile.isEmpty()) {
+        const QByteArray name = passwordEnv.toLatin1();
+        if (!qEnvironmentVariableIsSet(name.constData())
+            && passwordEnv != QLatin1StringView(DefaultPasswordEnv)) {
+            *error = u"the environment variable %1 is not set"_s.arg(passwordEnv);
+            return std::nullopt;
+        }
+        return qEnvironmentVariable(name.constData());
+    }
     if (const auto refusal = InputFile::refusal(passwordFile)) {
         *error = u"password file "_s + *refusal;
         return std::nullopt;

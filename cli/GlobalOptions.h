@@ -19,12 +19,18 @@ public:
     quint16 port = 9000;
     QString user = QStringLiteral("Admin");
     QString passwordFile;
+    // Where the password comes from without a password file; a hosts file
+    // may name another variable for one recorder.
+    static constexpr const char *DefaultPasswordEnv = "REMOTE_SETUP_PASSWORD";
+    QString passwordEnv = QString::fromLatin1(DefaultPasswordEnv);
     int timeoutSeconds = 30;
     // A fleet: the recorders of this file instead of --host, --jobs at once.
     QString hostsFile;
     int jobs = 8;
     // Passwords in the output as they are instead of masked.
     bool showSecrets = false;
+    // Results as JSON (with --hosts, one JSON object a line).
+    bool json = false;
     static constexpr int MaxJobs = 256;
 
     // Parses the arguments after the program name up to the command. On
@@ -36,7 +42,8 @@ public:
     // The longest first line of a password file that is read.
     static constexpr qint64 MaxPasswordLine = 4096;
 
-    // The first line of --password-file, else $REMOTE_SETUP_PASSWORD, else empty.
+    // The first line of --password-file, else the variable passwordEnv
+    // (empty when $REMOTE_SETUP_PASSWORD is unset; another one must be set).
     std::optional<QString> password(QString *error) const;
 };
 

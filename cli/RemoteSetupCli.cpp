@@ -14,25 +14,57 @@
 #include "cli/TranslateCommand.h"
 #include "cli/UploadCommand.h"
 
+#include <QJsonArray>
 #include <QLatin1StringView>
 
 using namespace Qt::StringLiterals;
 
 namespace cli {
 
+namespace {
+
+using Run = int (*)(const CommandContext &, const QStringList &);
+
+int envelope(Run run, const CommandContext &context, const QStringList &arguments)
+{
+    QString text;
+    int code = Success;
+    {
+        QTextStream out(&text);
+        const CommandContext captured(context.options(), out, context.err());
+        code = run(captured, arguments);
+    }
+    QJsonArray lines;
+    for (const QString &line : text.split(u'\n', Qt::SkipEmptyParts))
+        lines.append(line);
+    // A command that failed before saying anything has no result, as with the others.
+    if (code == Success || !lines.isEmpty())
+        context.printJson({{u"output"_s, lines}});
+    return code;
+}
+
+// A plain function, so that a fleet runs it like any command.
+template<Run R>
+int enveloped(const CommandContext &context, const QStringList &arguments)
+{
+    return envelope(R, context, arguments);
+}
+
+} // namespace
+
 const RemoteSetupCli::Command RemoteSetupCli::s_commands[] = {
     {"info", "info", "print what the recorder reports about itself", &SessionCommands::info},
     {"export", "export FILE", "write the recorder's setup to an export file",
-     &SessionCommands::exportSetup},
+     &SessionCommands::exportSetup, false, &enveloped<&SessionCommands::exportSetup>},
     {"import", "import FILE", "check an export file against the recorder and send it",
-     &SetupFileCommands::importSetup, true},
+     &SetupFileCommands::importSetup, true, &enveloped<&SetupFileCommands::importSetup>},
     {"factory-default", "factory-default [--default-file F]",
      "restore the factory defaults (the installed DEFDVRSETUP.DAT unless F is given)",
-     &SetupFileCommands::factoryDefault},
+     &SetupFileCommands::factoryDefault, false, &enveloped<&SetupFileCommands::factoryDefault>},
     {"upload", "upload [--deadline S] PACKAGE",
      "send a firmware update package (.KRP) to the recorder; give up after S seconds in all "
      "(default 3600)",
-     &UploadCommand::run, true},
+     &UploadCommand::run, true, &enveloped<&UploadCommand::run>},
     {"set-time", "set-time [YYYY-MM-DDThh:mm:ss]",
      "set the recorder's clock (default: this computer's local time)", &SessionCommands::setTime},
     {"get", "get [--json] NAME...",
@@ -56,7 +88,8 @@ const RemoteSetupCli::Command RemoteSetupCli::s_commands[] = {
      "      'differs: N' per recorder against FILE1",
      &FieldCommands::diff},
     {"translate", "translate [--config F] --language N [--escapes] TEXT...",
-     "print each text's translation, one a line", &TranslateCommand::run},
+     "print each text's translation, one a line", &TranslateCommand::run, false,
+     &enveloped<&TranslateCommand::run>},
 };
 
 RemoteSetupCli::RemoteSetupCli(QTextStream &out, QTextStream &err)
@@ -69,7 +102,7 @@ int RemoteSetupCli::run(const QStringList &arguments)
     QStringList rest;
     QString error;
     bool help = false;
-    const auto options = GlobalOptions::parse(arguments, &rest, &error, &help);
+    auto options = GlobalOptions::parse(arguments, &rest, &error, &help);
     const GlobalOptions defaults;
     const CommandContext context(options ? *options : defaults, m_out, m_err);
     if (!options)
@@ -89,13 +122,17 @@ int RemoteSetupCli::run(const QStringList &arguments)
     for (const Command &command : s_commands) {
         if (name != QLatin1StringView(command.name))
             continue;
+        // --json is every command's; after the command it reads as before it.
+        if (rest.removeAll(u"--json"_s) > 0)
+            options->json = true;
+        const Run run = options->json && command.runJson ? command.runJson : command.run;
         for (qsizetype k = 0; command.readsFiles && k < rest.size(); ++k) {
             if (const auto refusal = InputFile::refusal(rest[k]))
                 return context.fail(UsageError, *refusal);
         }
         if (!options->hostsFile.isEmpty())
-            return Fleet::run(context, name, rest, command.run);
-        return command.run(context, rest);
+            return Fleet::run(context, name, rest, run);
+        return run(context, rest);
     }
     return context.usageError(u"unknown command '%1'"_s.arg(name));
 }
@@ -103,7 +140,8 @@ int RemoteSetupCli::run(const QStringList &arguments)
 void RemoteSetupCli::printUsage(QTextStream &stream) const
 {
     stream << "usage: remote-setup-cli [--host H] [--port P] [--user ID] [--password-file F]"
-              " [--timeout S]\n       [--hosts FILE [--jobs N]] [--show-secrets] COMMAND ...\n\n"
+              " [--timeout S]\n       [--hosts FILE [--jobs N]] [--json] [--show-secrets] COMMAND "
+              "...\n\n"
               "Options (defaults 127.0.0.1, 9000, Admin, no password, 30 s, 8 jobs):\n"
               "  --host H           the recorder's host name or IPv4 address\n"
               "  --port P           its port\n"
@@ -112,9 +150,13 @@ void RemoteSetupCli::printUsage(QTextStream &stream) const
               "                     (else from $REMOTE_SETUP_PASSWORD)\n"
               "  --timeout S        give up on the recorder after S seconds\n"
               "  --hosts FILE       run the command on every recorder of FILE, one\n"
-              "                     'host[:port] [user]' a line (--port and --user are\n"
-              "                     the defaults); export then takes a folder DIR/\n"
+              "                     'host[:port] [user] [label=TEXT]\n"
+              "                     [password-file=PATH | password-env=NAME]' a line\n"
+              "                     (--port and --user are the defaults); export then\n"
+              "                     takes a folder DIR/\n"
               "  --jobs N           with --hosts, talk to at most N recorders at once\n"
+              "  --json             print results as JSON, values typed (with --hosts one\n"
+              "                     object a line per recorder, then a summary object)\n"
               "  --show-secrets     print passwords (the accounts' and the e-mail one) as\n"
               "                     they are; otherwise get, dump, diff, set and apply\n"
               "                     show them as ********\n"

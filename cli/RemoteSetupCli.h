@@ -27,6 +27,9 @@ private:
         int (*run)(const CommandContext &, const QStringList &);
         // Every argument is an input file, checked before the command runs.
         bool readsFiles = false;
+        // With --json, for a command that prints no JSON of its own: its
+        // output lines as {"output": [...]}. Null: run prints its own.
+        int (*runJson)(const CommandContext &, const QStringList &) = nullptr;
     };
     static const Command s_commands[];
 

@@ -63,7 +63,7 @@ QStringList SecretMask::masked(QStringList lines, bool changes) const
 
 QString SecretMask::value(QStringView name, const QString &value) const
 {
-    return m_show || !isSecretName(name) ? value : QString(Mask);
+    return hides(name) ? QString(Mask) : value;
 }
 
 } // namespace cli

@@ -32,6 +32,8 @@ public:
     QStringList values(QStringList lines) const { return masked(std::move(lines), false); }
     // Diff lines "name = before -> after" likewise.
     QStringList changes(QStringList lines) const { return masked(std::move(lines), true); }
+    // Whether the value of the element called `name` leaves masked.
+    bool hides(QStringView name) const { return !m_show && isSecretName(name); }
     // One value of the element called `name`.
     QString value(QStringView name, const QString &value) const;
 

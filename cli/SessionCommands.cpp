@@ -79,6 +79,25 @@ int SessionCommands::info(const CommandContext &context, const QStringList &argu
     const QByteArray &record = work.mirror();
     const auto &values = work.setupAnswerValues();
     const int v = SetupRecordMap::SoftwareVersionOffset;
+    if (context.options().json) {
+        const auto time = possibleTime(work.timeAnswer());
+        context.printJson(
+            {{u"channels"_s, qint64(session.record().channelCount)},
+             {u"video"_s, work.videoStandard() ? u"PAL"_s : u"NTSC"_s},
+             {u"model"_s, qint64(LittleEndian::u32(record, SetupRecordMap::ModelIdOffset))},
+             {u"software_version"_s, u"%1.%2.%3.%4"_s.arg(LittleEndian::u8(record, v))
+                                         .arg(LittleEndian::u8(record, v + 1))
+                                         .arg(LittleEndian::u8(record, v + 2))
+                                         .arg(LittleEndian::u8(record, v + 3))},
+             {u"alarm_inputs"_s, int(values[0])},
+             {u"alarm_outputs"_s, int(values[1])},
+             {u"audio_inputs"_s, int(values[2])},
+             {u"disks"_s, int(values[3])},
+             // An impossible time (month 13) is null: no clock shows it.
+             {u"recorder_time"_s, time ? QJsonValue(time->toString(Qt::ISODate).chopped(1))
+                                       : QJsonValue(QJsonValue::Null)}});
+        return Success;
+    }
     QTextStream &out = context.out();
     out << "channels: " << session.record().channelCount << '\n'
         << "video: " << (work.videoStandard() ? "PAL" : "NTSC") << '\n'
@@ -175,6 +194,10 @@ int SessionCommands::setTime(const CommandContext &context, const QStringList &a
     if (apart > (answeredAfterMs + 999) / 1000)
         return context.fail(Refused, u"the recorder reports %1 after being set to %2: its clock "
                                      u"was not set"_s.arg(formatTime(answer), formatTime(time)));
+    if (context.options().json) {
+        context.printJson({{u"recorder_time"_s, reported->toString(Qt::ISODate).chopped(1)}});
+        return Success;
+    }
     context.out() << "recorder time: " << formatTime(answer) << '\n';
     context.out().flush();
     return Success;

@@ -98,10 +98,14 @@ install(FILES ${RS_COMPLETION} RENAME recorder-sim
 # installed (tests/packaging/debs-test.sh follows them).
 set(docs ${CMAKE_SOURCE_DIR}/docs)
 install(FILES ${docs}/user-guide.md ${docs}/record-layout.md ${docs}/firmware-packages.md
-              ${docs}/wire-protocol.md
+              ${docs}/wire-protocol.md ${docs}/ansible.md
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/remote-setup-cli COMPONENT cli)
 install(DIRECTORY ${docs}/screenshots
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/remote-setup-cli COMPONENT cli)
+# The Ansible collection remote_setup.recorder, where Debian's ansible-core looks.
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/ansible/ansible_collections/remote_setup/recorder
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/ansible/collections/ansible_collections/remote_setup
+        COMPONENT cli PATTERN __pycache__ EXCLUDE)
 # Each package carries the licence and the changelog in its own doc folder.
 install(FILES ${CMAKE_SOURCE_DIR}/debian/copyright ${RS_CHANGELOG}
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/remote-setup-cli COMPONENT cli)

@@ -11,6 +11,7 @@ packages=(
     clang-14 libclang-rt-14-dev clang-format
     xvfb xauth fonts-dejavu-core fonts-noto-cjk ccache
     help2man desktop-file-utils appstream dpkg-dev fakeroot file lintian
+    ansible-core
 )
 
 missing=()

@@ -358,11 +358,10 @@ void CWork::handleSetupAnswer(const QByteArray &packet)
 
 void CWork::setupArrival(QByteArrayView payload, bool present)
 {
-    if (!present) {
+    // An answer without a record says so, and the clock is asked for all the same.
+    if (!present)
         report(SessionNotice::NoSetupData);
-        return;
-    }
-    if (payload.size() == SetupRecordMap::RecordSize)
+    else if (payload.size() == SetupRecordMap::RecordSize)
         m_mirror = payload.toByteArray();
     dateTimeCommand(1, RecorderTime {});
 }

@@ -164,13 +164,17 @@ void RecorderServer::save()
             covered.insert(covered.end(), m_unsaved.begin(), m_unsaved.end());
             m_unsaved.clear();
         }
+        for (const ChangeTicket &ticket : covered)
+            ticket->state.store(saved ? Change::Saved : Change::Undone, std::memory_order_release);
+        // Told once every change is settled, and by a queued call, so that
+        // no session runs under the lock or finds its later changes pending.
         std::unordered_set<RecorderSession *> told;
         for (const ChangeTicket &ticket : covered) {
-            ticket->state.store(saved ? Change::Saved : Change::Undone, std::memory_order_release);
             // Posted while the session is live: it leaves m_live before it goes.
             if (m_live.contains(ticket->session) && told.insert(ticket->session).second) {
                 RecorderSession *session = ticket->session;
-                QMetaObject::invokeMethod(session, [session] { session->changesSettled(); });
+                QMetaObject::invokeMethod(
+                    session, [session] { session->changesSettled(); }, Qt::QueuedConnection);
             }
         }
     }

@@ -259,6 +259,7 @@ int CSetupPage::save()
     if (!m_section)
         return 0;
     gather();
+    prepareSave(m_buffer);
     if (checksSaveRules()) {
         if (const auto refusal
             = setup::SaveRules::refusal(*m_section, view(m_buffer), m_channelCount)) {

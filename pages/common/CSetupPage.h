@@ -168,6 +168,10 @@ protected:
     // Called after the controls were filled and the flag cleared, and after
     // every channel-count change; pages re-evaluate derived controls here.
     virtual void afterFill() { }
+    // Save calls this on the gathered section, before the rules and the
+    // send: a page whose values the recorder keeps in several fields brings
+    // them all to what the page shows, which gather leaves as received.
+    virtual void prepareSave(QByteArray &section) { Q_UNUSED(section); }
     // Whether Save checks the section's rules (setup::SaveRules) now; a page
     // that shows the fields a rule guards only in one view says so here.
     virtual bool checksSaveRules() const { return true; }

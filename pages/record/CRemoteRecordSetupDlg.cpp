@@ -10,6 +10,7 @@
 #include "pages/record/CRemoteRecordCopySettingDlg.h"
 #include "session/CWork.h"
 #include "setup/Fields.h"
+#include "setup/RecordProfiles.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -255,6 +256,12 @@ void CRemoteRecordSetupDlg::applyVideoStandard()
 void CRemoteRecordSetupDlg::afterFill()
 {
     showMode();
+}
+
+void CRemoteRecordSetupDlg::prepareSave(QByteArray &section)
+{
+    setup::SectionEdit profiles = edit(section);
+    setup::RecordProfiles::normalise(profiles, channelCount());
 }
 
 void CRemoteRecordSetupDlg::showMode()

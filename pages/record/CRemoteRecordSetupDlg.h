@@ -40,6 +40,8 @@ public:
 protected:
     void buildControls() override;
     void afterFill() override;
+    // Writes every shown profile whole: both copies, the codes in their own form.
+    void prepareSave(QByteArray &section) override;
 
 private:
     // 0 shows the NTSC resolutions and frame rates, any other value PAL's.

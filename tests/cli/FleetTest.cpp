@@ -6,6 +6,10 @@
 #include "tests/TestSupport.h"
 
 #include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -75,4 +79,85 @@ TEST(Fleet, TwentyRecordersWithTwoRefusingAndOneSilent)
     }
     expected.sort();
     EXPECT_EQ(QDir(folder).entryList(QDir::Files, QDir::Name), expected);
+}
+
+// With --json a fleet prints one object per recorder in hosts-file order,
+// however late the first one finishes, then a summary. Each line of the
+// hosts file brings its own label and password, from a private file or an
+// environment variable; a wrong one is that recorder's refusal alone.
+TEST(Fleet, JsonLinesInHostsFileOrderWithLabelsAndOwnPasswords)
+{
+    QTemporaryDir dir;
+    testsupport::writeFile(dir.filePath(u"admin.pw"_s), "s3cret\n");
+    QFile::setPermissions(dir.filePath(u"admin.pw"_s), QFile::ReadOwner | QFile::WriteOwner);
+    SimProcess locked({u"--admin-password-file"_s, dir.filePath(u"admin.pw"_s)}, {}, 3);
+    SimProcess silent({u"--delay-ms"_s, u"600000"_s});
+    SimProcess dead;
+    ASSERT_TRUE(locked.isRunning() && silent.isRunning() && dead.isRunning());
+    const quint16 deadPort = dead.port();
+    dead.kill();
+    qputenv("RS_TEST_SHOP_PASSWORD", "s3cret");
+    qputenv("RS_TEST_WRONG_PASSWORD", "guess");
+    const QString hosts = dir.filePath(u"shops.txt"_s);
+    testsupport::writeFile(hosts,
+                           u"127.0.0.1:%1 label=Slow\n"
+                           "127.0.0.1:%2 Admin label=\"Main Street\" password-file=admin.pw\n"
+                           "127.0.0.1:%3 password-env=RS_TEST_SHOP_PASSWORD\n"
+                           "127.0.0.1:%4 label=Harbour password-env=RS_TEST_WRONG_PASSWORD\n"
+                           "127.0.0.1:%5 label=Closed\n"_s.arg(silent.port())
+                               .arg(locked.ports()[0])
+                               .arg(locked.ports()[1])
+                               .arg(locked.ports()[2])
+                               .arg(deadPort)
+                               .toUtf8());
+    const QStringList fleet = {u"--hosts"_s, hosts, u"--timeout"_s, u"2"_s};
+    const QStringList get = {u"get"_s, u"camera.title[0]"_s};
+
+    const auto run = testsupport::runCli(fleet + QStringList {u"--json"_s} + get);
+    EXPECT_EQ(run.exitCode, 3);
+    const QStringList lines = run.out.split(u'\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 6) << run.out.toStdString();
+    const QJsonObject title {
+        {u"settings"_s,
+         QJsonArray {QJsonObject {{u"name"_s, u"camera.title[0]"_s}, {u"value"_s, u"CAM 01"_s}}}}};
+    struct Line
+    {
+        quint16 port;
+        QJsonValue label;
+        int exit;
+        QJsonValue result;
+        QString error;
+    };
+    const Line expected[] = {
+        {silent.port(), u"Slow"_s, 3, QJsonValue::Null, u"within 2 s"_s},
+        {locked.ports()[0], u"Main Street"_s, 0, title, {}},
+        {locked.ports()[1], QJsonValue::Null, 0, title, {}},
+        {locked.ports()[2], u"Harbour"_s, 1, QJsonValue::Null, u"password"_s},
+        {deadPort, u"Closed"_s, 3, QJsonValue::Null, u"cannot connect"_s},
+    };
+    for (qsizetype k = 0; k < std::ssize(expected); ++k) {
+        SCOPED_TRACE(lines[k].toStdString());
+        const QJsonObject line = QJsonDocument::fromJson(lines[k].toUtf8()).object();
+        const Line &e = expected[k];
+        EXPECT_EQ(line[u"host"_s], u"127.0.0.1:%1"_s.arg(e.port));
+        EXPECT_EQ(line[u"label"_s], e.label);
+        EXPECT_EQ(line[u"exit"_s], e.exit);
+        EXPECT_EQ(line[u"result"_s], e.result);
+        EXPECT_TRUE(line[u"error"_s].toString().contains(e.error));
+    }
+    EXPECT_EQ(
+        QJsonDocument::fromJson(lines[5].toUtf8()).object(),
+        (QJsonObject {
+            {u"summary"_s,
+             QJsonObject {{u"ok"_s, 2}, {u"refused"_s, 1}, {u"no session"_s, 2}, {u"total"_s, 5}}},
+            {u"exit"_s, 3}}));
+
+    // The text form names each recorder with its label.
+    const auto text = testsupport::runCli(fleet + get);
+    EXPECT_TRUE(text.out.contains(
+        u"127.0.0.1:%1 (Main Street): camera.title[0] = \"CAM 01\"\n"_s.arg(locked.ports()[0])))
+        << text.out.toStdString();
+    EXPECT_TRUE(text.out.contains(
+        u"no session      2   127.0.0.1:%1 (Slow), 127.0.0.1:%2 (Closed)"_s.arg(silent.port())
+            .arg(deadPort)));
 }

@@ -28,6 +28,9 @@ TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
     QTemporaryDir dir;
     ASSERT_EQ(mkfifo(QFile::encodeName(dir.filePath(u"fifo"_s)).constData(), 0600), 0);
     testsupport::writeFile(dir.filePath(u"cjk"_s), u"pass\u4e2d\n"_s.toUtf8());
+    testsupport::writeFile(dir.filePath(u"open.pw"_s), "s3cret\n");
+    QFile::setPermissions(dir.filePath(u"open.pw"_s),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
     struct Case
     {
         QString command;
@@ -91,7 +94,7 @@ TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
          u"users.pasword[1] = ********\n"_s},
         {fleet + u"diff %D/hosts %D/hosts"_s, {u"compares every recorder with one setup"_s}},
         {fleet + u"info"_s,
-         {u"hosts:4: expected 'host[:port] [user]', found 4 words"_s,
+         {u"hosts:4: expected 'host[:port] [user] [label=TEXT]"_s,
           u"hosts:5: port 70000 is not from 1 to 65535"_s, u"hosts:6: '[::1' is not a host"_s,
           u"nothing was sent to any recorder"_s},
          u"%R\n# shop 2\n\nhost name with words\n127.0.0.1:70000\n[::1\n"_s},
@@ -126,6 +129,16 @@ TEST(RemoteSetupCli, BadInputIsRefusedBeforeAnyRecorderIsContacted)
           u"hosts:6: [::1]:%P is already listed on line 5"_s},
          u"%R\n127.0.0.2 SixteenBytesUser\n127.0.0.3 J\u4e2d\n127.000.000.001:%P\n"
          u"[0:0::1]:%P\n[::1]:%P\n"_s},
+        {fleet + u"info"_s,
+         {u"hosts:1: password file %D/open.pw may be read by others (mode 0640)"_s,
+          u"hosts:2: the environment variable RS_UNSET_PASSWORD is not set"_s,
+          u"hosts:3: unknown setting 'colour'"_s, u"hosts:4: a double quote is not closed"_s,
+          u"hosts:5: a line names one password-file or password-env"_s,
+          u"hosts:6: 'A-B' is not the name of an environment variable"_s},
+         u"%R label=\"Main Street\" password-file=open.pw\n127.0.0.2 "
+         u"password-env=RS_UNSET_PASSWORD\n"
+         u"127.0.0.3 colour=red\n127.0.0.4 label=\"open\n127.0.0.5 password-env=A password-file=x\n"
+         u"127.0.0.6 password-env=A-B\n"_s},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.command.toStdString());

@@ -128,6 +128,8 @@ TEST_F(RecordSetupPage, PalListsAndAHeaderQualityReachTheRecorderWithEverythingE
     EXPECT_FALSE(page.isModified());
 
     QByteArray expected = pagetest::withSection(initial, Section::Schedule, schedule);
+    // Every shown profile goes out whole: the frame rate set above alone gets its copy.
+    FieldTable::setNumber(expected, record::frameRateCopy, 5, Mode::Normal, 0);
     for (int c = 0; c < 4; ++c) {
         FieldTable::setNumber(expected, record::quality, 0xFF01, Mode::Event, c);
         FieldTable::setNumber(expected, record::qualityCopy, 0xFF01, Mode::Event, c);
@@ -155,9 +157,18 @@ TEST_F(RecordSetupPage, PalListsAndAHeaderQualityReachTheRecorderWithEverythingE
 // In Pre-Event a channel's lists follow its check box; a header value the
 // channel lists do not offer (Dwell Time past 5 s) leaves them empty, and the
 // stored dwell stays. Switching modes shows the values afresh: Save disabled.
+// Save writes every shown profile whole: second copies equal to the first,
+// resolution codes in their own form; later channels keep their bytes.
 TEST_F(RecordSetupPage, PreEventRowsFollowTheirCheckBoxAndDwellHeaderPastFiveEmptiesTheLists)
 {
-    const QByteArray initial = recordWithProfiles();
+    QByteArray initial = recordWithProfiles();
+    for (int c : {0, 4}) {
+        FieldTable::setNumber(initial, record::widthCode, 7, Mode::Normal, c);
+        FieldTable::setNumber(initial, record::heightCode, 9, Mode::Normal, c);
+        FieldTable::setNumber(initial, record::frameRateCopy, 3, Mode::Normal, c);
+        FieldTable::setNumber(initial, record::qualityCopy, 0x1234, Mode::Normal, c);
+        FieldTable::setNumber(initial, record::quality, 0xFF04, Mode::Event, c);
+    }
     page.setSectionWriter([](Section, const QByteArray &) { return 1; });
     page.load(initial, 4);
     setMode(Mode::PreEvent);
@@ -191,6 +202,12 @@ TEST_F(RecordSetupPage, PreEventRowsFollowTheirCheckBoxAndDwellHeaderPastFiveEmp
         expected[at] = 1;
         expected[at + 32] = 2; // M
     }
+    setup::SectionEdit saved = page.edit(expected);
+    saved.setNumber(record::widthCode, 2, Mode::Normal, 0);
+    saved.setNumber(record::heightCode, 1, Mode::Normal, 0);
+    saved.setNumber(record::frameRateCopy, 0, Mode::Normal, 0);
+    saved.setNumber(record::qualityCopy, 0xFF02, Mode::Normal, 0);
+    saved.setNumber(record::qualityCopy, 0xFF04, Mode::Event, 0);
     EXPECT_EQ(page.sectionBuffer(), expected);
 
     pagetest::button(&page, u"Default"_s)->click();

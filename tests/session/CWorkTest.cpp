@@ -165,7 +165,7 @@ TEST(CWork, ConnectionEventForAnotherHandleFailsTheSession)
     ASSERT_TRUE(waitFor([&] { return !harness.sessionMessages.empty(); }));
 }
 
-TEST(CWork, SetupAnswersOfTheWrongLengthAreNotStoredButStillAskTheTime)
+TEST(CWork, SetupAnswersOfTheWrongLengthOrEmptyAreNotStoredButStillAskTheTime)
 {
     const QByteArray numbered = testsupport::patternedRecord(7, 0);
     ScriptedRecorder recorder;
@@ -185,11 +185,13 @@ TEST(CWork, SetupAnswersOfTheWrongLengthAreNotStoredButStillAskTheTime)
     EXPECT_TRUE(
         waitFor([&] { return recorder.receivedWith(RemoteCommand::DateTime).size() == 2; }));
 
-    // An empty current answer has no setup data.
+    // An empty current answer has no setup data, and the time is still asked.
     recorder.send(RemoteCommand::SetupAnswer);
     ASSERT_TRUE(waitFor([&] { return !harness.messages.isEmpty(); }));
     EXPECT_EQ(harness.messages, QStringList {u"No Setup Data"_s});
     EXPECT_EQ(work.mirror(), numbered);
+    EXPECT_TRUE(
+        waitFor([&] { return recorder.receivedWith(RemoteCommand::DateTime).size() == 3; }));
 }
 
 // A write counts as applied, and is announced, only when acknowledged with 1.

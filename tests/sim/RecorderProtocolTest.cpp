@@ -368,6 +368,17 @@ TEST_F(RecorderProtocol, WritesApplyAtOnceUnlessAnyCheckFails)
             expected.replace(c.offset, c.length, bytes);
         EXPECT_EQ(storedRecord(), expected);
     }
+    // Two writes that arrive together are both acknowledged, nothing sent after them.
+    admin->sendRaw(Frame::encode(90, RemoteCommand::SetupWrite,
+                                 PACKET_PARAM {{CameraCategory, 4, 1300}}, "ab12")
+                   + Frame::encode(91, RemoteCommand::SetupWrite,
+                                   PACKET_PARAM {{CameraCategory, 4, 1304}}, "cd34"));
+    for (int i = 0; i < 2; ++i) {
+        const auto ack = admin->next();
+        EXPECT_TRUE(ack && ack->command == RemoteCommand::SetupWriteAck && ack->param.words[0] == 1)
+            << "acknowledgement " << i + 1 << " missing";
+    }
+    expected.replace(1300, 8, "ab12cd34");
     EXPECT_EQ(admin->commit(), 1);
     EXPECT_EQ(user->commit(), 1);
     EXPECT_EQ(storedRecord(), expected);

@@ -89,10 +89,10 @@ int SessionCommands::info(const CommandContext &context, const QStringList &argu
                                          .arg(LittleEndian::u8(record, v + 1))
                                          .arg(LittleEndian::u8(record, v + 2))
                                          .arg(LittleEndian::u8(record, v + 3))},
-             {u"alarm_inputs"_s, int(values[0])},
-             {u"alarm_outputs"_s, int(values[1])},
-             {u"audio_inputs"_s, int(values[2])},
-             {u"disks"_s, int(values[3])},
+             {u"alarm_inputs"_s, int(values.alarmInputs)},
+             {u"alarm_outputs"_s, int(values.alarmOutputs)},
+             {u"audio_inputs"_s, int(values.audioInputs)},
+             {u"disks"_s, int(values.disks)},
              // An impossible time (month 13) is null: no clock shows it.
              {u"recorder_time"_s, time ? QJsonValue(time->toString(Qt::ISODate).chopped(1))
                                        : QJsonValue(QJsonValue::Null)}});

@@ -26,6 +26,7 @@
 #endif
 
 #ifdef RS_FIBER_ASAN
+#include <sanitizer/asan_interface.h>
 #include <sanitizer/common_interface_defs.h>
 #endif
 #ifdef RS_FIBER_TSAN
@@ -75,6 +76,11 @@ Fiber::~Fiber()
 {
 #ifdef RS_FIBER_TSAN
     __tsan_destroy_fiber(m_tsanFiber);
+#endif
+#ifdef RS_FIBER_ASAN
+    // The frame of entry() never returned: its marks must not outlive the
+    // stack, or memory mapped there later would look poisoned.
+    __asan_unpoison_memory_region(m_context.uc_stack.ss_sp, m_context.uc_stack.ss_size);
 #endif
     munmap(m_stack, m_stackSize);
 }

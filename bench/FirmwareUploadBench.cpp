@@ -106,6 +106,14 @@ static void firmwareUpload(benchmark::State &state)
     state.counters["ideal_MiB_per_s"] = ideal / (1024 * 1024);
     state.counters["of_ideal_pct"] = 100 * achieved / ideal;
     state.counters["rss_growth_KiB"] = double(growthKiB);
+    // The protocol's own floor: every packet waits its pause, the header and
+    // the end packets too. Goal: the transfer takes no more than that.
+    const qint64 chunksPerComponent = (packageBytes / ComponentCount + ChunkSize - 1) / ChunkSize;
+    const qint64 chunks = ComponentCount * chunksPerComponent;
+    const qint64 packets = 1 + chunks + ComponentCount + 1;
+    const double pause = double(FirmwareUploader::PacketPause.count()) / 1000;
+    state.counters["floor_vs_time"] = seconds > 0 ? double(packets) * pause / seconds : 0;
+    state.counters["chunks_floor_vs_time"] = seconds > 0 ? double(chunks) * pause / seconds : 0;
 }
 BENCHMARK(firmwareUpload)
     ->Arg(16)

@@ -1,82 +1,233 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include <QByteArray>
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
+#include <vector>
+
+#include <fcntl.h>
+#include <spawn.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+
+extern char **environ;
 
 using namespace Qt::StringLiterals;
+
+// What the command line costs per recorder, each figure against its floor
+// measured in the same run: the programs of this build, or those in the
+// folder named by RS_BENCH_BIN (another build, to compare two in one
+// sitting).
 
 namespace {
 
 QString binary(const char *name)
 {
-    return QCoreApplication::applicationDirPath() + u"/../bin/"_s + QLatin1StringView(name);
+    const QByteArray dir = qgetenv("RS_BENCH_BIN");
+    return (dir.isEmpty() ? QCoreApplication::applicationDirPath() + u"/../bin"_s
+                          : QString::fromLocal8Bit(dir))
+           + u'/' + QLatin1StringView(name);
 }
 
-// The largest resident set of the processes this program has waited for, in
-// MiB: every one of them is a remote-setup-cli (the simulator is still running).
-double peakChildMiB()
+struct Run
 {
-    rusage usage {};
-    getrusage(RUSAGE_CHILDREN, &usage);
-    return double(usage.ru_maxrss) / 1024.0;
+    bool ok = false;
+    double ms = 0;
+    double peakMiB = 0; // the process's largest resident set
+};
+
+// Runs `program` to its end, its output discarded, and takes its own peak
+// memory from wait4() rather than the largest of all children so far.
+Run run(const QString &program, const QStringList &arguments)
+{
+    std::vector<QByteArray> words {program.toLocal8Bit()};
+    for (const QString &argument : arguments)
+        words.push_back(argument.toLocal8Bit());
+    std::vector<char *> argv;
+    for (QByteArray &word : words)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    QElapsedTimer clock;
+    clock.start();
+    pid_t pid = 0;
+    Run result;
+    if (posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ) == 0) {
+        int status = 0;
+        rusage usage {};
+        if (wait4(pid, &status, 0, &usage) == pid) {
+            result.ms = double(clock.nsecsElapsed()) / 1e6;
+            result.peakMiB = double(usage.ru_maxrss) / 1024.0;
+            // diff's 1 says the setups differ, which is what it is run for.
+            result.ok = WIFEXITED(status) && WEXITSTATUS(status) <= 1;
+        }
+    }
+    posix_spawn_file_actions_destroy(&actions);
+    return result;
+}
+
+// recorder-sim with `count` recorders and a hosts file naming them.
+class Fleet
+{
+public:
+    explicit Fleet(int count)
+    {
+        m_sim.setStandardErrorFile(QProcess::nullDevice());
+        m_sim.start(binary("recorder-sim"),
+                    {u"--listen"_s, u"127.0.0.1:0"_s, u"--record"_s, m_dir.filePath(u"record"_s),
+                     u"--count"_s, QString::number(count)});
+        QByteArray hosts;
+        while (hosts.count('\n') < count) {
+            if (!m_sim.canReadLine() && !m_sim.waitForReadyRead(30000))
+                return;
+            const QByteArray line = m_sim.readLine().trimmed();
+            const QByteArray address = line.mid(line.lastIndexOf(' ') + 1);
+            if (m_first.isEmpty())
+                m_first = address;
+            hosts += address + '\n';
+        }
+        QFile file(hostsFile());
+        m_ready = file.open(QIODevice::WriteOnly) && file.write(hosts) == hosts.size();
+    }
+    ~Fleet()
+    {
+        m_sim.kill();
+        m_sim.waitForFinished();
+    }
+
+    bool ready() const { return m_ready; }
+    QString hostsFile() const { return m_dir.filePath(u"hosts.txt"_s); }
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+    // --host and --port of the first recorder.
+    QStringList first() const
+    {
+        const QString address = QString::fromLatin1(m_first);
+        return {u"--host"_s, address.section(u':', 0, 0), u"--port"_s, address.section(u':', 1)};
+    }
+
+private:
+    QTemporaryDir m_dir;
+    QProcess m_sim;
+    QByteArray m_first;
+    bool m_ready = false;
+};
+
+enum Command { Export, Dump, Diff };
+
+// One recorder's command: the floor of the fleet's.
+QStringList single(const Fleet &fleet, Command command)
+{
+    switch (command) {
+    case Export:
+        return fleet.first() + QStringList {u"export"_s, fleet.path(u"one.dat"_s)};
+    case Dump:
+        return fleet.first() + QStringList {u"dump"_s};
+    case Diff:
+        return fleet.first() + QStringList {u"diff"_s, fleet.path(u"baseline.dat"_s)};
+    }
+    return {};
+}
+
+QStringList many(const Fleet &fleet, Command command, int jobs)
+{
+    QStringList arguments {u"--hosts"_s, fleet.hostsFile(), u"--jobs"_s, QString::number(jobs)};
+    switch (command) {
+    case Export:
+        return arguments + QStringList {u"export"_s, fleet.path(u"out/"_s)};
+    case Dump:
+        return arguments + QStringList {u"dump"_s};
+    case Diff:
+        return arguments + QStringList {u"diff"_s, fleet.path(u"baseline.dat"_s)};
+    }
+    return {};
 }
 
 } // namespace
 
-// `remote-setup-cli --hosts FILE --jobs N export DIR/` against one
-// recorder-sim serving every recorder of the fleet, process start included.
-// Goal: 100 recorders with --jobs 32 take at most twice the time of one
-// recorder, and the command line stays under 50 MiB.
-static void fleetExport(benchmark::State &state)
+// `export FILE` of one recorder, process start included, against the
+// floor of any run of the program: `remote-setup-cli --version`.
+// Goal: at most 1.25 times the floor.
+static void exportVsProcessStart(benchmark::State &state)
 {
-    const int recorders = int(state.range(0));
-    const int jobs = int(state.range(1));
-    QTemporaryDir dir;
-    QProcess sim;
-    sim.setStandardErrorFile(QProcess::nullDevice());
-    sim.start(binary("recorder-sim"),
-              {u"--listen"_s, u"127.0.0.1:0"_s, u"--record"_s, dir.filePath(u"record"_s),
-               u"--count"_s, QString::number(recorders)});
-    QByteArray hosts;
-    while (hosts.count('\n') < recorders) {
-        if (!sim.canReadLine() && !sim.waitForReadyRead(10000)) {
-            state.SkipWithError("recorder-sim did not start");
-            return;
-        }
-        const QByteArray line = sim.readLine().trimmed();
-        hosts += line.mid(line.lastIndexOf(' ') + 1) + '\n';
-    }
-    QFile file(dir.filePath(u"hosts.txt"_s));
-    if (!file.open(QIODevice::WriteOnly) || file.write(hosts) != hosts.size()) {
-        state.SkipWithError("cannot write the hosts file");
+    Fleet fleet(1);
+    if (!fleet.ready()) {
+        state.SkipWithError("recorder-sim did not start");
         return;
     }
-    file.close();
-    const QStringList arguments {u"--hosts"_s,          file.fileName(), u"--jobs"_s,
-                                 QString::number(jobs), u"export"_s,     dir.filePath(u"out/"_s)};
+    double exportMs = 0;
+    double floorMs = 0;
     for (auto _ : state) {
-        QProcess cli;
-        cli.setStandardOutputFile(QProcess::nullDevice());
-        cli.start(binary("remote-setup-cli"), arguments);
-        if (!cli.waitForFinished(120000) || cli.exitCode() != 0) {
-            state.SkipWithError("the fleet export failed");
-            break;
+        const Run floor = run(binary("remote-setup-cli"), {u"--version"_s});
+        const Run one = run(binary("remote-setup-cli"), single(fleet, Export));
+        if (!floor.ok || !one.ok) {
+            state.SkipWithError("a run failed");
+            return;
         }
+        floorMs += floor.ms;
+        exportMs += one.ms;
     }
-    state.counters["cli_peak_MiB"] = peakChildMiB();
-    state.SetLabel("goal: 100/32 within 2x of 1/1; under 50 MiB");
-    sim.kill();
-    sim.waitForFinished();
+    state.counters["export_ms"] = exportMs / double(state.iterations());
+    state.counters["floor_ms"] = floorMs / double(state.iterations());
+    state.counters["ratio"] = exportMs / floorMs;
 }
-BENCHMARK(fleetExport)
-    ->ArgNames({"recorders", "jobs"})
-    ->Args({1, 1})
-    ->Args({100, 32})
+BENCHMARK(exportVsProcessStart)->Unit(benchmark::kMillisecond)->Iterations(20);
+
+// A fleet's export, dump or diff of range(1) recorders with --jobs
+// range(2), against the same command for one recorder in the same run.
+// Goals: 100 exports with --jobs 32 within twice one export; time growing
+// at most linearly with the recorders; peak memory flat (under 50 MiB).
+static void fleetCommand(benchmark::State &state)
+{
+    const auto command = Command(state.range(0));
+    const int recorders = int(state.range(1));
+    const int jobs = int(state.range(2));
+    Fleet fleet(recorders);
+    if (!fleet.ready()) {
+        state.SkipWithError("recorder-sim did not start");
+        return;
+    }
+    const QString cli = binary("remote-setup-cli");
+    if (command == Diff
+        && !(run(cli, single(fleet, Export)).ok
+             && QFile::copy(fleet.path(u"one.dat"_s), fleet.path(u"baseline.dat"_s)))) {
+        state.SkipWithError("no baseline");
+        return;
+    }
+    double fleetMs = 0;
+    double floorMs = 0;
+    double peakMiB = 0;
+    for (auto _ : state) {
+        const Run floor = run(cli, single(fleet, command));
+        const Run all = run(cli, many(fleet, command, jobs));
+        if (!floor.ok || !all.ok) {
+            state.SkipWithError("a run failed");
+            return;
+        }
+        floorMs += floor.ms;
+        fleetMs += all.ms;
+        peakMiB = std::max(peakMiB, all.peakMiB);
+    }
+    const auto n = double(state.iterations());
+    state.counters["fleet_ms"] = fleetMs / n;
+    state.counters["one_ms"] = floorMs / n;
+    state.counters["ratio"] = fleetMs / floorMs;
+    state.counters["ms_per_recorder"] = fleetMs / n / recorders;
+    state.counters["peak_MiB"] = peakMiB;
+}
+BENCHMARK(fleetCommand)
+    ->ArgNames({"command", "recorders", "jobs"})
+    ->Args({Export, 1, 1})
+    ->Args({Export, 100, 32})
+    ->ArgsProduct({{Export, Dump, Diff}, {10, 100, 500, 1000}, {64}})
     ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
+    ->Iterations(3);

@@ -4,13 +4,15 @@
 
 #include "cli/CommandContext.h"
 #include "cli/ExitCode.h"
+#include "cli/Fiber.h"
+#include "cli/GroupCommit.h"
 #include "cli/LoginFields.h"
-#include "session/ConnectingWait.h"
 #include "session/Frame.h"
 #include "session/RemoteCommand.h"
 #include "session/SessionMessage.h"
 #include "session/SessionNotice.h"
 #include "session/SocketNotifyEvent.h"
+#include "setup/ExportFile.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QCoreApplication>
@@ -24,9 +26,6 @@ using setup::SetupRecordMap;
 namespace cli {
 
 namespace {
-
-constexpr int RoundsPerSecond = 10;
-constexpr int PollMs = 2;
 
 bool isLoginRefusal(std::optional<int> code)
 {
@@ -68,12 +67,70 @@ bool CliSession::event(QEvent *event)
 {
     if (event->type() == QEvent::Type(SessionMessage::Notice)) {
         showMessage(SessionNotice::fromMessage(*static_cast<SessionMessage *>(event)).text());
+        recheck();
         return true;
     }
     if (event->type() != QEvent::Type(SessionMessage::SessionEnded))
         return QObject::event(event);
     m_sessionEnded = true;
+    recheck();
     return true;
+}
+
+void CliSession::wake()
+{
+    recheck();
+}
+
+bool CliSession::writeExport(const QString &path, const QByteArray &record, QString *error)
+{
+    if (!Fiber::current())
+        return setup::ExportFile::write(path, record, error);
+    const QByteArray bytes = setup::ExportFile::build(record);
+    if (bytes.isEmpty()) {
+        *error = u"no whole record"_s;
+        return false;
+    }
+    return GroupCommit::instance().write(path, bytes, error);
+}
+
+void CliSession::recheck()
+{
+    if (m_recheck)
+        m_recheck();
+}
+
+bool CliSession::await(const std::function<bool()> &done, std::chrono::milliseconds timeout)
+{
+    if (done())
+        return true;
+    bool timedOut = false;
+    Fiber *fiber = Fiber::current();
+    QEventLoop loop;
+    const auto over = [&] {
+        return timedOut || done();
+    };
+    m_recheck = [&] {
+        if (fiber)
+            fiber->wake();
+        else if (over())
+            loop.quit();
+    };
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, this, [&] {
+        timedOut = true;
+        recheck();
+    });
+    timer.start(std::max(timeout, std::chrono::milliseconds(0)));
+    if (fiber) {
+        while (!over())
+            Fiber::yield();
+    } else {
+        loop.exec();
+    }
+    m_recheck = nullptr;
+    return done();
 }
 
 int CliSession::open()
@@ -92,27 +149,25 @@ int CliSession::open()
     m_worker = std::make_unique<CWork>();
     m_worker->setMainWindow(this);
     m_worker->installEventFilter(this);
+    m_worker->setIoThread(session::IoThread::Caller);
+    connect(m_worker.get(), &CWork::notified, this, &CliSession::recheck);
     if (!m_worker->connectSession(&m_record))
         return m_context.fail(NoSession, u"cannot connect to %1"_s.arg(where()));
 
-    Outcome outcome = Outcome::Waiting;
-    QEventLoop loop;
-    auto decide = [&](Outcome o) {
-        outcome = o;
-        loop.quit();
+    // The connecting wait's decisions as the session reaches them: a failed
+    // or idle worker, else the setup record; running out of time otherwise.
+    const auto failed = [this] {
+        return m_worker->state() == CWork::Failed || m_worker->state() == CWork::Idle;
     };
-    ConnectingWait wait(this, m_worker->status(),
-                        {nullptr, [&] { decide(Outcome::Ready); }, [&] { decide(Outcome::Failed); },
-                         [&] {
-                             decide(Outcome::TimedOut);
-                         }},
-                        options.timeoutSeconds * RoundsPerSecond);
-    // Learning of the record by signal keeps the command from sleeping out
-    // a whole polling period.
-    QObject::connect(m_worker.get(), &CWork::setupArrived, &loop, [&wait] { wait.wake(); });
-    loop.exec();
-    if (outcome != Outcome::Ready)
-        return failure(outcome);
+    const bool decided = await([&] { return failed() || m_worker->setupReceived() == 1; },
+                               std::chrono::seconds(options.timeoutSeconds));
+    // The worker posts its notice ("Login failed") in the step that decides:
+    // print it before the command's own message.
+    QCoreApplication::sendPostedEvents(this);
+    if (!decided)
+        return failure(Outcome::TimedOut);
+    if (failed())
+        return failure(Outcome::Failed);
     return m_setupAnswerSize == SetupRecordMap::RecordSize ? int(Success) : noWholeRecord();
 }
 
@@ -174,21 +229,14 @@ bool CliSession::eventFilter(QObject *watched, QEvent *event)
         return false;
     m_refusedAck = m_acksSeen;
     m_worker->disconnectSession();
+    recheck();
     return true;
 }
 
 int CliSession::waitUntil(const std::function<bool()> &done, const QString &what)
 {
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (done() || m_sessionEnded || QDateTime::currentMSecsSinceEpoch() >= m_deadline)
-            loop.quit();
-    });
-    if (!done()) {
-        poll.start(PollMs);
-        loop.exec();
-    }
+    await([&] { return done() || m_sessionEnded; },
+          std::chrono::milliseconds(m_deadline - QDateTime::currentMSecsSinceEpoch()));
     // The worker posts its notice ("Import Success") in the same step that
     // ends the wait: print it before the command reports its outcome.
     QCoreApplication::sendPostedEvents(this);

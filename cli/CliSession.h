@@ -9,6 +9,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -18,9 +19,13 @@ namespace cli {
 class CommandContext;
 
 // One session with a recorder for one command: connects with the global
-// options, waits for the setup record with the same connecting wait the
-// window uses (bounded by --timeout), prints the session's messages on
-// standard error and turns every way a session can end into an exit code.
+// options, waits for the setup record with the connecting wait's decisions
+// (bounded by --timeout), prints the session's messages on standard error
+// and turns every way a session can end into an exit code. The session's
+// socket works on the command's own thread, and every wait is driven by
+// the session's events, never by polling: on its own the command runs the
+// thread's event loop while it waits; in a fleet's fiber it yields to the
+// loop that serves the whole fleet.
 class CliSession
     : public QObject
     , public MessageSink
@@ -42,6 +47,16 @@ public:
     // when the session ends or the time runs out first (`what` names the
     // awaited answer in the message).
     int waitUntil(const std::function<bool()> &done, const QString &what);
+    // Waits until `done` holds or `timeout` passes; returns whether it holds.
+    // `done` is looked at again after each of the session's events and
+    // after wake().
+    bool await(const std::function<bool()> &done, std::chrono::milliseconds timeout);
+    // For waits on something besides the session's own events: look again.
+    void wake();
+    // Writes the export file of `record` to `path`, as ExportFile::write.
+    // In a fleet the file is made durable together with the other
+    // recorders' (GroupCommit), so that no session waits for the disk alone.
+    bool writeExport(const QString &path, const QByteArray &record, QString *error);
 
     // From now on a write acknowledgement whose code is not 1 ends the
     // session before the worker counts it, so that nothing more is sent and
@@ -61,9 +76,10 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    enum class Outcome { Waiting, Ready, Failed, TimedOut };
+    enum class Outcome { Failed, TimedOut };
 
     int failure(Outcome outcome);
+    void recheck();
     int noWholeRecord();
     QString where() const;
 
@@ -79,6 +95,7 @@ private:
     int m_acksSeen = 0;
     int m_refusedAck = 0;
     bool m_connectionLost = false;
+    std::function<void()> m_recheck; // the running await's
 };
 
 } // namespace cli

@@ -22,11 +22,9 @@
 #include "setup/SaveRules.h"
 #include "setup/SetupRecordMap.h"
 
-#include <QEventLoop>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QTimer>
 
 #include <map>
 #include <set>
@@ -132,11 +130,9 @@ public:
     Result wait()
     {
         m_result.reset();
-        QTimer timer;
-        timer.setSingleShot(true);
-        connect(&timer, &QTimer::timeout, this, [this] { finish(Result::TimedOut); });
-        timer.start(m_timeoutMs);
-        m_loop.exec();
+        if (!m_session.await([this] { return m_result.has_value(); },
+                             std::chrono::milliseconds(m_timeoutMs)))
+            finish(Result::TimedOut);
         return *m_result;
     }
 
@@ -154,12 +150,11 @@ private:
         if (m_result)
             return;
         m_result = result;
-        m_loop.quit();
+        m_session.wake();
     }
 
     CliSession &m_session;
     int m_timeoutMs;
-    QEventLoop m_loop;
     std::optional<Result> m_result;
 };
 

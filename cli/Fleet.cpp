@@ -5,6 +5,7 @@
 #include "cli/ApplyCommand.h"
 #include "cli/CommandContext.h"
 #include "cli/ExitCode.h"
+#include "cli/Fiber.h"
 #include "cli/FieldCommands.h"
 #include "cli/LoginFields.h"
 #include "cli/SessionCommands.h"
@@ -16,15 +17,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QThread>
 
 #include <algorithm>
 #include <cstdio>
 #include <unistd.h>
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 using namespace Qt::StringLiterals;
 
@@ -139,21 +135,16 @@ Fleet::Fleet(const CommandContext &context, Command command, std::vector<Job> jo
     , m_terminal(isatty(fileno(stderr)) != 0)
 { }
 
+Fleet::~Fleet() = default;
+
 int Fleet::exec()
 {
-#ifdef __GLIBC__
-    // glibc gives each new thread an arena of its own, up to eight per core,
-    // and an arena keeps what its threads freed: with dozens of sessions at
-    // once that is a third of the program's memory. Two arenas serve the
-    // sessions as fast.
-    mallopt(M_ARENA_MAX, 2);
-#endif
     QEventLoop loop;
     const int slots = std::max(1, m_context.options().jobs);
     for (int k = 0; k < slots; ++k)
         startNext();
     drawProgress();
-    // Each finished thread starts the next job; the loop ends with the last.
+    // Each finished job starts the next; the loop ends with the last.
     m_quit = [&loop] {
         loop.quit();
     };
@@ -174,28 +165,36 @@ void Fleet::startNext()
     Job *job = &m_jobs[m_next++];
     const GlobalOptions options = job->host.options(m_context.options());
     const Command command = m_command;
-    QThread *thread = QThread::create([job, options, command] {
+    auto body = [job, options, command] {
         QTextStream out(&job->out);
         QTextStream err(&job->err);
         const CommandContext context(options, out, err);
         job->code = command(context, job->arguments);
         out.flush();
         err.flush();
-    });
+    };
+    auto fiber = std::make_unique<Fiber>(body, [this, job] { finish(*job); });
+    Fiber *started = fiber.get();
+    m_fibers.emplace(job, std::move(fiber));
     ++m_running;
-    QObject::connect(thread, &QThread::finished, this, [this, thread, job] {
-        // The thread is at its very end; nothing is left to wait for.
-        thread->wait();
-        delete thread;
-        --m_running;
-        ++m_done;
-        report(*job);
-        startNext();
-        drawProgress();
-        if (m_done == int(m_jobs.size()) && m_quit)
-            m_quit();
-    });
-    thread->start();
+    started->wake();
+}
+
+void Fleet::finish(Job &job)
+{
+    --m_running;
+    ++m_done;
+    report(job);
+    // Printed: the recorder's output is of no further use.
+    job.out = QString();
+    job.err = QString();
+    // The fiber is still on the way out of its last turn: it goes at the next.
+    QMetaObject::invokeMethod(
+        this, [this, key = &job] { m_fibers.erase(key); }, Qt::QueuedConnection);
+    startNext();
+    drawProgress();
+    if (m_done == int(m_jobs.size()) && m_quit)
+        m_quit();
 }
 
 void Fleet::report(const Job &job)

@@ -9,15 +9,22 @@
 #include <QStringList>
 
 #include <functional>
+#include <map>
+#include <memory>
 #include <vector>
 
 namespace cli {
 
 class CommandContext;
+class Fiber;
 
 // One command run on every recorder of a hosts file. Each recorder gets its
-// own session on a thread of its own, at most --jobs at once, so a recorder
-// that hangs or refuses holds up only its own slot until --timeout. Results
+// own session, at most --jobs open at once, all on this thread and its one
+// event loop: each recorder's command runs in a fiber of its own that yields
+// whenever it waits, so a recorder that hangs or refuses holds up only its
+// own slot until --timeout. A recorder's output is kept only until its
+// result is printed. Export files are made durable in batches on one
+// helper thread (GroupCommit), so that no session waits for the disk. Results
 // are printed as the recorders finish: the command's output lines prefixed
 // with the recorder's name, then one result line; a summary follows at the
 // end, and on a terminal a progress bar runs on standard error. The exit
@@ -44,8 +51,10 @@ private:
     };
 
     Fleet(const CommandContext &context, Command command, std::vector<Job> jobs, bool drift);
+    ~Fleet() override;
     int exec();
     void startNext();
+    void finish(Job &job);
     void report(const Job &job);
     void drawProgress();
     void clearProgress();
@@ -61,6 +70,7 @@ private:
     bool m_terminal = false;
     bool m_barShown = false;
     std::function<void()> m_quit;
+    std::map<const Job *, std::unique_ptr<Fiber>> m_fibers; // the running jobs'
 };
 
 } // namespace cli

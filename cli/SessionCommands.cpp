@@ -89,10 +89,10 @@ int SessionCommands::info(const CommandContext &context, const QStringList &argu
                                          .arg(LittleEndian::u8(record, v + 1))
                                          .arg(LittleEndian::u8(record, v + 2))
                                          .arg(LittleEndian::u8(record, v + 3))},
-             {u"alarm_inputs"_s, int(values[0])},
-             {u"alarm_outputs"_s, int(values[1])},
-             {u"audio_inputs"_s, int(values[2])},
-             {u"disks"_s, int(values[3])},
+             {u"alarm_inputs"_s, int(values.alarmInputs)},
+             {u"alarm_outputs"_s, int(values.alarmOutputs)},
+             {u"audio_inputs"_s, int(values.audioInputs)},
+             {u"disks"_s, int(values.disks)},
              // An impossible time (month 13) is null: no clock shows it.
              {u"recorder_time"_s, time ? QJsonValue(time->toString(Qt::ISODate).chopped(1))
                                        : QJsonValue(QJsonValue::Null)}});
@@ -105,10 +105,10 @@ int SessionCommands::info(const CommandContext &context, const QStringList &argu
         << "software version: " << LittleEndian::u8(record, v) << '.'
         << LittleEndian::u8(record, v + 1) << '.' << LittleEndian::u8(record, v + 2) << '.'
         << LittleEndian::u8(record, v + 3) << '\n'
-        << "alarm inputs: " << values[0] << '\n'
-        << "alarm outputs: " << values[1] << '\n'
-        << "audio inputs: " << values[2] << '\n'
-        << "disks: " << values[3] << '\n'
+        << "alarm inputs: " << values.alarmInputs << '\n'
+        << "alarm outputs: " << values.alarmOutputs << '\n'
+        << "audio inputs: " << values.audioInputs << '\n'
+        << "disks: " << values.disks << '\n'
         << "recorder time: " << describeTime(work.timeAnswer()) << '\n';
     out.flush();
     return Success;
@@ -123,7 +123,7 @@ int SessionCommands::exportSetup(const CommandContext &context, const QStringLis
         return code;
 
     QString error;
-    if (!setup::ExportFile::write(arguments.first(), session.worker().mirror(), &error))
+    if (!session.writeExport(arguments.first(), session.worker().mirror(), &error))
         return context.fail(UsageError, u"cannot write %1: %2"_s.arg(arguments.first(), error));
     context.out() << "Export completed\n";
     context.out().flush();

@@ -10,8 +10,6 @@
 #include "firmware/FirmwareUploader.h"
 
 #include <QCommandLineParser>
-#include <QEventLoop>
-#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -113,17 +111,13 @@ int UploadCommand::run(const CommandContext &context, const QStringList &argumen
                            std::chrono::seconds(context.options().timeoutSeconds)));
     // Success is claimed only for what the recorder said it took.
     uploader->requireExactAcceptance();
-    QEventLoop loop;
-    QObject::connect(uploader.get(), &FirmwareUploader::percentageChanged, &loop,
+    QObject::connect(uploader.get(), &FirmwareUploader::percentageChanged, &session,
                      [&progress](int percent) { progress.setPercentage(percent); });
-    QObject::connect(uploader.get(), &FirmwareUploader::finished, &loop, &QEventLoop::quit);
-    QTimer deadline;
-    deadline.setSingleShot(true);
-    QObject::connect(&deadline, &QTimer::timeout, &loop, &QEventLoop::quit);
-    deadline.start(std::chrono::seconds(deadlineSeconds));
+    QObject::connect(uploader.get(), &FirmwareUploader::finished, &session, &CliSession::wake);
     progress.setPercentage(0);
     uploader->start();
-    loop.exec();
+    session.await([&uploader] { return uploader->outcome().has_value(); },
+                  std::chrono::seconds(deadlineSeconds));
     const std::optional<FirmwareUploader::Outcome> outcome = uploader->outcome();
     // Destroying an unfinished upload tells the recorder to stop.
     uploader.reset();

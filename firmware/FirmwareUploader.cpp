@@ -31,7 +31,7 @@ FirmwareUploader::~FirmwareUploader()
     // Wakes a transfer waiting for a reply; it sees the abort before it
     // takes the wake-up for one.
     m_abort.store(true);
-    m_work.firmwareReplyEvent().set();
+    m_work.firmware().replyEvent().set();
     m_thread.join();
 }
 
@@ -110,7 +110,7 @@ FirmwareUploader::Outcome FirmwareUploader::transfer()
     if (const auto failed = send(header, m_package.header()))
         return *failed;
 
-    const CWork::FirmwareReply answer = m_work.firmwareReply();
+    const FirmwareChannel::Reply answer = m_work.firmware().reply();
     const std::array<quint32, 8> &reply = answer.words;
     if (reply[0] != W::HeaderReply)
         return Outcome::Declined;
@@ -181,16 +181,19 @@ FirmwareUploader::sendComponents(QFile &file, quint32 chunkSize, const UpdatePla
 std::optional<FirmwareUploader::Outcome> FirmwareUploader::send(const PACKET_PARAM &param,
                                                                 QByteArrayView data)
 {
-    nelib::Event &reply = m_work.firmwareReplyEvent();
+    nelib::Event &reply = m_work.firmware().replyEvent();
     reply.reset();
     if (m_abort.load())
         return stopAfterError(Outcome::Canceled);
-    // Counted from the previous reply, which the recorder sent after the
-    // whole previous packet had reached it; the steady clock never wakes
-    // early.
-    std::this_thread::sleep_until(std::chrono::steady_clock::now() + m_packetPause);
-    const quint64 replies = m_work.firmwareReplies();
-    if (!m_work.sendFirmwarePacket(param, data))
+    // Counted from when the previous packet left for the network, so that
+    // the recorder's answer time is part of the pause rather than added to
+    // it; the steady clock never wakes early, and a packet whose leaving is
+    // unknown counts from now.
+    const auto now = std::chrono::steady_clock::now();
+    const auto previous = m_work.firmware().lastWritten();
+    std::this_thread::sleep_until(previous.value_or(now) + m_packetPause);
+    const quint64 replies = m_work.firmware().replies();
+    if (!m_work.firmware().send(param, data))
         return stopAfterError(Outcome::SendFailed);
     const bool woken = reply.wait(m_replyTimeout);
     if (m_abort.load())
@@ -198,7 +201,7 @@ std::optional<FirmwareUploader::Outcome> FirmwareUploader::send(const PACKET_PAR
     if (!woken)
         return stopAfterError(Outcome::NoResponse);
     // Woken without an answer: the session ended, the connection is gone.
-    if (m_work.firmwareReplies() == replies)
+    if (m_work.firmware().replies() == replies)
         return stopAfterError(Outcome::SendFailed);
     return std::nullopt;
 }
@@ -208,7 +211,7 @@ std::optional<FirmwareUploader::Outcome> FirmwareUploader::sendData(const PACKET
 {
     if (const auto failed = send(param, data))
         return failed;
-    const std::array<quint32, 8> reply = m_work.firmwareReply().words;
+    const std::array<quint32, 8> reply = m_work.firmware().reply().words;
     const bool accepted = reply[0] == W::DataReply && reply[1] == W::Accepted;
     if (m_exactAcceptance ? !accepted : reply[0] == W::DataReply && !accepted)
         return stopAfterError(Outcome::Refused);
@@ -219,8 +222,8 @@ FirmwareUploader::Outcome FirmwareUploader::stopAfterError(Outcome outcome)
 {
     PACKET_PARAM stop;
     stop.words[0] = W::Stop;
-    m_work.sendFirmwarePacket(stop, {});
-    m_work.clearFirmwareBuffer();
+    m_work.firmware().send(stop, {});
+    m_work.firmware().clear();
     return outcome;
 }
 

@@ -32,9 +32,10 @@ struct UpdatePlan;
 // recorder that declines, and a cancel leave the program running.
 //
 // The object belongs to the worker's thread (the user-interface thread),
-// whose event loop must keep running: the worker's reply handler runs there,
-// and so does the end of every upload (main window message 3027 and
-// finished(), which reports the outcome and shows nothing). The session
+// whose event loop must keep running: the end of every upload runs there
+// (main window message 3027 and finished(), which reports the outcome and
+// shows nothing). The recorder's replies reach the transfer thread straight
+// from the session's socket (CWork::firmware()). The session
 // owns it (CWork::adoptUpload) and destroys it before its handle goes;
 // destroying it mid-transfer stops the transfer and tells the recorder so.
 class FirmwareUploader : public QObject

@@ -4,7 +4,8 @@
 #   release: optimised, into build/release
 #   test:    debug with AddressSanitizer and UndefinedBehaviorSanitizer, into build/test
 #   tsan:    debug with ThreadSanitizer, into build/tsan; by default only the
-#            tests of the threaded code (session, firmware, simulator)
+#            tests of the threaded code (session, firmware, simulator, and
+#            the command line, whose fleet runs its sessions in fibers)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 kind=${1:-release}
@@ -14,7 +15,7 @@ case "$kind" in
     test) flags=(-DCMAKE_BUILD_TYPE=Debug -DRS_SANITIZE=ON) ;;
     tsan)
         flags=(-DCMAKE_BUILD_TYPE=Debug -DRS_TSAN=ON -DRS_BUILD_BENCH=OFF)
-        [ $# -gt 0 ] || set -- session_tests worker_tests firmware_tests sim_tests
+        [ $# -gt 0 ] || set -- session_tests worker_tests firmware_tests sim_tests cli_tests default_setup
         ;;
     *) echo "usage: scripts/build.sh release|test|tsan [targets...]" >&2; exit 2 ;;
 esac

@@ -15,4 +15,4 @@ ctest --test-dir build/test --output-on-failure --parallel 2 "$@"
 scripts/build.sh tsan
 TSAN_OPTIONS=${TSAN_OPTIONS:-halt_on_error=1:second_deadlock_stack=1:suppressions=$PWD/tests/tsan.supp} \
     ctest --test-dir build/tsan --output-on-failure --parallel 2 \
-    -R '^(session_tests|worker_tests|firmware_tests|sim_tests)\.'
+    -R '^(session_tests|worker_tests|firmware_tests|sim_tests|cli_tests)\.'

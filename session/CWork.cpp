@@ -65,12 +65,8 @@ CWork::CWork(QObject *parent)
     s_instance.store(this);
     m_keepAliveTimer.setInterval(KeepAliveIntervalMs);
     m_clockTimer.setInterval(ClockIntervalMs);
-    // A coarse timer may fire up to 5 % early; the pause is a minimum.
-    m_blockTimer.setTimerType(Qt::PreciseTimer);
-    m_blockTimer.setSingleShot(true);
     connect(&m_keepAliveTimer, &QTimer::timeout, this, [this] { onTimer(KeepAliveTimer); });
     connect(&m_clockTimer, &QTimer::timeout, this, [this] { onTimer(ClockTimer); });
-    connect(&m_blockTimer, &QTimer::timeout, this, &CWork::sendNextBlock);
 }
 
 CWork::~CWork()
@@ -102,7 +98,7 @@ void CWork::setState(int state, bool updateStatus)
 int CWork::connectSession(ConnectionRecord *record)
 {
     releaseHandle();
-    endTransfer(TransferOutcome::None);
+    m_wholeRecord.end(TransferOutcome::None);
     m_record = record;
     m_record->clearedAtConnect = 0;
     m_address = record->address;
@@ -112,11 +108,13 @@ int CWork::connectSession(ConnectionRecord *record)
     m_setupRequested = false;
     m_status->setupReceived.store(0);
 
-    {
-        const std::lock_guard lock(m_handleMutex);
-        m_handle = KRSMGAPI_Create(this, nullptr, nullptr);
-    }
+    m_handle = KRSMGAPI_Create(this, nullptr, nullptr, m_ioThread);
     if (m_handle) {
+        // The upload thread waits for these; they need not pass this thread.
+        m_handle->deliverDirectly(RemoteCommand::FirmwareReply, [this](const QByteArray &packet) {
+            handleFirmwareReply(packet);
+        });
+        m_firmware.attach(m_handle);
         m_channel = m_handle->serial();
         if (!m_firstChannel)
             m_firstChannel = m_channel;
@@ -147,7 +145,7 @@ void CWork::holdRecord(QByteArrayView record, int videoStandard)
 void CWork::disconnectSession()
 {
     m_keepAliveTimer.stop();
-    endTransfer(TransferOutcome::None);
+    m_wholeRecord.end(TransferOutcome::None);
     if (releaseHandle())
         setState(Idle, false);
     post(SessionMessage::SessionEnded);
@@ -193,6 +191,7 @@ bool CWork::event(QEvent *event)
     // Anything else belongs to a handle this worker has already let go.
     if (state() == Failed)
         disconnectSession();
+    Q_EMIT notified();
     return true;
 }
 
@@ -356,8 +355,7 @@ void CWork::handleSetupAnswer(const QByteArray &packet)
 {
     const QByteArrayView param
         = QByteArrayView(packet).sliced(PacketParamOffset, PACKET_PARAM::Size);
-    for (int i = 0; i < 4; ++i)
-        m_setupAnswerValues[i] = LittleEndian::u16(param, 12 + 2 * i);
+    m_setupAnswerValues = SetupAnswerValues::fromParam(packetParam(packet));
     const QByteArrayView payload = packetPayload(packet);
     if (LittleEndian::u32(param, 8) == 0) {
         if (payload.size() == SetupRecordMap::RecordSize)
@@ -382,41 +380,22 @@ void CWork::setupArrival(QByteArrayView payload, bool present)
 
 void CWork::handleAcknowledgement(bool applied)
 {
-    if (!m_transfer) {
-        if (m_silentNextAck)
-            m_silentNextAck = 0;
-        else if (applied)
-            report(SessionNotice::Saved);
+    if (m_wholeRecord.running()) {
+        m_wholeRecord.acknowledge(applied);
         return;
     }
-    if (!applied) {
-        endTransfer(TransferOutcome::Refused);
-        return;
-    }
-    const int blocks = int(SetupRecordMap::Blocks.size());
-    // More acknowledgements than writes sent cannot belong to this transfer.
-    const int sent = m_transfer->nextBlock + (m_transfer->acknowledgements >= blocks ? 1 : 0);
-    if (++m_transfer->acknowledgements > sent) {
-        endTransfer(TransferOutcome::Refused);
-        return;
-    }
-    if (m_transfer->acknowledgements == blocks)
-        commit();
-    else if (m_transfer->acknowledgements == blocks + 1)
-        endTransfer(TransferOutcome::Succeeded);
+    if (m_silentNextAck)
+        m_silentNextAck = 0;
+    else if (applied)
+        report(SessionNotice::Saved);
 }
 
-void CWork::endTransfer(TransferOutcome outcome)
+void CWork::wholeRecordEnded(WholeRecord kind, TransferOutcome outcome, const QByteArray &record)
 {
-    m_blockTimer.stop();
-    if (!m_transfer)
-        return;
-    const Transfer transfer = *std::exchange(m_transfer, std::nullopt);
-    m_lastTransfer = outcome;
-    const bool import = transfer.kind == WholeRecord::Import;
+    const bool import = kind == WholeRecord::Import;
     switch (outcome) {
     case TransferOutcome::Succeeded:
-        m_mirror = transfer.record;
+        m_mirror = record;
         report(import ? SessionNotice::ImportSucceeded : SessionNotice::DefaultSucceeded);
         post(SessionMessage::SetupRestored);
         break;
@@ -431,61 +410,21 @@ void CWork::endTransfer(TransferOutcome outcome)
 
 void CWork::handleFirmwareReply(const QByteArray &packet)
 {
-    const PACKET_PARAM param = packetParam(packet);
-    const QByteArrayView payload = packetPayload(packet);
-    {
-        const std::lock_guard lock(m_firmwareMutex);
-        m_firmwareReply.words = param.words;
-        m_firmwareReply.data
-            = payload.first(std::min<qsizetype>(payload.size(), FirmwareBufferSize)).toByteArray();
-        ++m_firmwareReplies;
-    }
-    m_firmwareReplied.set();
-}
-
-quint64 CWork::firmwareReplies() const
-{
-    const std::lock_guard lock(m_firmwareMutex);
-    return m_firmwareReplies;
-}
-
-CWork::FirmwareReply CWork::firmwareReply() const
-{
-    const std::lock_guard lock(m_firmwareMutex);
-    return m_firmwareReply;
+    m_firmware.receive(packetParam(packet), packetPayload(packet));
 }
 
 bool CWork::releaseHandle()
 {
-    KRSMGAPI_HANDLE handle = nullptr;
-    {
-        const std::lock_guard lock(m_handleMutex);
-        handle = std::exchange(m_handle, nullptr);
-    }
-    if (!handle)
+    if (!m_handle)
         return false;
+    // Waits for a firmware send under way, and tells a waiting upload that
+    // no reply can come any more.
+    m_firmware.attach(nullptr);
+    KRSMGAPI_HANDLE handle = std::exchange(m_handle, nullptr);
     KRSMGAPI_Disconnect(handle);
     KRSMGAPI_Destroy(handle);
     m_writesAwaited = 0;
-    // No reply can come any more: an upload waiting for one learns so now.
-    m_firmwareReplied.set();
     return true;
-}
-
-int CWork::sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data)
-{
-    // The upload thread sends while the keep-alive may end the session.
-    const std::lock_guard lock(m_handleMutex);
-    if (data.isEmpty())
-        return KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::FirmwarePacket, &param);
-    return KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::FirmwarePacket, &param, data.data(),
-                                     quint32(data.size()));
-}
-
-void CWork::clearFirmwareBuffer()
-{
-    const std::lock_guard lock(m_firmwareMutex);
-    m_firmwareReply = {};
 }
 
 void CWork::adoptUpload(QObject *upload)
@@ -524,7 +463,7 @@ void CWork::keepAlive()
     if (KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::KeepAlive, &probe))
         return;
     // A whole-record write under way failed with the connection.
-    endTransfer(TransferOutcome::SendFailed);
+    m_wholeRecord.end(TransferOutcome::SendFailed);
     setState(Failed, false);
     report(SessionNotice::ConnectionLost);
     disconnectSession();
@@ -564,65 +503,26 @@ int CWork::readSection(setup::Section section, QByteArray *destination) const
 int CWork::writeWholeRecord(WholeRecord kind, QByteArrayView record)
 {
     if (state() != Ready || record.size() != SetupRecordMap::RecordSize || !m_wholeRecordReceived
-        || m_transfer)
+        || m_wholeRecord.running())
         return 0;
-    m_transfer = Transfer {kind, record.toByteArray()};
-    if (!sendBlock()) {
-        // The caller reports a transfer that never started.
-        m_transfer.reset();
-        return 0;
-    }
-    m_blockTimer.start(WholeRecordPauseMs);
-    return 1;
+    return m_wholeRecord.start(kind, record) ? 1 : 0;
 }
 
-bool CWork::sendBlock()
+bool CWork::readyToWrite() const
 {
-    const setup::BlockInfo &block = SetupRecordMap::Blocks[m_transfer->nextBlock];
-    PACKET_PARAM param;
-    param.words[0] = SetupRecordMap::WholeBlockCategory;
-    param.words[1] = quint32(block.length);
-    param.words[2] = quint32(block.offset);
-    if (state() != Ready
-        || !countWrite(KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::SetupWrite, &param,
-                                                 m_transfer->record.constData() + block.offset,
-                                                 quint32(block.length))))
-        return false;
-    // Frames of other threads queued meanwhile only lengthen the pause.
-    m_blockFrames = m_handle->framesQueued();
-    ++m_transfer->nextBlock;
-    return true;
+    return state() == Ready;
 }
 
-std::chrono::milliseconds CWork::blockPauseLeft() const
+bool CWork::sendSetupWrite(const PACKET_PARAM &param, QByteArrayView data)
 {
-    using namespace std::chrono;
-    if (!m_handle)
-        return 0ms;
-    // Counted from when the previous block left for the network, not from
-    // when it was queued: one written late would otherwise reach the
-    // recorder too close to the next.
-    const std::optional<steady_clock::time_point> written = m_handle->writtenAt(m_blockFrames);
-    if (!written)
-        return 1ms;
-    const steady_clock::time_point due = *written + milliseconds(WholeRecordPauseMs) + PauseMargin;
-    return std::max(ceil<milliseconds>(due - steady_clock::now()), 0ms);
+    return countWrite(KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::SetupWrite, &param,
+                                                data.data(), quint32(data.size())))
+           != 0;
 }
 
-void CWork::sendNextBlock()
+void CWork::sendCommit()
 {
-    if (!m_transfer || m_transfer->nextBlock >= int(SetupRecordMap::Blocks.size()))
-        return;
-    if (const std::chrono::milliseconds left = blockPauseLeft(); left > 0ms) {
-        m_blockTimer.start(left);
-        return;
-    }
-    if (!sendBlock()) {
-        endTransfer(TransferOutcome::SendFailed);
-        return;
-    }
-    if (m_transfer->nextBlock < int(SetupRecordMap::Blocks.size()))
-        m_blockTimer.start(WholeRecordPauseMs);
+    commit();
 }
 
 void CWork::commit()

@@ -4,9 +4,12 @@
 
 #include "session/ConnectionRecord.h"
 #include "session/Event.h"
+#include "session/FirmwareChannel.h"
 #include "session/RecorderClock.h"
 #include "session/SessionNotice.h"
 #include "session/SessionStatus.h"
+#include "session/SetupAnswerValues.h"
+#include "session/WholeRecordWrite.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QByteArray>
@@ -32,7 +35,9 @@
 // run on events and timers. It shows nothing itself: what the operator has
 // to hear goes to the main window as a SessionNotice. There is one at a
 // time; pages reach it through instance().
-class CWork : public QObject
+class CWork
+    : public QObject
+    , private WholeRecordWrite::Session
 {
     Q_OBJECT
 
@@ -55,17 +60,12 @@ public:
     static constexpr quint32 ClockTimer = 0xFC000005;
     static constexpr int KeepAliveIntervalMs = 5000;
     static constexpr int ClockIntervalMs = 1000;
-    static constexpr int WholeRecordPauseMs = 100;
-    // Added to the pause: a block that reaches the recorder later after its
-    // write than the next one does (scheduling, a busy link) would otherwise
-    // arrive less than the pause before it. 5 % of the pause, within what
-    // a recorder waits anyway.
-    static constexpr std::chrono::milliseconds PauseMargin {5};
-    static constexpr int FirmwareBufferSize = 524288;
+    static constexpr int WholeRecordPauseMs = WholeRecordWrite::PauseMs;
+    static constexpr std::chrono::milliseconds PauseMargin = WholeRecordWrite::PauseMargin;
 
     // The two whole-record writes and how the last one ended.
-    enum class WholeRecord { Import, Default };
-    enum class TransferOutcome { None, Succeeded, Refused, SendFailed };
+    using WholeRecord = WholeRecordWrite::Kind;
+    using TransferOutcome = WholeRecordWrite::Outcome;
 
     explicit CWork(QObject *parent = nullptr);
     // Stops an adopted upload first, then ends the session.
@@ -79,6 +79,11 @@ public:
     // The object that receives the session messages (2026, 3029).
     void setMainWindow(QObject *mainWindow);
     QObject *mainWindow() const { return m_mainWindow; }
+
+    // Where the session's socket does its work (before connectSession()):
+    // an I/O thread of its own, as the window has it, or this object's
+    // thread, as the command line has it.
+    void setIoThread(session::IoThread where) { m_ioThread = where; }
 
     // Starts a session with the recorder named in `record`, which must
     // outlive it, ending any earlier one first. Returns nonzero when the
@@ -103,7 +108,7 @@ public:
     const QByteArray &referenceCopy() const { return m_referenceCopy; }
     int videoStandard() const { return m_videoStandard; }
     std::optional<int> lastLoginCode() const { return m_lastLoginCode; }
-    const std::array<quint32, 4> &setupAnswerValues() const { return m_setupAnswerValues; }
+    const SetupAnswerValues &setupAnswerValues() const { return m_setupAnswerValues; }
     bool clockValid() const { return m_clockValid; }
     RecorderTime clock() const { return m_clock ? *m_clock : RecorderTime {}; }
     // The last time answer as the recorder gave it, before any tick.
@@ -131,10 +136,10 @@ public:
     // with nothing further sent. Returns the first send's result.
     int writeWholeRecord(WholeRecord kind, QByteArrayView record);
     bool wholeRecordReceived() const { return m_wholeRecordReceived; }
-    bool transferRunning() const { return m_transfer.has_value(); }
-    bool importPending() const { return m_transfer && m_transfer->kind == WholeRecord::Import; }
-    bool defaultPending() const { return m_transfer && m_transfer->kind == WholeRecord::Default; }
-    TransferOutcome lastTransferOutcome() const { return m_lastTransfer; }
+    bool transferRunning() const { return m_wholeRecord.running(); }
+    bool importPending() const { return m_wholeRecord.kind() == WholeRecord::Import; }
+    bool defaultPending() const { return m_wholeRecord.kind() == WholeRecord::Default; }
+    TransferOutcome lastTransferOutcome() const { return m_wholeRecord.lastOutcome(); }
     // Stores the staged block writes on the recorder.
     void commit();
 
@@ -146,22 +151,8 @@ public:
 
     void setKeepAliveInterval(int ms) { m_keepAliveTimer.setInterval(ms); }
 
-    // Firmware upload: the last answer (command 4228), read by the upload
-    // thread: its words and data as one reply.
-    struct FirmwareReply
-    {
-        std::array<quint32, 8> words {};
-        QByteArray data;
-    };
-    // Set by every answer, and when the session's handle goes: then no
-    // answer can come any more.
-    nelib::Event &firmwareReplyEvent() { return m_firmwareReplied; }
-    FirmwareReply firmwareReply() const;
-    // How many answers have arrived in the worker's life; any thread.
-    quint64 firmwareReplies() const;
-    // Sends one firmware packet (command 4227) from any thread.
-    int sendFirmwarePacket(const PACKET_PARAM &param, QByteArrayView data);
-    void clearFirmwareBuffer();
+    // The firmware upload's packets and the recorder's replies.
+    FirmwareChannel &firmware() { return m_firmware; }
     // The upload running in this session: the worker owns it from here and
     // stops it (destroys it) before the session's handle goes.
     void adoptUpload(QObject *upload);
@@ -175,6 +166,9 @@ Q_SIGNALS:
     void timeAnswerReceived();
     // After the acknowledgement's own handling; `applied` when its word 0 is 1.
     void writeAcknowledged(bool applied);
+    // After each notification of the transport has been handled, whatever
+    // it was: a caller waiting for a condition looks again.
+    void notified();
 
 protected:
     bool event(QEvent *event) override;
@@ -189,12 +183,15 @@ private:
     void handleFirmwareReply(const QByteArray &packet);
     void loseConnection();
     bool isLive(const REMOTESOCKET_NOTIFY &record, quint64 channel) const;
-    bool sendBlock();
-    void sendNextBlock();
-    std::chrono::milliseconds blockPauseLeft() const;
     // Counts a setup write or commit that went out; returns `sent`.
     int countWrite(int sent);
-    void endTransfer(TransferOutcome outcome);
+    // What the whole-record write needs of the session.
+    bool readyToWrite() const override;
+    bool sendSetupWrite(const PACKET_PARAM &param, QByteArrayView data) override;
+    void sendCommit() override;
+    KRSMGAPI_HANDLE handle() const override { return m_handle; }
+    void wholeRecordEnded(WholeRecord kind, TransferOutcome outcome,
+                          const QByteArray &record) override;
     void report(SessionNotice::Kind kind, int loginCode = 0);
     void post(int kind, qintptr wParam = 0, qintptr lParam = 0);
     void setupArrival(QByteArrayView payload, bool present);
@@ -206,14 +203,6 @@ private:
     bool releaseHandle();
     void login();
 
-    struct Transfer
-    {
-        WholeRecord kind;
-        QByteArray record;
-        int nextBlock = 0;
-        int acknowledgements = 0;
-    };
-
     const quint64 m_serial;
     ConnectionRecord *m_record = nullptr;
     std::shared_ptr<SessionStatus> m_status;
@@ -222,10 +211,7 @@ private:
     int m_videoStandard = 0;
     std::optional<int> m_lastLoginCode;
 
-    mutable std::mutex m_firmwareMutex; // the upload thread reads what the reply handler wrote
-    FirmwareReply m_firmwareReply;
-    quint64 m_firmwareReplies = 0;
-    nelib::Event m_firmwareReplied;
+    FirmwareChannel m_firmware;
     QPointer<QObject> m_upload;
 
     bool m_clockValid = false;
@@ -235,14 +221,10 @@ private:
     bool m_setupRequested = false;
     int m_silentNextAck = 0;
     int m_writesAwaited = 0;
-    std::optional<Transfer> m_transfer;
-    TransferOutcome m_lastTransfer = TransferOutcome::None;
-    QTimer m_blockTimer;
-    quint32 m_blockFrames = 0; // frames queued up to the last block sent
-    // Written on this object's thread only; the upload thread's sends read
-    // it under the mutex, so the handle is never destroyed under a send.
-    std::mutex m_handleMutex;
+    WholeRecordWrite m_wholeRecord {*this};
+    // This object's thread only; the upload thread sends through m_firmware.
     KRSMGAPI_HANDLE m_handle = nullptr;
+    session::IoThread m_ioThread = session::IoThread::Own;
     // The serial numbers of this worker's handles: the first and the current
     // (or last) one. Events of the earlier ones are stale.
     quint64 m_firstChannel = 0;
@@ -253,7 +235,7 @@ private:
     std::array<quint32, 8> m_dateTimeParam {};
     std::unique_ptr<RecorderTime> m_clock;
     RecorderTime m_timeAnswer;
-    std::array<quint32, 4> m_setupAnswerValues {};
+    SetupAnswerValues m_setupAnswerValues;
 
     QTimer m_keepAliveTimer;
     QTimer m_clockTimer;

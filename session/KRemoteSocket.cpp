@@ -4,9 +4,9 @@
 
 #include "session/SocketChannel.h"
 
-KRSMGAPI_HANDLE KRSMGAPI_Create(QObject *notify, KRSMGAPI_CALLBACK, void *)
+KRSMGAPI_HANDLE KRSMGAPI_Create(QObject *notify, KRSMGAPI_CALLBACK, void *, session::IoThread where)
 {
-    return notify ? new session::SocketChannel(notify) : nullptr;
+    return notify ? new session::SocketChannel(notify, where) : nullptr;
 }
 
 int KRSMGAPI_Initialize()

@@ -14,13 +14,17 @@ QT_END_NAMESPACE
 
 namespace session {
 class SocketChannel;
-}
+// Where a handle's socket does its work: on an I/O thread of the handle's
+// own, or on the thread that creates the handle, whose event loop must run.
+enum class IoThread { Own, Caller };
+} // namespace session
 
 // The socket interface the session is written against: nine functions over
 // an opaque handle, one TCP connection to one recorder per handle. Behind
 // them runs our own frame protocol (docs/wire-protocol.md).
 //
-// Threads: every handle has an I/O thread of its own, from Create to Destroy.
+// Threads: every handle has an I/O thread of its own, from Create to Destroy,
+// unless Create is told to use the calling thread for it.
 // It connects, writes the frames the send functions queue, reads and cuts the
 // incoming stream into frames and posts one SocketNotifyEvent per event to
 // the notify object (see SocketNotifyEvent.h), so the notify object handles
@@ -36,7 +40,8 @@ using KRSMGAPI_CALLBACK = long (*)(void *, unsigned int, unsigned int, long, voi
 // A new, unconnected handle whose events go to `notify`, or null when
 // `notify` is null. `notify` must outlive the handle: destroy the handle
 // first.
-KRSMGAPI_HANDLE KRSMGAPI_Create(QObject *notify, KRSMGAPI_CALLBACK callback, void *user);
+KRSMGAPI_HANDLE KRSMGAPI_Create(QObject *notify, KRSMGAPI_CALLBACK callback, void *user,
+                                session::IoThread where = session::IoThread::Own);
 
 // Process-wide preparation. The transport needs none (Qt brings the network
 // stack up on demand); always 1.

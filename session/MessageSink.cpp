@@ -2,6 +2,8 @@
 
 #include "session/MessageSink.h"
 
+#include "session/SessionScope.h"
+
 #include <QCoreApplication>
 #include <QThread>
 
@@ -9,12 +11,10 @@
 
 namespace {
 
-// A thread that installed a sink uses its own; any other thread uses the one
-// installed on the application's main thread. Sessions of the command line's
-// fleets run one per thread, each with its own sink.
+// A thread (or a fleet's fiber, see SessionScope) that installed a sink uses
+// its own; any other thread uses the one installed on the application's main
+// thread.
 std::atomic<MessageSink *> s_mainSink {nullptr};
-thread_local MessageSink *t_sink = nullptr;
-thread_local bool t_installed = false;
 
 bool onMainThread()
 {
@@ -26,21 +26,24 @@ bool onMainThread()
 
 MessageSink::~MessageSink()
 {
-    if (t_sink == this)
-        t_sink = nullptr;
+    SessionScope &scope = SessionScope::current();
+    if (scope.sink == this)
+        scope.sink = nullptr;
     MessageSink *self = this;
     s_mainSink.compare_exchange_strong(self, nullptr);
 }
 
 MessageSink *MessageSink::instance()
 {
-    return t_installed ? t_sink : s_mainSink.load();
+    const SessionScope &scope = SessionScope::current();
+    return scope.sinkInstalled ? scope.sink : s_mainSink.load();
 }
 
 void MessageSink::install(MessageSink *sink)
 {
-    t_sink = sink;
-    t_installed = true;
+    SessionScope &scope = SessionScope::current();
+    scope.sink = sink;
+    scope.sinkInstalled = true;
     if (onMainThread())
         s_mainSink.store(sink);
 }

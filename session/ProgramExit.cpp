@@ -2,6 +2,8 @@
 
 #include "session/ProgramExit.h"
 
+#include "session/SessionScope.h"
+
 #include <QCoreApplication>
 #include <QThread>
 
@@ -10,12 +12,10 @@
 
 namespace {
 
-// As with the message sink: each session of a command-line fleet runs on a
-// thread of its own and ends only itself.
+// As with the message sink: each session of a command-line fleet has a scope
+// of its own and ends only itself.
 std::mutex s_mutex;
 ProgramExit::Hook s_mainHook;
-thread_local ProgramExit::Hook t_hook;
-thread_local bool t_installed = false;
 
 bool onMainThread()
 {
@@ -31,16 +31,17 @@ ProgramExit::Hook ProgramExit::install(Hook hook)
         const std::lock_guard lock(s_mutex);
         s_mainHook = hook;
     }
-    t_installed = true;
-    std::swap(t_hook, hook);
+    SessionScope &scope = SessionScope::current();
+    scope.exitHookInstalled = true;
+    std::swap(scope.exitHook, hook);
     return hook;
 }
 
 void ProgramExit::exitProgram(int exitCode)
 {
     Hook hook;
-    if (t_installed) {
-        hook = t_hook;
+    if (const SessionScope &scope = SessionScope::current(); scope.exitHookInstalled) {
+        hook = scope.exitHook;
     } else {
         const std::lock_guard lock(s_mutex);
         hook = s_mainHook;

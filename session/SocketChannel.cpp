@@ -12,23 +12,31 @@ namespace {
 std::atomic<quint64> s_lastSerial {0};
 }
 
-SocketChannel::SocketChannel(QObject *notify)
+SocketChannel::SocketChannel(QObject *notify, IoThread where)
     : m_serial(++s_lastSerial)
     , m_io(new SocketIo(this, m_serial, notify))
 {
-    m_thread.setObjectName(QStringLiteral("KRemoteSocket I/O"));
-    m_io->moveToThread(&m_thread);
+    if (where == IoThread::Caller)
+        return;
+    m_thread = new QThread;
+    m_thread->setObjectName(QStringLiteral("KRemoteSocket I/O"));
+    m_io->moveToThread(m_thread);
     // The socket must die on the thread that uses it; deferred deletions run
     // as the thread finishes, before wait() returns.
-    QObject::connect(&m_thread, &QThread::finished, m_io, &QObject::deleteLater);
-    m_thread.start();
+    QObject::connect(m_thread, &QThread::finished, m_io, &QObject::deleteLater);
+    m_thread->start();
 }
 
 SocketChannel::~SocketChannel()
 {
     disconnect();
-    m_thread.quit();
-    m_thread.wait();
+    if (!m_thread) {
+        delete m_io;
+        return;
+    }
+    m_thread->quit();
+    m_thread->wait();
+    delete m_thread;
 }
 
 bool SocketChannel::connectTo(const REMOTESOCKET_CONNECT_INFO &info)
@@ -72,7 +80,16 @@ std::optional<std::chrono::steady_clock::time_point> SocketChannel::writtenAt(qu
 
 void SocketChannel::disconnect()
 {
-    QMetaObject::invokeMethod(m_io, &SocketIo::shutDown, Qt::BlockingQueuedConnection);
+    if (!m_thread)
+        m_io->shutDown();
+    else
+        QMetaObject::invokeMethod(m_io, &SocketIo::shutDown, Qt::BlockingQueuedConnection);
+}
+
+void SocketChannel::deliverDirectly(qint32 command,
+                                    std::function<void(const QByteArray &)> receiver)
+{
+    m_io->deliverDirectly(command, std::move(receiver));
 }
 
 } // namespace session

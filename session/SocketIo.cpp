@@ -107,9 +107,18 @@ void SocketIo::receive()
         lose();
 }
 
+void SocketIo::deliverDirectly(qint32 command, std::function<void(const QByteArray &)> receiver)
+{
+    m_directCommand = command;
+    m_direct = std::move(receiver);
+}
+
 void SocketIo::deliver(const QByteArray &packet)
 {
-    if (LittleEndian::i32(packet, Frame::CommandOffset) != RemoteCommand::OpenAck) {
+    const qint32 command = LittleEndian::i32(packet, Frame::CommandOffset);
+    if (m_direct && command == m_directCommand) {
+        m_direct(packet);
+    } else if (command != RemoteCommand::OpenAck) {
         post(REMOTESOCKET_NOTIFY::PacketReceived, packet);
     } else if (LittleEndian::u32(packet, Frame::ParamOffset) == 1) {
         post(REMOTESOCKET_NOTIFY::InitAcknowledged);

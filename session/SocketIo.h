@@ -12,6 +12,7 @@
 
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -49,6 +50,8 @@ public:
     // Starts connecting; the outcome is posted as a Connected or a
     // ConnectFailed event, a later loss as a ConnectionLost event.
     void open(const QString &host, quint16 port);
+    // See SocketChannel::deliverDirectly(); before open().
+    void deliverDirectly(qint32 command, std::function<void(const QByteArray &)> receiver);
     // Refuses further sends, writes the frames already queued and closes;
     // an attempt still connecting is abandoned. Nothing is posted after it.
     void shutDown();
@@ -80,6 +83,8 @@ private:
     bool m_connected = false;
     bool m_shutDown = false;
     FrameReader m_reader;
+    qint32 m_directCommand = 0;
+    std::function<void(const QByteArray &)> m_direct;
 };
 
 } // namespace session

@@ -4,11 +4,11 @@
 
 #include "session/PacketString.h"
 #include "session/RemoteCommand.h"
+#include "session/SetupAnswerValues.h"
 #include "setup/LittleEndian.h"
 #include "setup/SetupRecordMap.h"
 #include "sim/RecorderServer.h"
 #include "sim/SectionRights.h"
-#include "sim/SetupAnswerValues.h"
 #include "sim/UserAccounts.h"
 
 #include <QTcpSocket>

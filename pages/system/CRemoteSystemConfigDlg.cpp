@@ -159,10 +159,10 @@ void CRemoteSystemConfigDlg::showIdentity(const QByteArray &mirror)
     if (work) {
         m_videoStandard->setText(work->videoStandard() ? nelib::tr("PAL") : nelib::tr("NTSC"));
         const auto &values = work->setupAnswerValues();
-        m_alarmInputs->setNum(int(values[0]));
-        m_alarmOutputs->setNum(int(values[1]));
-        m_audioInputs->setNum(int(values[2]));
-        m_disks->setNum(int(values[3]));
+        m_alarmInputs->setNum(values.alarmInputs);
+        m_alarmOutputs->setNum(values.alarmOutputs);
+        m_audioInputs->setNum(values.audioInputs);
+        m_disks->setNum(values.disks);
     } else {
         for (QLabel *value :
              {m_videoStandard, m_alarmInputs, m_alarmOutputs, m_audioInputs, m_disks})

@@ -58,7 +58,9 @@ TEST(Fleet, TwentyRecordersWithTwoRefusingAndOneSilent)
         EXPECT_EQ(setup::FieldTable::text(healthy.storedRecord(k), setup::fields::camera::title, 0),
                   "Fleet");
     }
-    EXPECT_EQ(run.out.count(u": refused: "_s), 2);
+    // Each session hears only its own messages, though all share one thread.
+    EXPECT_EQ(run.out.count(u": refused: Login failed by password error\n"_s), 2)
+        << run.out.toStdString();
     for (const QByteArray &untouched : {refusing.storedRecord(0), healthy.storedRecord(17)})
         EXPECT_EQ(setup::FieldTable::text(untouched, setup::fields::camera::title, 0), "CAM 01");
 
@@ -68,8 +70,13 @@ TEST(Fleet, TwentyRecordersWithTwoRefusingAndOneSilent)
     const auto exported = testsupport::runCli({u"--hosts"_s, hosts, u"export"_s, folder});
     EXPECT_EQ(exported.exitCode, 0) << exported.err.toStdString();
     QStringList expected;
-    for (quint16 port : healthy.ports().first(3))
-        expected.append(u"127.0.0.1_%1.dat"_s.arg(port));
+    for (int k = 0; k < 3; ++k) {
+        const QString name = u"127.0.0.1_%1.dat"_s.arg(healthy.ports()[k]);
+        expected.append(name);
+        // The file holds the record from offset 32 on, behind its 20-byte head.
+        EXPECT_EQ(testsupport::readFile(folder + name).mid(20), healthy.storedRecord(k).mid(32))
+            << name.toStdString();
+    }
     expected.sort();
     EXPECT_EQ(QDir(folder).entryList(QDir::Files, QDir::Name), expected);
 }

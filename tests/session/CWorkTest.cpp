@@ -29,7 +29,7 @@ TEST(CWork, LogsInFetchesTheRecordAndStartsTheClock)
     EXPECT_EQ(harness.record.videoStandard, 1u);
     EXPECT_EQ(work.videoStandard(), 1);
     EXPECT_EQ(work.mirror(), recorder.record);
-    EXPECT_EQ(work.setupAnswerValues(), (std::array<quint32, 4> {16, 4, 4, 1}));
+    EXPECT_EQ(work.setupAnswerValues(), (SetupAnswerValues {16, 4, 4, 1}));
     // The answer's time plus the tick delivered at once.
     EXPECT_EQ(work.clock().second, 16);
     EXPECT_EQ(work.clock().year, 2026);

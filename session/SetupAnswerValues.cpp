@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "sim/SetupAnswerValues.h"
+#include "session/SetupAnswerValues.h"
 
 #include "setup/LittleEndian.h"
 
@@ -8,12 +8,17 @@
 
 using nelib::LittleEndian;
 
-namespace sim {
-
 SetupAnswerValues SetupAnswerValues::forChannels(int channels)
 {
     return {quint16(channels), quint16((channels + 3) / 4), quint16(std::min(channels, 4)),
             quint16(channels <= 8 ? 1 : 2)};
+}
+
+SetupAnswerValues SetupAnswerValues::fromParam(const PACKET_PARAM &param)
+{
+    const QByteArray bytes = param.toBytes();
+    return {LittleEndian::u16(bytes, 12), LittleEndian::u16(bytes, 14),
+            LittleEndian::u16(bytes, 16), LittleEndian::u16(bytes, 18)};
 }
 
 void SetupAnswerValues::writeTo(PACKET_PARAM &param) const
@@ -25,5 +30,3 @@ void SetupAnswerValues::writeTo(PACKET_PARAM &param) const
     LittleEndian::setU16(bytes, 18, disks);
     param = PACKET_PARAM::fromBytes(bytes);
 }
-
-} // namespace sim

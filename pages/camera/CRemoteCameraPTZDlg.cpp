@@ -16,11 +16,8 @@
 
 namespace fields = setup::fields::ptz;
 using Kind = FieldEditor::Kind;
-using Copy = CRemoteCameraCopySettingDlg;
 
 namespace {
-
-constexpr int CopyMode = 13;
 
 QString channelItem(int index)
 {
@@ -55,16 +52,16 @@ void CRemoteCameraPTZDlg::buildControls()
     {
         setup::FieldInfo field;
         Kind kind;
-        int copyProperty;
+        const char *copy;
     } items[] = {
-        {fields::baudRate, Kind::List, Copy::Baudrate},
-        {fields::dataBits, Kind::List, Copy::DataBits},
-        {fields::stopBits, Kind::List, Copy::StopBits},
-        {fields::parity, Kind::List, Copy::Parity},
-        {fields::controlId, Kind::Number, -1},
-        {fields::panSpeed, Kind::Number, Copy::PtzSpeed},
-        {fields::tiltSpeed, Kind::Number, Copy::PtzSpeed},
-        {fields::zoomSpeed, Kind::Number, Copy::PtzSpeed},
+        {fields::baudRate, Kind::List, RS_TEXT("Baudrate")},
+        {fields::dataBits, Kind::List, RS_TEXT("Data Bits")},
+        {fields::stopBits, Kind::List, RS_TEXT("Stop Bits")},
+        {fields::parity, Kind::List, RS_TEXT("Parity")},
+        {fields::controlId, Kind::Number, nullptr},
+        {fields::panSpeed, Kind::Number, RS_TEXT("PTZ Speed")},
+        {fields::tiltSpeed, Kind::Number, RS_TEXT("PTZ Speed")},
+        {fields::zoomSpeed, Kind::Number, RS_TEXT("PTZ Speed")},
     };
     for (int row = 0; row < MaxChannels; ++row) {
         auto *form = new QWidget(m_channels);
@@ -72,8 +69,8 @@ void CRemoteCameraPTZDlg::buildControls()
         layout->setContentsMargins(0, 0, 0, 0);
         layout->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
         const QString number = channelNumber(row);
-        auto addRow = [&](FieldEditor *editor, int copyProperty) {
-            binder().add(editor, row, copyProperty);
+        auto addRow = [&](FieldEditor *editor, const char *copy) {
+            binder().add(editor, row, copy);
             const QString label = nelib::tr(editor->field().label);
             editor->setAccessibleName(label + u' ' + number);
             editor->widget()->setMinimumWidth(120);
@@ -81,9 +78,10 @@ void CRemoteCameraPTZDlg::buildControls()
             text->setBuddy(editor->widget());
             layout->addRow(text, editor->widget());
         };
-        addRow(new PtzProtocolEditor(fields::inUse, fields::protocol, row, form), Copy::Protocol);
+        addRow(new PtzProtocolEditor(fields::inUse, fields::protocol, row, form),
+               RS_TEXT("Protocol"));
         for (const auto &item : items)
-            addRow(FieldEditor::create(item.kind, item.field, row, 0, form), item.copyProperty);
+            addRow(FieldEditor::create(item.kind, item.field, row, 0, form), item.copy);
         m_channels->addWidget(form);
     }
 
@@ -96,7 +94,7 @@ void CRemoteCameraPTZDlg::buildControls()
     layout->addSpacing(8);
     layout->addWidget(m_channels);
     layout->addStretch(1);
-    addCopySettings(CopyMode);
+    addCopySettings();
 }
 
 // The list holds one item per channel of the recorder.

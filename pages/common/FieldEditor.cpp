@@ -283,6 +283,14 @@ public:
         layout->addStretch(1);
     }
     QWidget *widget() const override { return m_box; }
+    // Each box by the element's name and its bit's, so that rows of the same
+    // bits differ.
+    void setAccessibleName(const QString &name) override
+    {
+        m_box->setAccessibleName(name);
+        for (QCheckBox *box : std::as_const(m_bits))
+            box->setAccessibleName(name + u' ' + box->text());
+    }
     void fill(const setup::SectionView &section) override
     {
         const quint32 value = number(section);

@@ -11,6 +11,7 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QStackedWidget>
 
 #include <algorithm>
 #include <string_view>
@@ -171,6 +172,30 @@ QGridLayout *SectionBinder::grid(QWidget *parent, const Rows &rows, std::span<co
     }
     setChannelCount(m_channelCount);
     return grid;
+}
+
+QStackedWidget *SectionBinder::channelForms(QWidget *parent, std::initializer_list<Column> columns)
+{
+    auto *stack = new QStackedWidget(parent);
+    for (int row = 0; row < MaxChannels; ++row) {
+        auto *form = new QWidget(stack);
+        auto *layout = new QFormLayout(form);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+        for (const Column &column : columns) {
+            FieldEditor *e
+                = add(column.make ? column.make(column.field, row, 0, form)
+                                  : FieldEditor::create(column.kind, column.field, row, 0, form),
+                      row, column.copy);
+            const QString label = headingOf(column);
+            e->setAccessibleName(label + u' ' + channelNumber(row));
+            auto *text = new CTransparentStatic(label, form);
+            text->setBuddy(e->widget());
+            layout->addRow(text, e->widget());
+        }
+        stack->addWidget(form);
+    }
+    return stack;
 }
 
 QFormLayout *SectionBinder::form(QWidget *parent, std::initializer_list<Item> items)

@@ -17,6 +17,7 @@ QT_BEGIN_NAMESPACE
 class QFormLayout;
 class QGridLayout;
 class QHBoxLayout;
+class QStackedWidget;
 class QWidget;
 QT_END_NAMESPACE
 
@@ -122,6 +123,10 @@ public:
     }
     // The grid of the channel rows under "Ch.".
     QGridLayout *channelGrid(QWidget *parent, std::initializer_list<Column> columns);
+    // One form per channel on the pages of a stack (the page shows one
+    // channel at a time): a label and an editor per column, the editor of
+    // form r bound to element [r] and named by its label and "01" ... "16".
+    QStackedWidget *channelForms(QWidget *parent, std::initializer_list<Column> columns);
     // A label and an editor per item, the label being the editor's buddy.
     QFormLayout *form(QWidget *parent, std::initializer_list<Item> items);
     // A time as an hour box, ":" and a minute box: element [i] of `hour` and

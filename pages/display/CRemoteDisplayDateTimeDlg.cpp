@@ -35,13 +35,9 @@ constexpr quint32 FixedDate = 0;
 constexpr int LastHour = 24;
 constexpr int NoAnswerLookMs = 250;
 
-// The rule's fields in section order: start, then end.
-constexpr std::array<setup::FieldInfo, 10> RuleFields {
-    rule::startMonth, rule::startWeek, rule::startWeekday, rule::startDay, rule::startHour,
-    rule::endMonth,   rule::endWeek,   rule::endWeekday,   rule::endDay,   rule::endHour,
-};
+// The rule's fields (rule::all) are in section order: start, then end.
 enum RuleColumn { Month, Week, Weekday, Day, Hour, Columns };
-// The same fields by column: start, then end.
+// The rule's fields by column: start, then end.
 constexpr std::array<std::array<setup::FieldInfo, 2>, Columns> RuleColumns {{
     {rule::startMonth, rule::endMonth},
     {rule::startWeek, rule::endWeek},
@@ -284,7 +280,7 @@ void CRemoteDisplayDateTimeDlg::gatherControls(QByteArray &section)
                       quint32(setup::TimeZones[zone->currentData().toUInt()].utcOffset()));
     if (!m_zonePicked)
         return;
-    for (const setup::FieldInfo &field : RuleFields) {
+    for (const setup::FieldInfo &field : rule::all) {
         if (list(field)->currentIndex() < 0)
             out.setNumber(field, 0);
     }
@@ -310,8 +306,8 @@ void CRemoteDisplayDateTimeDlg::zonePicked()
     if (zone->currentIndex() < 0)
         return;
     const setup::TimeZone &picked = setup::TimeZones[zone->currentData().toUInt()];
-    for (std::size_t k = 0; k < RuleFields.size(); ++k) {
-        QComboBox *item = list(RuleFields[k]);
+    for (std::size_t k = 0; k < std::size(rule::all); ++k) {
+        QComboBox *item = list(rule::all[k]);
         item->setCurrentIndex(item->findData(picked.dstRule[k]));
     }
     m_dst->setChecked(picked.hasDst());
@@ -328,8 +324,8 @@ void CRemoteDisplayDateTimeDlg::checkRule()
     for (int c = 0; c < Columns; ++c) {
         if (c == Day)
             continue;
-        const QComboBox *s = list(RuleFields[c]);
-        const QComboBox *e = list(RuleFields[Columns + c]);
+        const QComboBox *s = list(rule::all[c]);
+        const QComboBox *e = list(rule::all[Columns + c]);
         if (s->currentIndex() < 0 || e->currentIndex() < 0)
             return;
         start[c] = s->currentData().toInt();

@@ -163,11 +163,6 @@ void CSetupPage::addCopySettings(std::function<int()> group)
     });
 }
 
-void CSetupPage::addChannelRow(int index, std::initializer_list<QWidget *> widgets)
-{
-    m_binder->addRowWidgets(index, widgets);
-}
-
 void CSetupPage::ensureBuilt()
 {
     if (m_built)

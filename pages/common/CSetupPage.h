@@ -209,12 +209,6 @@ protected:
     QPushButton *pageSaveButton() const { return m_saveButton; }
     QPushButton *pageDefaultButton() const { return m_defaultButton; }
 
-    // Per-channel rows: the widgets of row `index` (0-based) are shown only
-    // below the channel count.
-    void addChannelRow(int index, std::initializer_list<QWidget *> widgets);
-    // The channel number label of a row: "01" ... "16".
-    static QString channelNumber(int index) { return SectionBinder::channelNumber(index); }
-
 private:
     void ensureBuilt();
     void takeSection(QByteArrayView section, int channelCount);

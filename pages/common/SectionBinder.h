@@ -138,8 +138,6 @@ public:
     // Takes an editor built elsewhere (a page's own kind) into the binding.
     FieldEditor *add(FieldEditor *editor, int row = -1, const char *copy = nullptr,
                      bool rowIsSecondIndex = false);
-    // Further widgets of a channel row, shown and hidden with it.
-    void addRowWidgets(int row, std::initializer_list<QWidget *> widgets);
     // Bindings added from now on belong to copy group `group` (0 at first).
     void setCopyGroup(int group) { m_group = group; }
 
@@ -175,6 +173,8 @@ Q_SIGNALS:
     void edited();
 
 private:
+    // Further widgets of a channel row, shown and hidden with it.
+    void addRowWidgets(int row, std::initializer_list<QWidget *> widgets);
     bool inUse(const Binding &binding) const;
 
     int m_base = 0;

@@ -13,11 +13,8 @@
 
 namespace fields = setup::fields::alarmIn;
 using Kind = FieldEditor::Kind;
-using Copy = CRemoteCameraCopySettingDlg;
 
 namespace {
-
-constexpr int CopyMode = 2;
 
 void place(QWidget *tab, QGridLayout *grid)
 {
@@ -41,7 +38,7 @@ void CRemoteCameraAlarmDlg::buildControls()
     setTabs({nelib::tr("Setting"), nelib::tr("Action")});
     QGridLayout *setting = binder().channelGrid(
         tabContent(0), {
-                           {fields::enabled, Kind::List, Copy::Type, false, -1,
+                           {fields::enabled, Kind::List, RS_TEXT("Type"), false, -1,
                             ContactTypeEditor::factory(fields::normallyClosed)},
                        });
     setting->setColumnStretch(2, 1);
@@ -49,15 +46,15 @@ void CRemoteCameraAlarmDlg::buildControls()
 
     QGridLayout *action = binder().channelGrid(
         tabContent(1), {
-                           {fields::beep, Kind::Check, Copy::Beep, true},
-                           {fields::alarmOut, Kind::AlarmOutputs, Copy::AlarmOut},
-                           {fields::dwell, Kind::List, Copy::DwellTime, false, -1,
+                           {fields::beep, Kind::Check, RS_TEXT("Beep"), true},
+                           {fields::alarmOut, Kind::AlarmOutputs, RS_TEXT("Alarm-Out")},
+                           {fields::dwell, Kind::List, nullptr, false, -1,
                             NumberListEditor::factory(RS_TEXT("%d Sec"))},
                            {fields::recordChannels, Kind::Channels},
                        });
     action->setColumnStretch(5, 1);
     place(tabContent(1), action);
-    addCopySettings(CopyMode);
+    addCopySettings();
 }
 
 void CRemoteCameraAlarmDlg::fillControls(QByteArrayView section, Source source)

@@ -13,16 +13,11 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
-#include <tuple>
-
 namespace fields = setup::fields::alarmOut;
 using Kind = FieldEditor::Kind;
-using Copy = CRemoteCameraCopySettingDlg;
-using setup::FieldInfo;
 
 namespace {
 
-constexpr int CopyMode = 3;
 // The outputs' settings, bytes 4 to 195, are what Default restores.
 constexpr int OutputsFirst = 4;
 constexpr int OutputsLength = 192;
@@ -42,16 +37,16 @@ void CRemoteCameraAlarmOutDlg::buildControls()
     setTabs({nelib::tr("Setting"), nelib::tr("Schedule")});
     QGridLayout *outputs = binder().channelGrid(
         tabContent(0), {
-                           {fields::enabled, Kind::List, Copy::Type, false, -1,
+                           {fields::enabled, Kind::List, RS_TEXT("Type"), false, -1,
                             ContactTypeEditor::factory(fields::normallyClosed)},
-                           {fields::dwell, Kind::List, Copy::DwellTime},
+                           {fields::dwell, Kind::List, RS_TEXT("Dwell Time")},
                        });
     outputs->setColumnStretch(3, 1);
     auto *layout = new QVBoxLayout(tabContent(0));
     layout->addLayout(outputs);
     layout->addStretch(1);
     buildSchedule(tabContent(1));
-    addCopySettings(CopyMode);
+    addCopySettings();
 }
 
 void CRemoteCameraAlarmOutDlg::buildSchedule(QWidget *tab)
@@ -78,44 +73,22 @@ void CRemoteCameraAlarmOutDlg::buildSchedule(QWidget *tab)
     countRow->addWidget(m_lineCount);
     countRow->addStretch(1);
 
-    auto *grid = new QGridLayout;
+    QGridLayout *grid
+        = binder().grid(area, {.count = Lines, .channels = false, .widgets = &m_lineWidgets},
+                        {
+                            {.field = fields::days, .kind = Kind::List},
+                            {.field = fields::startHour,
+                             .kind = Kind::Number,
+                             .heading = RS_TEXT("Start Time"),
+                             .minute = &fields::startMinute},
+                            {.field = fields::endHour,
+                             .kind = Kind::Number,
+                             .heading = RS_TEXT("End Time"),
+                             .minute = &fields::endMinute},
+                            {.field = fields::events, .kind = Kind::List},
+                            {.field = fields::alarmOut, .kind = Kind::AlarmOutputs},
+                        });
     grid->setHorizontalSpacing(6);
-    grid->setVerticalSpacing(3);
-    const QString start = nelib::tr("Start Time");
-    const QString end = nelib::tr("End Time");
-    const QString headings[] = {
-        QString(), nelib::tr(fields::days.label),   start,
-        end,       nelib::tr(fields::events.label), nelib::tr(fields::alarmOut.label),
-    };
-    for (int c = 0; c < int(std::size(headings)); ++c)
-        grid->addWidget(new CTransparentStatic(headings[c], area), 0, c);
-
-    for (int line = 0; line < Lines; ++line) {
-        const QString number = SectionBinder::channelNumber(line);
-        auto *label = new CTransparentStatic(number, area);
-        grid->addWidget(label, line + 1, 0);
-        QList<QWidget *> &widgets = m_lineWidgets[line];
-        widgets.append(label);
-        auto bind = [&](Kind kind, const FieldInfo &field, const QString &name) {
-            FieldEditor *e = binder().add(FieldEditor::create(kind, field, line, 0, area));
-            e->setAccessibleName(name + u' ' + number);
-            widgets.append(e->widget());
-            return e->widget();
-        };
-        grid->addWidget(bind(Kind::List, fields::days, headings[1]), line + 1, 1);
-        int column = 2;
-        for (const auto &[hour, minute, name] :
-             {std::tuple {fields::startHour, fields::startMinute, start},
-              std::tuple {fields::endHour, fields::endMinute, end}}) {
-            QHBoxLayout *time
-                = binder().timeEditor(area, hour, minute, line, -1, -1, name + u' ' + number);
-            for (int k = 0; k < time->count(); ++k)
-                widgets.append(time->itemAt(k)->widget());
-            grid->addLayout(time, line + 1, column++);
-        }
-        grid->addWidget(bind(Kind::List, fields::events, headings[4]), line + 1, 4);
-        grid->addWidget(bind(Kind::AlarmOutputs, fields::alarmOut, headings[5]), line + 1, 5);
-    }
     grid->setColumnStretch(6, 1);
 
     auto *layout = new QVBoxLayout(area);
@@ -127,7 +100,7 @@ void CRemoteCameraAlarmOutDlg::buildSchedule(QWidget *tab)
 // Lines past the number in use keep their values but take no part.
 void CRemoteCameraAlarmOutDlg::enableLinesInUse()
 {
-    for (int line = 0; line < Lines; ++line) {
+    for (int line = 0; line < int(m_lineWidgets.size()); ++line) {
         for (QWidget *w : std::as_const(m_lineWidgets[line]))
             w->setEnabled(line < m_lineCount->value());
     }

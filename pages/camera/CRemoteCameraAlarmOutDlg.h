@@ -4,7 +4,7 @@
 
 #include "pages/common/CSetupPage.h"
 
-#include <array>
+#include <vector>
 
 QT_BEGIN_NAMESPACE
 class QSpinBox;
@@ -34,5 +34,5 @@ private:
     void enableLinesInUse();
 
     QSpinBox *m_lineCount = nullptr;
-    std::array<QList<QWidget *>, Lines> m_lineWidgets;
+    std::vector<QList<QWidget *>> m_lineWidgets;
 };

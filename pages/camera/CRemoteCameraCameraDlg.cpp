@@ -15,7 +15,6 @@
 
 namespace fields = setup::fields::camera;
 using Kind = FieldEditor::Kind;
-using Copy = CRemoteCameraCopySettingDlg;
 
 namespace {
 
@@ -23,8 +22,6 @@ namespace {
 // from the default file up to 16.
 constexpr int TitleLimit = 18;
 constexpr int DefaultTitleLimit = 16;
-
-constexpr int CopyMode = 1;
 
 TextLimitValidator *limitOf(QLineEdit *edit)
 {
@@ -48,12 +45,12 @@ QLineEdit *CRemoteCameraCameraDlg::title(int row) const
 
 void CRemoteCameraCameraDlg::buildControls()
 {
-    QGridLayout *grid
-        = binder().channelGrid(contentArea(), {
-                                                  {fields::title, Kind::Text, Copy::Title},
-                                                  {fields::covert, Kind::Check, Copy::Covert, true},
-                                                  {fields::audio, Kind::List, Copy::Audio},
-                                              });
+    QGridLayout *grid = binder().channelGrid(
+        contentArea(), {
+                           {fields::title, Kind::Text, RS_TEXT("Title")},
+                           {fields::covert, Kind::Check, RS_TEXT("Covert"), true},
+                           {fields::audio, Kind::List, RS_TEXT("Audio")},
+                       });
     grid->setColumnStretch(1, 1);
     for (int row = 0; row < MaxChannels; ++row) {
         QLineEdit *edit = title(row);
@@ -65,7 +62,7 @@ void CRemoteCameraCameraDlg::buildControls()
     auto *layout = new QVBoxLayout(contentArea());
     layout->addLayout(grid);
     layout->addStretch(1);
-    addCopySettings(CopyMode);
+    addCopySettings();
 }
 
 void CRemoteCameraCameraDlg::fillControls(QByteArrayView section, Source source)

@@ -32,9 +32,6 @@ protected:
     bool checksSaveRules() const override;
 
 private:
-    QWidget *buildTimeView();
-    void copyRow(int source, int target, const CRemoteCameraCopySettingDlg::Properties &properties);
-
     QButtonGroup *m_views = nullptr;
     QStackedWidget *m_stack = nullptr;
 };

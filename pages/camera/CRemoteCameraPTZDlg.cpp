@@ -9,18 +9,14 @@
 #include "setup/Fields.h"
 
 #include <QComboBox>
-#include <QFormLayout>
 #include <QHBoxLayout>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
 namespace fields = setup::fields::ptz;
 using Kind = FieldEditor::Kind;
-using Copy = CRemoteCameraCopySettingDlg;
 
 namespace {
-
-constexpr int CopyMode = 13;
 
 QString channelItem(int index)
 {
@@ -45,47 +41,27 @@ void CRemoteCameraPTZDlg::buildControls()
     m_channel->setAccessibleName(nelib::tr("Channel"));
     auto *channelLabel = new CTransparentStatic(nelib::tr("Channel"), area);
     channelLabel->setBuddy(m_channel);
-    m_channels = new QStackedWidget(area);
+    m_channels = binder().channelForms(
+        area, {
+                  {fields::protocol, Kind::List, RS_TEXT("Protocol"), false, -1,
+                   [](const setup::FieldInfo &, int i, int, QWidget *parent) -> FieldEditor * {
+                       return new PtzProtocolEditor(fields::inUse, fields::protocol, i, parent);
+                   }},
+                  {fields::baudRate, Kind::List, RS_TEXT("Baudrate")},
+                  {fields::dataBits, Kind::List, RS_TEXT("Data Bits")},
+                  {fields::stopBits, Kind::List, RS_TEXT("Stop Bits")},
+                  {fields::parity, Kind::List, RS_TEXT("Parity")},
+                  {fields::controlId, Kind::Number},
+                  {fields::panSpeed, Kind::Number, RS_TEXT("PTZ Speed")},
+                  {fields::tiltSpeed, Kind::Number, RS_TEXT("PTZ Speed")},
+                  {fields::zoomSpeed, Kind::Number, RS_TEXT("PTZ Speed")},
+              });
+    for (const SectionBinder::Binding &b : binder().bindings())
+        b.editor->widget()->setMinimumWidth(120);
     connect(m_channel, &QComboBox::currentIndexChanged, this, [this](int index) {
         if (index >= 0)
             m_channels->setCurrentIndex(index);
     });
-
-    const struct
-    {
-        setup::FieldInfo field;
-        Kind kind;
-        int copyProperty;
-    } items[] = {
-        {fields::baudRate, Kind::List, Copy::Baudrate},
-        {fields::dataBits, Kind::List, Copy::DataBits},
-        {fields::stopBits, Kind::List, Copy::StopBits},
-        {fields::parity, Kind::List, Copy::Parity},
-        {fields::controlId, Kind::Number, -1},
-        {fields::panSpeed, Kind::Number, Copy::PtzSpeed},
-        {fields::tiltSpeed, Kind::Number, Copy::PtzSpeed},
-        {fields::zoomSpeed, Kind::Number, Copy::PtzSpeed},
-    };
-    for (int row = 0; row < MaxChannels; ++row) {
-        auto *form = new QWidget(m_channels);
-        auto *layout = new QFormLayout(form);
-        layout->setContentsMargins(0, 0, 0, 0);
-        layout->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
-        const QString number = channelNumber(row);
-        auto addRow = [&](FieldEditor *editor, int copyProperty) {
-            binder().add(editor, row, copyProperty);
-            const QString label = nelib::tr(editor->field().label);
-            editor->setAccessibleName(label + u' ' + number);
-            editor->widget()->setMinimumWidth(120);
-            auto *text = new CTransparentStatic(label, form);
-            text->setBuddy(editor->widget());
-            layout->addRow(text, editor->widget());
-        };
-        addRow(new PtzProtocolEditor(fields::inUse, fields::protocol, row, form), Copy::Protocol);
-        for (const auto &item : items)
-            addRow(FieldEditor::create(item.kind, item.field, row, 0, form), item.copyProperty);
-        m_channels->addWidget(form);
-    }
 
     auto *channelRow = new QHBoxLayout;
     channelRow->addWidget(channelLabel);
@@ -96,7 +72,7 @@ void CRemoteCameraPTZDlg::buildControls()
     layout->addSpacing(8);
     layout->addWidget(m_channels);
     layout->addStretch(1);
-    addCopySettings(CopyMode);
+    addCopySettings();
 }
 
 // The list holds one item per channel of the recorder.

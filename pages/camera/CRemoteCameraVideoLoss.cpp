@@ -2,6 +2,7 @@
 
 #include "pages/camera/CRemoteCameraVideoLoss.h"
 
+#include "i18n/Translator.h"
 #include "pages/common/ColumnCheckBox.h"
 #include "setup/Fields.h"
 
@@ -10,13 +11,6 @@
 
 namespace fields = setup::fields::videoLoss;
 using Kind = FieldEditor::Kind;
-using Copy = CRemoteCameraCopySettingDlg;
-
-namespace {
-
-constexpr int CopyMode = 4;
-
-} // namespace
 
 CRemoteCameraVideoLoss::CRemoteCameraVideoLoss(QWidget *parent)
     : CSetupPage(parent)
@@ -30,14 +24,14 @@ void CRemoteCameraVideoLoss::buildControls()
 {
     QGridLayout *grid = binder().channelGrid(
         contentArea(), {
-                           {fields::beep, Kind::Check, Copy::Beep, true},
-                           {fields::alarmOut, Kind::AlarmOutputs, Copy::AlarmOut},
+                           {fields::beep, Kind::Check, RS_TEXT("Beep"), true},
+                           {fields::alarmOut, Kind::AlarmOutputs, RS_TEXT("Alarm-Out")},
                        });
     grid->setColumnStretch(3, 1);
     auto *layout = new QVBoxLayout(contentArea());
     layout->addLayout(grid);
     layout->addStretch(1);
-    addCopySettings(CopyMode);
+    addCopySettings();
 }
 
 void CRemoteCameraVideoLoss::fillControls(QByteArrayView section, Source source)

@@ -2,6 +2,8 @@
 
 #include "pages/common/CSetupPage.h"
 
+#include "pages/common/CRemoteCameraCopySettingDlg.h"
+
 #include "i18n/Translator.h"
 #include "session/MessageSink.h"
 #include "setup/SaveRules.h"
@@ -146,35 +148,19 @@ QPushButton *CSetupPage::copySettingsButton()
     return m_copyButton;
 }
 
-void CSetupPage::openCopySettings(int copyMode, const CRemoteCameraCopySettingDlg::CopyRow &copyRow)
+void CSetupPage::addCopySettings(std::function<int()> group)
 {
-    if (!m_copyDialog) {
-        m_copyDialog = new CRemoteCameraCopySettingDlg(this);
-        connect(m_copyDialog, &QDialog::accepted, this,
-                [this] { m_copyDialog->applyCopy(m_copyRow); });
-    }
-    m_copyRow = copyRow;
-    m_copyDialog->setChannelCount(m_channelCount);
-    m_copyDialog->setCopyMode(copyMode);
-    m_copyDialog->open();
-}
-
-void CSetupPage::openCopySettings(int copyMode)
-{
-    openCopySettings(copyMode, [this](int source, int target, const auto &properties) {
-        m_binder->copyRow(source, target, properties);
+    connect(copySettingsButton(), &QPushButton::clicked, this, [this, group] {
+        if (!m_copyDialog) {
+            m_copyDialog = new CRemoteCameraCopySettingDlg(this);
+            connect(m_copyDialog, &QDialog::accepted, this,
+                    [this] { m_binder->copy(m_copyGroup, *m_copyDialog); });
+        }
+        m_copyGroup = group ? group() : 0;
+        m_copyDialog->offer(m_binder->copyProperties(m_copyGroup));
+        m_copyDialog->setChannelCount(m_channelCount);
+        m_copyDialog->open();
     });
-}
-
-void CSetupPage::addCopySettings(int copyMode)
-{
-    connect(copySettingsButton(), &QPushButton::clicked, this,
-            [this, copyMode] { openCopySettings(copyMode); });
-}
-
-void CSetupPage::addChannelRow(int index, std::initializer_list<QWidget *> widgets)
-{
-    m_binder->addRowWidgets(index, widgets);
 }
 
 void CSetupPage::ensureBuilt()

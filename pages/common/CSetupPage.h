@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/SectionBinder.h"
 #include "session/RecorderClock.h"
 #include "setup/SectionEdit.h"
@@ -22,6 +21,8 @@ class QPushButton;
 class QStackedWidget;
 class QTabBar;
 QT_END_NAMESPACE
+
+class CRemoteCameraCopySettingDlg;
 
 // The base of every settings page: it shows one setup section of the
 // recorder, lets the operator edit it, restores it from the default setup
@@ -193,15 +194,12 @@ protected:
     // The page's own buttons under the content: Default and Save always,
     // Copy Settings on request (camera pages).
     QPushButton *copySettingsButton();
-    // Opens the page's copy-settings dialog (one for the page's life, so its
-    // choices survive) in `copyMode` for the page's channel count. After OK,
-    // `copyRow` runs for every ticked target channel, in channel order; it
-    // copies between controls only, like every other change before gather.
-    void openCopySettings(int copyMode, const CRemoteCameraCopySettingDlg::CopyRow &copyRow);
-    // The same, copying the bound columns of the ticked properties.
-    void openCopySettings(int copyMode);
-    // Adds a Copy Settings button that opens the dialog in `copyMode`.
-    void addCopySettings(int copyMode);
+    // Adds a Copy Settings button. Its dialog (one for the page's life, so
+    // its choices survive) offers the copy properties of the bound columns
+    // in the copy group `group()` returns (0 without it); after OK the
+    // ticked columns are copied between controls only, like every other
+    // change before gather.
+    void addCopySettings(std::function<int()> group = {});
 
     SectionBinder &binder() { return *m_binder; }
     std::optional<RecorderTime> recorderTime() const
@@ -214,12 +212,6 @@ protected:
     }
     QPushButton *pageSaveButton() const { return m_saveButton; }
     QPushButton *pageDefaultButton() const { return m_defaultButton; }
-
-    // Per-channel rows: the widgets of row `index` (0-based) are shown only
-    // below the channel count.
-    void addChannelRow(int index, std::initializer_list<QWidget *> widgets);
-    // The channel number label of a row: "01" ... "16".
-    static QString channelNumber(int index) { return SectionBinder::channelNumber(index); }
 
 private:
     void ensureBuilt();
@@ -250,5 +242,5 @@ private:
     QPushButton *m_saveButton = nullptr;
     QHBoxLayout *m_buttonRow = nullptr;
     CRemoteCameraCopySettingDlg *m_copyDialog = nullptr;
-    CRemoteCameraCopySettingDlg::CopyRow m_copyRow;
+    int m_copyGroup = 0;
 };

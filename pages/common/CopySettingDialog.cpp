@@ -16,9 +16,8 @@
 
 #include <algorithm>
 
-CopySettingDialog::CopySettingDialog(std::span<const char *const> propertyNames, QWidget *parent)
+CopySettingDialog::CopySettingDialog(QWidget *parent)
     : QDialog(parent)
-    , m_properties(propertyNames.size())
 {
     setWindowTitle(nelib::tr("Copy Settings"));
 
@@ -34,13 +33,7 @@ CopySettingDialog::CopySettingDialog(std::span<const char *const> propertyNames,
     fromRow->addStretch(1);
 
     auto *propertyGroup = new QGroupBox(nelib::tr("Properties"), this);
-    auto *propertyLayout = new QVBoxLayout(propertyGroup);
-    for (const char *name : propertyNames) {
-        auto *box = new QCheckBox(nelib::tr(name), propertyGroup);
-        box->setAccessibleName(box->text());
-        propertyLayout->addWidget(box);
-        m_propertyBoxes.push_back(box);
-    }
+    m_propertyLayout = new QVBoxLayout(propertyGroup);
 
     // Channel boxes four to a row, so that all sixteen fit the dialog.
     auto *targetGroup = new QGroupBox(nelib::tr("To"), this);
@@ -76,6 +69,30 @@ CopySettingDialog::CopySettingDialog(std::span<const char *const> propertyNames,
     connect(buttons, &QDialogButtonBox::rejected, this, &CopySettingDialog::reject);
 }
 
+void CopySettingDialog::offer(std::span<const char *const> properties)
+{
+    for (Property &p : m_properties)
+        p.box->hide();
+    for (const char *name : properties) {
+        auto known = std::find_if(m_properties.begin(), m_properties.end(),
+                                  [&](const Property &p) { return p.name == name; });
+        if (known == m_properties.end()) {
+            auto *box = new QCheckBox(nelib::tr(name), m_propertyLayout->parentWidget());
+            box->setAccessibleName(box->text());
+            m_propertyLayout->addWidget(box);
+            known = m_properties.insert(m_properties.end(), {name, box, false});
+        }
+        known->box->show();
+    }
+}
+
+bool CopySettingDialog::copies(const char *property) const
+{
+    return property
+           && std::any_of(m_properties.begin(), m_properties.end(),
+                          [&](const Property &p) { return p.name == property && p.ticked; });
+}
+
 void CopySettingDialog::setChannelCount(int count)
 {
     m_channelCount = std::clamp(count, 1, int(Channels));
@@ -86,8 +103,8 @@ void CopySettingDialog::setChannelCount(int count)
 void CopySettingDialog::setVisible(bool visible)
 {
     if (visible && !isVisible()) {
-        for (size_t p = 0; p < m_propertyBoxes.size(); ++p)
-            m_propertyBoxes[p]->setChecked(m_properties[p] != 0);
+        for (const Property &p : m_properties)
+            p.box->setChecked(p.ticked);
         m_selectAll->setChecked(false);
         for (int c = 0; c < Channels; ++c) {
             m_channelBoxes[c]->setChecked(m_targets[c] != 0);
@@ -108,8 +125,8 @@ void CopySettingDialog::sourceChanged(int index)
 void CopySettingDialog::accept()
 {
     m_source = m_from->currentIndex();
-    for (size_t p = 0; p < m_propertyBoxes.size(); ++p)
-        m_properties[p] = m_propertyBoxes[p]->isChecked() ? 1 : 0;
+    for (Property &p : m_properties)
+        p.ticked = p.box->isChecked();
     for (int c = 0; c < Channels; ++c)
         m_targets[c] = m_channelBoxes[c]->isChecked() ? 1 : 0;
     QDialog::accept();

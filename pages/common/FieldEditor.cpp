@@ -10,6 +10,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
 #include <QSpinBox>
@@ -28,7 +29,37 @@ FieldEditor::~FieldEditor() = default;
 
 void FieldEditor::setAccessibleName(const QString &name)
 {
-    widget()->setAccessibleName(name);
+    nameControl(widget(), name);
+}
+
+namespace {
+
+constexpr QLatin1StringView HiddenLabel("accessibleLabel");
+
+} // namespace
+
+void FieldEditor::nameControl(QWidget *control, const QString &name)
+{
+    control->setAccessibleName(name);
+    // Screen readers on Linux read a list as its current item and learn
+    // what the list is from its label; a list without a label of its own
+    // gets one that is never shown.
+    auto *list = qobject_cast<QComboBox *>(control);
+    QWidget *parent = control->parentWidget();
+    if (!list || !parent)
+        return;
+    for (QLabel *label : parent->findChildren<QLabel *>(Qt::FindDirectChildrenOnly)) {
+        if (label->buddy() == list) {
+            if (label->objectName() == HiddenLabel)
+                label->setText(name);
+            return;
+        }
+    }
+    auto *label = new QLabel(name, parent);
+    label->setObjectName(QString(HiddenLabel));
+    label->setTextFormat(Qt::PlainText);
+    label->setBuddy(list);
+    label->hide();
 }
 
 quint32 FieldEditor::number(const setup::SectionView &section) const
@@ -252,6 +283,14 @@ public:
         layout->addStretch(1);
     }
     QWidget *widget() const override { return m_box; }
+    // Each box by the element's name and its bit's, so that rows of the same
+    // bits differ.
+    void setAccessibleName(const QString &name) override
+    {
+        m_box->setAccessibleName(name);
+        for (QCheckBox *box : std::as_const(m_bits))
+            box->setAccessibleName(name + u' ' + box->text());
+    }
     void fill(const setup::SectionView &section) override
     {
         const quint32 value = number(section);

@@ -59,6 +59,9 @@ public:
     // Names the control for assistive technology; editors made of several
     // controls name each of them.
     virtual void setAccessibleName(const QString &name);
+    // Names `control` so that a screen reader tells it from its neighbours,
+    // a list by a label relation too.
+    static void nameControl(QWidget *control, const QString &name);
     // The recorder's channel count, for editors whose choices depend on it.
     virtual void setChannelCount(int count) { Q_UNUSED(count); }
 

@@ -73,7 +73,7 @@ ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
 {
     const QString line = u' ' + QString::number(index + 1);
     m_number->setAlignment(Qt::AlignCenter);
-    m_day->setAccessibleName(nelib::tr(fields::day.label) + line);
+    nameControl(m_day, nelib::tr(fields::day.label) + line);
     connect(m_day, &QComboBox::activated, this, &FieldEditor::edited);
 
     const FieldInfo timeFields[]
@@ -97,7 +97,7 @@ ScheduleEntryEditor::ScheduleEntryEditor(int index, QWidget *parent)
     }
 
     m_mode = listOf(fields::mode, parent);
-    m_mode->setAccessibleName(nelib::tr(fields::mode.label) + line);
+    nameControl(m_mode, nelib::tr(fields::mode.label) + line);
     connect(m_mode, &QComboBox::activated, this, &FieldEditor::edited);
 
     m_channelText = new ElidedLineEdit(parent);

@@ -35,12 +35,16 @@ constexpr quint32 FixedDate = 0;
 constexpr int LastHour = 24;
 constexpr int NoAnswerLookMs = 250;
 
-// The rule's fields in section order: start, then end.
-constexpr std::array<setup::FieldInfo, 10> RuleFields {
-    rule::startMonth, rule::startWeek, rule::startWeekday, rule::startDay, rule::startHour,
-    rule::endMonth,   rule::endWeek,   rule::endWeekday,   rule::endDay,   rule::endHour,
-};
+// The rule's fields (rule::all) are in section order: start, then end.
 enum RuleColumn { Month, Week, Weekday, Day, Hour, Columns };
+// The rule's fields by column: start, then end.
+constexpr std::array<std::array<setup::FieldInfo, 2>, Columns> RuleColumns {{
+    {rule::startMonth, rule::endMonth},
+    {rule::startWeek, rule::endWeek},
+    {rule::startWeekday, rule::endWeekday},
+    {rule::startDay, rule::endDay},
+    {rule::startHour, rule::endHour},
+}};
 
 const char *const TwelveHourItems[24] = {
     RS_TEXT("AM 00"), RS_TEXT("AM 01"), RS_TEXT("AM 02"), RS_TEXT("AM 03"), RS_TEXT("AM 04"),
@@ -226,20 +230,23 @@ void CRemoteDisplayDateTimeDlg::buildClock(QWidget *group)
 QWidget *CRemoteDisplayDateTimeDlg::buildRule(QWidget *parent)
 {
     auto *box = new QWidget(parent);
-    auto *grid = new QGridLayout(box);
+    const auto column = [](int c) {
+        return SectionBinder::Column {
+            .field = RuleColumns[c][0], .kind = Kind::List, .rowFields = RuleColumns[c]};
+    };
+    QGridLayout *grid
+        = binder().grid(box,
+                        {.count = 2,
+                         .channels = false,
+                         .titles = {nelib::tr("DST Start Time"), nelib::tr("DST End Time")},
+                         .titleFirst = true},
+                        {column(Month), column(Week), column(Weekday), column(Day), column(Hour)});
+    grid->setSpacing(-1);
     grid->setContentsMargins(0, 0, 0, 0);
-    const char *const rows[] = {RS_TEXT("DST Start Time"), RS_TEXT("DST End Time")};
+    box->setLayout(grid);
     for (int r = 0; r < 2; ++r) {
-        const QString row = nelib::tr(rows[r]);
-        grid->addWidget(new CTransparentStatic(row, box), r + 1, 0);
         for (int c = 0; c < Columns; ++c) {
-            const setup::FieldInfo &field = RuleFields[r * Columns + c];
-            FieldEditor *e = binder().add(FieldEditor::create(Kind::List, field, 0, 0, box));
-            e->widget()->setAccessibleName(row + u' ' + nelib::tr(field.label));
-            grid->addWidget(e->widget(), r + 1, c + 1);
-            if (r == 0)
-                grid->addWidget(new CTransparentStatic(nelib::tr(field.label), box), 0, c + 1);
-            auto *list = qobject_cast<QComboBox *>(e->widget());
+            auto *list = binder().widget<QComboBox>(RuleColumns[c][r]);
             // Narrow lists, so that the row labels keep their room.
             list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
             list->setMinimumContentsLength(c == Day || c == Hour ? 2 : 6);
@@ -273,7 +280,7 @@ void CRemoteDisplayDateTimeDlg::gatherControls(QByteArray &section)
                       quint32(setup::TimeZones[zone->currentData().toUInt()].utcOffset()));
     if (!m_zonePicked)
         return;
-    for (const setup::FieldInfo &field : RuleFields) {
+    for (const setup::FieldInfo &field : rule::all) {
         if (list(field)->currentIndex() < 0)
             out.setNumber(field, 0);
     }
@@ -299,8 +306,8 @@ void CRemoteDisplayDateTimeDlg::zonePicked()
     if (zone->currentIndex() < 0)
         return;
     const setup::TimeZone &picked = setup::TimeZones[zone->currentData().toUInt()];
-    for (std::size_t k = 0; k < RuleFields.size(); ++k) {
-        QComboBox *item = list(RuleFields[k]);
+    for (std::size_t k = 0; k < std::size(rule::all); ++k) {
+        QComboBox *item = list(rule::all[k]);
         item->setCurrentIndex(item->findData(picked.dstRule[k]));
     }
     m_dst->setChecked(picked.hasDst());
@@ -317,8 +324,8 @@ void CRemoteDisplayDateTimeDlg::checkRule()
     for (int c = 0; c < Columns; ++c) {
         if (c == Day)
             continue;
-        const QComboBox *s = list(RuleFields[c]);
-        const QComboBox *e = list(RuleFields[Columns + c]);
+        const QComboBox *s = list(rule::all[c]);
+        const QComboBox *e = list(rule::all[Columns + c]);
         if (s->currentIndex() < 0 || e->currentIndex() < 0)
             return;
         start[c] = s->currentData().toInt();

@@ -3,7 +3,6 @@
 #include "pages/network/CRemoteNetworkStreamDlg.h"
 
 #include "i18n/Translator.h"
-#include "pages/common/CTransparentStatic.h"
 #include "pages/common/CheckBoxGrid.h"
 #include "pages/network/NetworkEntryCheck.h"
 #include "setup/Fields.h"
@@ -40,13 +39,14 @@ void CRemoteNetworkStreamDlg::buildControls()
     setTabs({nelib::tr("Network"), nelib::tr("Stream"), nelib::tr("Bit Rate"),
              nelib::tr("Monitoring Servers")});
     buildNetworkTab(tabContent(0));
-    addChannelTab(tabContent(1),
-                  binder().channelGrid(tabContent(1), {
-                                                          {fields::enabled, Kind::Check, -1, true},
-                                                          {fields::resolution, Kind::List},
-                                                          {fields::frameRate, Kind::List},
-                                                          {fields::quality, Kind::List},
-                                                      }));
+    addChannelTab(
+        tabContent(1),
+        binder().channelGrid(tabContent(1), {
+                                                {fields::enabled, Kind::Check, nullptr, true},
+                                                {fields::resolution, Kind::List},
+                                                {fields::frameRate, Kind::List},
+                                                {fields::quality, Kind::List},
+                                            }));
     addChannelTab(tabContent(2),
                   binder().channelGrid(tabContent(2), {
                                                           {fields::bitrate, Kind::Number},
@@ -88,28 +88,26 @@ void CRemoteNetworkStreamDlg::buildNetworkTab(QWidget *tab)
 
 void CRemoteNetworkStreamDlg::buildServersTab(QWidget *tab)
 {
-    // One row per server, numbered like the channels of the stream tab.
-    auto *grid = new QGridLayout;
+    // One row per server, numbered 1, 2, ...; the tab key goes across a server's settings.
+    QStringList numbers;
+    for (int server = 0; server < fields::cmsHost.count; ++server)
+        numbers.append(QString::number(server + 1));
+    QGridLayout *grid = binder().grid(tab,
+                                      {.count = fields::cmsHost.count,
+                                       .channels = false,
+                                       .titles = numbers,
+                                       .alignment = Qt::AlignTop},
+                                      {
+                                          {fields::cmsEnabled, Kind::Check},
+                                          {fields::cmsHost, Kind::Text},
+                                          {fields::cmsPort, Kind::Number},
+                                          {fields::cmsEvents, Kind::Bits},
+                                      });
+    grid->setSpacing(-1);
     grid->setHorizontalSpacing(14);
-    const setup::FieldInfo columns[]
-        = {fields::cmsEnabled, fields::cmsHost, fields::cmsPort, fields::cmsEvents};
-    const Kind kinds[] = {Kind::Check, Kind::Text, Kind::Number, Kind::Bits};
-    for (int c = 0; c < int(std::size(columns)); ++c)
-        grid->addWidget(new CTransparentStatic(nelib::tr(columns[c].label), tab), 0, c + 1);
-    // Row by row, so that the tab key goes across a server's settings.
-    for (int server = 0; server < fields::cmsHost.count; ++server) {
-        const QString number = QString::number(server + 1);
-        grid->addWidget(new CTransparentStatic(number, tab), server + 1, 0, Qt::AlignTop);
-        for (int c = 0; c < int(std::size(columns)); ++c) {
-            FieldEditor *e
-                = binder().add(FieldEditor::create(kinds[c], columns[c], server, 0, tab));
-            e->widget()->setAccessibleName(nelib::tr(columns[c].label) + u' ' + number);
-            // The events one below the other keep the page narrow.
-            if (kinds[c] == Kind::Bits)
-                arrangeCheckBoxGrid(e->widget(), 1);
-            grid->addWidget(e->widget(), server + 1, c + 1, Qt::AlignTop);
-        }
-    }
+    // The events one below the other keep the page narrow.
+    for (int server = 0; server < fields::cmsHost.count; ++server)
+        arrangeCheckBoxGrid(binder().editor(fields::cmsEvents, server)->widget(), 1);
     grid->setColumnStretch(2, 1);
     auto *layout = new QVBoxLayout(tab);
     layout->addLayout(grid);

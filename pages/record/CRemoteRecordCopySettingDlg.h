@@ -5,21 +5,13 @@
 #include "pages/common/CopySettingDialog.h"
 
 // Copies the recording profile columns of one channel to others on the
-// Record Setup page. The page sets the channel count, opens the dialog and,
-// after OK, reads the source channel, the ticked properties and the target
-// channels.
+// Record Setup page, within the record mode shown. The page offers the copy
+// properties of its columns, sets the channel count, opens the dialog and,
+// after OK, copies between its rows (SectionBinder::copy).
 class CRemoteRecordCopySettingDlg : public CopySettingDialog
 {
     Q_OBJECT
 
 public:
-    enum Property { Resolution, Quality, Fps, Type, DwellTime, PropertyCount };
-
     explicit CRemoteRecordCopySettingDlg(QWidget *parent = nullptr);
-
-    // A ticked channel of the recorder other than the source.
-    bool isTarget(int channel) const
-    {
-        return targetTicked(channel) && channel != sourceChannel() && channel < channelCount();
-    }
 };

@@ -27,7 +27,6 @@ namespace fields = setup::fields::record;
 namespace values = setup::fields::values;
 using setup::FieldInfo;
 using Kind = FieldEditor::Kind;
-using Copy = CRemoteRecordCopySettingDlg;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -38,12 +37,6 @@ constexpr const char *ModeNames[] = {
     RS_TEXT("Pre-Event"),
     RS_TEXT("Panic"),
 };
-
-// The columns a copy can carry, in the copy dialog's order.
-constexpr FieldInfo CopiedColumns[] = {
-    fields::resolution, fields::qualities, fields::frameRates, fields::eventType, fields::dwell,
-};
-static_assert(std::size(CopiedColumns) == Copy::PropertyCount);
 
 // The header list of the Dwell Time column offers more than its channel lists.
 constexpr int HeaderDwellSeconds = 30;
@@ -136,24 +129,28 @@ void CRemoteRecordSetupDlg::setVideoStandard(int standard)
 
 QGridLayout *CRemoteRecordSetupDlg::modeGrid(QWidget *parent, int mode)
 {
-    if (mode != PreEvent) {
-        return binder().channelGrid(
-            parent, {
-                        {fields::resolution, Kind::List, -1, false, mode, makeResolution, false},
-                        {fields::qualities, Kind::List, -1, false, mode, makeQuality, false},
-                        {fields::frameRates, Kind::List, -1, false, mode, makeFrameRate, false},
-                    });
-    }
+    // A copy stays within the mode shown; the modes' controls differ by name.
+    binder().setCopyGroup(mode);
+    const SectionBinder::Rows rows {.heading = nelib::tr("Ch."),
+                                    .name = nelib::tr(ModeNames[mode])};
+    const SectionBinder::Column profile[] = {
+        {fields::resolution, Kind::List, RS_TEXT("Resolution"), false, mode, makeResolution, false},
+        {fields::qualities, Kind::List, RS_TEXT("Quality"), false, mode, makeQuality, false},
+        {fields::frameRates, Kind::List, RS_TEXT("FPS"), false, mode, makeFrameRate, false},
+    };
+    if (mode != PreEvent)
+        return binder().grid(parent, rows, profile);
     // The header box stands alone above its column, under the "Ch." heading.
-    QGridLayout *grid = binder().channelGrid(
-        parent, {
-                    {fields::preEvent, Kind::Check, -1, true, mode, {}, false},
-                    {fields::resolution, Kind::List, -1, false, mode, makeResolution, false},
-                    {fields::qualities, Kind::List, -1, false, mode, makeQuality, false},
-                    {fields::frameRates, Kind::List, -1, false, mode, makeFrameRate, false},
-                    {fields::eventType, Kind::List, -1, false, mode, {}, false},
-                    {fields::dwell, Kind::List, -1, false, mode, {}, false},
-                });
+    QGridLayout *grid = binder().grid(
+        parent, rows,
+        {
+            {fields::preEvent, Kind::Check, nullptr, true, mode, {}, false},
+            profile[0],
+            profile[1],
+            profile[2],
+            {fields::eventType, Kind::List, RS_TEXT("Type"), false, mode, {}, false},
+            {fields::dwell, Kind::List, RS_TEXT("Dwell Time"), false, mode, {}, false},
+        });
     for (int row = 0; row < MaxChannels; ++row) {
         QCheckBox *box = binder().widget<QCheckBox>(fields::preEvent, mode, row);
         for (const FieldInfo &field : columnsOf(mode)) {
@@ -191,7 +188,8 @@ void CRemoteRecordSetupDlg::buildControls()
                 continue;
             const int at = c + 1;
             auto *header = new QComboBox(gridPage);
-            header->setAccessibleName(nelib::tr(field.label));
+            FieldEditor::nameControl(header,
+                                     nelib::tr(ModeNames[mode]) + u' ' + nelib::tr(field.label));
             grid->addWidget(header, 0, at);
             m_headers[mode].append(header);
             connect(header, &QComboBox::activated, this, [this, mode, field, header](int item) {
@@ -299,20 +297,10 @@ void CRemoteRecordSetupDlg::copySettings()
 {
     if (!m_copyDialog) {
         m_copyDialog = new CRemoteRecordCopySettingDlg(this);
-        connect(m_copyDialog, &QDialog::accepted, this, [this] {
-            const int mode = recordMode();
-            const int source = m_copyDialog->sourceChannel();
-            for (int target = 0; target < channelCount(); ++target) {
-                if (!m_copyDialog->isTarget(target))
-                    continue;
-                for (int p = 0; p < Copy::PropertyCount; ++p) {
-                    const FieldEditor *from = binder().editor(CopiedColumns[p], mode, source);
-                    FieldEditor *to = binder().editor(CopiedColumns[p], mode, target);
-                    if (m_copyDialog->copies(Copy::Property(p)) && from && to)
-                        to->copyFrom(*from);
-                }
-            }
-        });
+        // The Pre-Event columns hold every property a copy can carry.
+        m_copyDialog->offer(binder().copyProperties(PreEvent));
+        connect(m_copyDialog, &QDialog::accepted, this,
+                [this] { binder().copy(recordMode(), *m_copyDialog); });
     }
     m_copyDialog->setChannelCount(channelCount());
     m_copyDialog->open();

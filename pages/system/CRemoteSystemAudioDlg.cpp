@@ -36,27 +36,18 @@ CRemoteSystemAudioDlg::~CRemoteSystemAudioDlg() = default;
 void CRemoteSystemAudioDlg::buildControls()
 {
     QWidget *area = contentArea();
-    auto *grid = new QGridLayout;
+    QStringList inputs;
+    for (const char *name : InputNames)
+        inputs.append(nelib::tr(name));
+    // The inputs: one row each, their switch and gain side by side.
+    QGridLayout *grid = binder().grid(area, {.count = Inputs, .channels = false, .titles = inputs},
+                                      {
+                                          {fields::inputEnabled, Kind::List},
+                                          {fields::inputVolume, Kind::Number},
+                                      });
+    grid->setSpacing(-1);
     grid->setHorizontalSpacing(14);
     grid->setColumnStretch(3, 1);
-
-    // The inputs: one row each, their switch and gain side by side.
-    const setup::FieldInfo inputColumns[] = {fields::inputEnabled, fields::inputVolume};
-    for (int c = 0; c < 2; ++c)
-        grid->addWidget(new CTransparentStatic(nelib::tr(inputColumns[c].label), area), 0, c + 1);
-    for (int n = 0; n < Inputs; ++n) {
-        auto *name = new CTransparentStatic(nelib::tr(InputNames[n]), area);
-        grid->addWidget(name, n + 1, 0);
-        for (int c = 0; c < 2; ++c) {
-            const setup::FieldInfo &field = inputColumns[c];
-            FieldEditor *e = binder().add(
-                FieldEditor::create(c == 0 ? Kind::List : Kind::Number, field, n, 0, area));
-            e->widget()->setAccessibleName(nelib::tr(field.label) + u' ' + QString::number(n + 1));
-            grid->addWidget(e->widget(), n + 1, c + 1);
-            if (c == 0)
-                name->setBuddy(e->widget());
-        }
-    }
 
     // The output and what happens to the audio, under the inputs' first column.
     grid->setRowMinimumHeight(Inputs + 1, 12);

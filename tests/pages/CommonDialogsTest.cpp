@@ -2,6 +2,8 @@
 
 // The channel selection and copy setting dialogs and the editors that open them.
 
+#include "app/PageCatalog.h"
+#include "pages/camera/CRemoteCameraMotionDlg.h"
 #include "pages/common/CRemoteCameraCopySettingDlg.h"
 #include "pages/common/CRemoteChannelSel.h"
 #include "pages/common/CRemoteChannelSel_Spot.h"
@@ -18,6 +20,8 @@
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using pagetest::named;
@@ -147,35 +151,52 @@ QCheckBox *target(const QWidget *dialog, int channel)
 
 } // namespace
 
-TEST(CopySettingDialog, EachCopyModeOffersItsProperties)
+// Each page offers the copy properties of its columns, Motion those of the
+// view shown and Record Setup all five in every mode.
+TEST(CopySettingDialog, EachPageOffersThePropertiesOfItsColumns)
 {
-    const std::pair<int, QStringList> modes[] = {
-        {1, {u"Title"_s, u"Covert"_s, u"Audio"_s}},
-        {2, {u"Type"_s, u"Beep"_s, u"Alarm-Out"_s}},
-        {3, {u"Type"_s, u"Dwell Time"_s}},
-        {4, {u"Beep"_s, u"Alarm-Out"_s}},
-        {12, {u"Beep"_s, u"Alarm-Out"_s}},
-        {5, {u"Day Time"_s}},
-        {6, {u"Min Blocks"_s, u"Sensitivity"_s, u"Mask Zone"_s}},
-        {7, {u"Min Blocks"_s, u"Sensitivity"_s, u"Mask Zone"_s}},
-        {13,
+    const struct
+    {
+        const char *page;
+        int view;
+        QStringList properties;
+    } cases[] = {
+        {"Camera Setup", 0, {u"Title"_s, u"Covert"_s, u"Audio"_s}},
+        {"Alarm-In", 0, {u"Type"_s, u"Beep"_s, u"Alarm-Out"_s}},
+        {"Alarm-Out", 0, {u"Type"_s, u"Dwell Time"_s}},
+        {"Video Loss", 0, {u"Beep"_s, u"Alarm-Out"_s}},
+        {"Motion", CRemoteCameraMotionDlg::TimeView, {u"Day Time"_s}},
+        {"Motion",
+         CRemoteCameraMotionDlg::DayView,
+         {u"Sensitivity"_s, u"Min Blocks"_s, u"Mask Zone"_s}},
+        {"Motion",
+         CRemoteCameraMotionDlg::NightView,
+         {u"Sensitivity"_s, u"Min Blocks"_s, u"Mask Zone"_s}},
+        {"Motion", CRemoteCameraMotionDlg::ActionView, {u"Beep"_s, u"Alarm-Out"_s}},
+        {"PTZ",
+         0,
          {u"Protocol"_s, u"Baudrate"_s, u"Data Bits"_s, u"Stop Bits"_s, u"Parity"_s,
           u"PTZ Speed"_s}},
-        {8, {}},
-        {0, {}},
+        {"Setup", 0, {u"Resolution"_s, u"Quality"_s, u"FPS"_s, u"Type"_s, u"Dwell Time"_s}},
     };
-    CRemoteCameraCopySettingDlg dialog;
-    for (const auto &[mode, properties] : modes) {
-        dialog.setCopyMode(mode);
-        dialog.open();
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.page);
+        std::unique_ptr<CSetupPage> page(
+            PageCatalog::entry(PageCatalog::indexOf(c.page)).create(nullptr));
+        page->load(setup::FactoryDefaults::record(), 16);
+        if (auto *motion = qobject_cast<CRemoteCameraMotionDlg *>(page.get()))
+            motion->showView(CRemoteCameraMotionDlg::View(c.view));
+        pagetest::button(page.get(), u"Copy Settings"_s)->click();
+        auto *dialog = page->findChild<CopySettingDialog *>();
+        ASSERT_TRUE(dialog);
         QStringList shown;
-        for (QCheckBox *box : dialog.findChildren<QCheckBox *>()) {
+        for (QCheckBox *box : dialog->findChildren<QCheckBox *>()) {
             if (box->isVisible() && !box->accessibleName().contains(u"Ch "_s)
                 && box->accessibleName() != u"Select All"_s)
                 shown.append(box->accessibleName());
         }
-        EXPECT_EQ(shown, properties) << "mode " << mode;
-        dialog.reject();
+        EXPECT_EQ(shown, c.properties) << c.view;
+        dialog->reject();
     }
 }
 
@@ -212,7 +233,8 @@ TEST(CopySettingDialog, SelectAllNeverTicksTheSource)
 TEST(CopySettingDialog, OkKeepsTheChoicesAndCancelForgetsThem)
 {
     CRemoteCameraCopySettingDlg dialog;
-    dialog.setCopyMode(1);
+    const char *const properties[] = {"Title", "Covert", "Audio"};
+    dialog.offer(properties);
     dialog.open();
     named<QComboBox>(&dialog, u"From"_s)->setCurrentIndex(1);
     named<QCheckBox>(&dialog, u"Covert"_s)->setChecked(true);
@@ -220,12 +242,12 @@ TEST(CopySettingDialog, OkKeepsTheChoicesAndCancelForgetsThem)
     target(&dialog, 1)->setChecked(true);
     pagetest::button(&dialog, u"OK"_s)->click();
 
-    std::vector<std::pair<int, int>> copies;
-    dialog.applyCopy([&](int source, int to, const CRemoteCameraCopySettingDlg::Properties &p) {
-        EXPECT_EQ(p, (CRemoteCameraCopySettingDlg::Properties {0, 1}));
-        copies.emplace_back(source, to);
-    });
-    EXPECT_EQ(copies, (std::vector<std::pair<int, int>> {{1, 0}, {1, 15}}));
+    EXPECT_EQ(dialog.sourceChannel(), 1);
+    EXPECT_TRUE(dialog.copies("Covert"));
+    EXPECT_FALSE(dialog.copies("Title"));
+    EXPECT_FALSE(dialog.copies("Beep"));
+    for (int channel = 0; channel < 16; ++channel)
+        EXPECT_EQ(dialog.targetTicked(channel), channel == 0 || channel == 15) << channel;
 
     dialog.open();
     named<QCheckBox>(&dialog, u"Title"_s)->setChecked(true);

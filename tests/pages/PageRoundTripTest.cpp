@@ -3,15 +3,25 @@
 // Every page of the catalog that edits a section, through its bound controls:
 // what it fills it gathers back unchanged, each control writes its own
 // element and no other byte, rows past the channel count are hidden and
-// keep their bytes, number boxes offer the field's range.
+// keep their bytes, number boxes offer the field's range. Every page, the
+// dialogs it opens and the connection panel say to a screen reader what
+// each control is.
 
+#include "app/ConnectionPanel.h"
 #include "app/PageCatalog.h"
 #include "tests/pages/PageTestSupport.h"
 
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QApplication>
 #include <QCheckBox>
+#include <QDialog>
+#include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QRegularExpression>
 #include <QSpinBox>
+#include <QToolButton>
 
 #include <gtest/gtest.h>
 
@@ -21,6 +31,7 @@ using setup::FieldInfo;
 using setup::FieldTable;
 using setup::FieldType;
 using setup::SetupRecordMap;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -70,6 +81,71 @@ void writeSample(QByteArray &record, const FieldEditor &e, int k)
 class PageRoundTrip : public ::testing::TestWithParam<PageCase>
 {
 };
+
+// What a screen reader says a control is: its labels, then its name.
+QString spoken(QWidget *w)
+{
+    QAccessibleInterface *control = QAccessible::queryAccessibleInterface(w);
+    QStringList parts;
+    for (const auto &relation : control->relations(QAccessible::Label))
+        parts.append(relation.first->text(QAccessible::Name));
+    parts.append(control->text(QAccessible::Name));
+    parts.removeAll(QString());
+    return parts.join(u" | ");
+}
+
+bool isControl(const QWidget *w)
+{
+    // The line edit inside a number box or a list is part of that control.
+    if (qobject_cast<QAbstractSpinBox *>(w->parentWidget())
+        || qobject_cast<QComboBox *>(w->parentWidget()))
+        return false;
+    switch (QAccessible::queryAccessibleInterface(const_cast<QWidget *>(w))->role()) {
+    case QAccessible::CheckBox:
+    case QAccessible::RadioButton:
+    case QAccessible::ComboBox:
+    case QAccessible::SpinBox:
+    case QAccessible::EditableText:
+    case QAccessible::PushButton:
+    case QAccessible::ButtonMenu:
+    case QAccessible::List:
+    case QAccessible::Slider:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// The controls of `root` that say nothing, or the same as another one.
+QStringList silentOrAlike(const QWidget *root)
+{
+    QStringList problems;
+    QHash<QString, int> seen;
+    for (QWidget *w : root->findChildren<QWidget *>()) {
+        // Hidden on purpose (a month's missing days), a control is not there.
+        if (w->isHidden() || !isControl(w) || w->window() != root->window())
+            continue;
+        const QString said = spoken(w);
+        if (said.isEmpty())
+            problems.append(u"no name: "_s + QLatin1StringView(w->metaObject()->className()));
+        else if (seen[said]++ == 1)
+            problems.append(u"shared: "_s + said);
+    }
+    return problems;
+}
+
+// Dialogs open now, but for message boxes and file choosers.
+QList<QDialog *> openDialogs()
+{
+    QList<QDialog *> dialogs;
+    for (QWidget *w : QApplication::topLevelWidgets()) {
+        auto *dialog = qobject_cast<QDialog *>(w);
+        if (dialog && dialog->isVisible() && !qobject_cast<QMessageBox *>(w)
+            && !qobject_cast<QFileDialog *>(w))
+            dialogs.append(dialog);
+    }
+    return dialogs;
+}
 
 } // namespace
 
@@ -129,6 +205,39 @@ TEST_P(PageRoundTrip, BoundFieldsRoundTripAndTouchOnlyTheirOwnBytes)
             page->load(record, channels);
         }
     }
+}
+
+TEST(Accessibility, EveryControlOfEveryPageAndItsDialogsSaysWhatItIs)
+{
+    SessionHarness window; // takes the messages some buttons raise
+    for (const PageCatalog::Entry &entry : PageCatalog::entries()) {
+        SCOPED_TRACE(entry.label);
+        std::unique_ptr<CSetupPage> page(entry.create(nullptr));
+        page->load(setup::FactoryDefaults::record(), 16);
+        page->show();
+        EXPECT_EQ(silentOrAlike(page.get()), QStringList());
+        // Buttons that would send or restore stay untouched; the pages
+        // without Save (files, firmware) open only file choosers.
+        const QString untouched[] = {u"Save"_s, u"Default"_s, u"Apply"_s};
+        if (entry.pageId == 0)
+            continue;
+        for (QAbstractButton *button : page->findChildren<QAbstractButton *>()) {
+            if (!qobject_cast<QPushButton *>(button) && !qobject_cast<QToolButton *>(button))
+                continue;
+            if (std::find(std::begin(untouched), std::end(untouched), button->text())
+                    != std::end(untouched)
+                || button->isHidden())
+                continue;
+            button->click();
+            for (QDialog *dialog : openDialogs()) {
+                SCOPED_TRACE(dialog->windowTitle().toStdString());
+                EXPECT_EQ(silentOrAlike(dialog), QStringList());
+                dialog->reject();
+            }
+        }
+    }
+    ConnectionPanel panel;
+    EXPECT_EQ(silentOrAlike(&panel), QStringList());
 }
 
 INSTANTIATE_TEST_SUITE_P(AllPages, PageRoundTrip, ::testing::ValuesIn(boundPages()),

@@ -80,7 +80,8 @@ protected:
     QComboBox *header(const QString &name) const
     {
         for (QComboBox *box : page.findChildren<QComboBox *>()) {
-            if (box->accessibleName() == name && box->isVisible())
+            // The mode shown before the column's name.
+            if (box->accessibleName().endsWith(u' ' + name) && box->isVisible())
                 return box;
         }
         return nullptr;

@@ -15,6 +15,7 @@
 #include "tests/app/MainWindowFixture.h"
 #include "tests/pages/PageTestSupport.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QMenu>
@@ -166,6 +167,18 @@ TEST_F(PasswdPage, RightsGridFollowsTheAllRuleAndAdminsRightsCannotChange)
     for (const QCheckBox *box : dialog->grid()->bitBoxes())
         EXPECT_FALSE(box->isChecked()) << box->text().toStdString();
     named<QCheckBox>(dialog, u"Network Access"_s)->click();
+    EXPECT_FALSE(all->isChecked());
+    // A screen reader's toggle action does what a click does.
+    const auto toggle = [](QCheckBox *box) {
+        QAccessible::queryAccessibleInterface(box)->actionInterface()->doAction(
+            QAccessibleActionInterface::toggleAction());
+    };
+    toggle(all);
+    for (const QCheckBox *box : dialog->grid()->bitBoxes())
+        EXPECT_TRUE(box->isChecked()) << box->text().toStdString();
+    toggle(all);
+    EXPECT_FALSE(format->isChecked());
+    toggle(named<QCheckBox>(dialog, u"Network Access"_s));
     EXPECT_FALSE(all->isChecked());
     pagetest::button(dialog, u"OK"_s)->click();
     // Only the named bits change; the page takes the word into its table.

@@ -3,6 +3,7 @@
 #include "app/RecorderTypeDialog.h"
 
 #include "i18n/Translator.h"
+#include "pages/common/DialogButtons.h"
 #include "setup/SetupRecordMap.h"
 
 #include <QComboBox>
@@ -35,11 +36,7 @@ RecorderTypeDialog::RecorderTypeDialog(int channels, int videoStandard, QWidget 
         field->setAccessibleName(text);
         form->addRow(label, field);
     }
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setText(nelib::tr("OK"));
-    buttons->button(QDialogButtonBox::Cancel)->setText(nelib::tr("Cancel"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto *buttons = DialogButtons::okCancel(this);
 
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);

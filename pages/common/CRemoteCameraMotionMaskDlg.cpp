@@ -4,6 +4,7 @@
 
 #include "i18n/Placeholders.h"
 #include "i18n/Translator.h"
+#include "pages/common/DialogButtons.h"
 
 #include <QDialogButtonBox>
 #include <QPushButton>
@@ -15,11 +16,7 @@ CRemoteCameraMotionMaskDlg::CRemoteCameraMotionMaskDlg(QWidget *parent)
     , m_grid(new MotionMaskGrid(this))
 {
     m_grid->setAccessibleName(nelib::tr("Mask Zone"));
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setText(nelib::tr("OK"));
-    buttons->button(QDialogButtonBox::Cancel)->setText(nelib::tr("Cancel"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto *buttons = DialogButtons::okCancel(this);
 
     auto *layout = new QVBoxLayout(this);
     layout->setSizeConstraint(QLayout::SetFixedSize);

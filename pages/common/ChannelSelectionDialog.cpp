@@ -3,6 +3,7 @@
 #include "pages/common/ChannelSelectionDialog.h"
 
 #include "i18n/Translator.h"
+#include "pages/common/DialogButtons.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -27,7 +28,7 @@ constexpr int BoxesPerRow = 4;
 ChannelSelectionDialog::ChannelSelectionDialog(QWidget *parent)
     : QDialog(parent)
     , m_groupLayout(new QVBoxLayout)
-    , m_buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this))
+    , m_buttons(DialogButtons::okCancel(this))
 {
     for (int c = 0; c < Channels; ++c) {
         m_boxes[c] = new QCheckBox(nelib::tr(ChannelNames[c]), this);
@@ -37,10 +38,6 @@ ChannelSelectionDialog::ChannelSelectionDialog(QWidget *parent)
             refresh();
         });
     }
-    m_buttons->button(QDialogButtonBox::Ok)->setText(nelib::tr("OK"));
-    m_buttons->button(QDialogButtonBox::Cancel)->setText(nelib::tr("Cancel"));
-    connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto *layout = new QVBoxLayout(this);
     layout->setSizeConstraint(QLayout::SetFixedSize);

@@ -3,6 +3,7 @@
 #include "pages/common/CopySettingDialog.h"
 
 #include "i18n/Translator.h"
+#include "pages/common/DialogButtons.h"
 #include "setup/Fields.h"
 
 #include <QCheckBox>
@@ -49,9 +50,7 @@ CopySettingDialog::CopySettingDialog(QWidget *parent)
     }
     targetLayout->addLayout(channelGrid);
 
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setText(nelib::tr("OK"));
-    buttons->button(QDialogButtonBox::Cancel)->setText(nelib::tr("Cancel"));
+    auto *buttons = DialogButtons::okCancel(this);
 
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(fromRow);
@@ -65,8 +64,6 @@ CopySettingDialog::CopySettingDialog(QWidget *parent)
         for (int c = 0; c < Channels; ++c)
             m_channelBoxes[c]->setChecked(checked && c != m_from->currentIndex());
     });
-    connect(buttons, &QDialogButtonBox::accepted, this, &CopySettingDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &CopySettingDialog::reject);
 }
 
 void CopySettingDialog::offer(std::span<const char *const> properties)

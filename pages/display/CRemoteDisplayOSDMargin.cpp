@@ -3,6 +3,7 @@
 #include "pages/display/CRemoteDisplayOSDMargin.h"
 
 #include "i18n/Translator.h"
+#include "pages/common/DialogButtons.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -14,11 +15,7 @@ CRemoteDisplayOSDMargin::CRemoteDisplayOSDMargin(QWidget *parent)
 {
     setWindowTitle(nelib::tr("Margin"));
     setModal(true);
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setText(nelib::tr("OK"));
-    buttons->button(QDialogButtonBox::Cancel)->setText(nelib::tr("Cancel"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto *buttons = DialogButtons::okCancel(this);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(buttons);
 }

@@ -3,6 +3,7 @@
 #include "pages/record/CRemoteRecordSetHolidayDlg.h"
 
 #include "i18n/Translator.h"
+#include "pages/common/DialogButtons.h"
 #include "pages/common/HolidayTexts.h"
 
 #include <QCheckBox>
@@ -52,11 +53,7 @@ CRemoteRecordSetHolidayDlg::CRemoteRecordSetHolidayDlg(QWidget *parent)
         }
     }
 
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setText(nelib::tr("OK"));
-    buttons->button(QDialogButtonBox::Cancel)->setText(nelib::tr("Cancel"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto *buttons = DialogButtons::okCancel(this);
 
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(top);

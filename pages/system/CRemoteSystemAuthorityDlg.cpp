@@ -4,6 +4,7 @@
 
 #include "i18n/Translator.h"
 #include "pages/common/BitGridEditor.h"
+#include "pages/common/DialogButtons.h"
 #include "setup/Fields.h"
 #include "setup/LittleEndian.h"
 
@@ -28,17 +29,12 @@ CRemoteSystemAuthorityDlg::CRemoteSystemAuthorityDlg(QWidget *parent)
     , m_grid(new BitGridEditor(Word, 0, Columns, this))
 {
     setWindowTitle(nelib::tr("Authority"));
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setText(nelib::tr("OK"));
-    buttons->button(QDialogButtonBox::Cancel)->setText(nelib::tr("Cancel"));
+    auto *buttons = DialogButtons::okCancel(this);
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_grid->widget());
     layout->addStretch(1);
     layout->addWidget(buttons);
-
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 }
 
 CRemoteSystemAuthorityDlg::~CRemoteSystemAuthorityDlg() = default;

@@ -1,20 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include <QCoreApplication>
+#include "bench/BenchFleet.h"
+
 #include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString binary(const char *name)
-{
-    return QCoreApplication::applicationDirPath() + u"/../bin/"_s + QLatin1StringView(name);
-}
 
 bool writeFile(const QString &path, const QByteArray &bytes)
 {
@@ -33,28 +28,15 @@ static void applyCheckVersusDump(benchmark::State &state)
 {
     const int recorders = int(state.range(0));
     const bool apply = state.range(1) != 0;
-    QTemporaryDir dir;
-    QProcess sim;
-    sim.setStandardErrorFile(QProcess::nullDevice());
-    sim.start(binary("recorder-sim"),
-              {u"--listen"_s, u"127.0.0.1:0"_s, u"--record"_s, dir.filePath(u"record"_s),
-               u"--count"_s, QString::number(recorders)});
-    QByteArray hosts;
-    while (hosts.count('\n') < recorders) {
-        if (!sim.canReadLine() && !sim.waitForReadyRead(10000)) {
-            state.SkipWithError("recorder-sim did not start");
-            return;
-        }
-        const QByteArray line = sim.readLine().trimmed();
-        hosts += line.mid(line.lastIndexOf(' ') + 1) + '\n';
+    BenchFleet fleet(recorders);
+    if (!fleet.ready()) {
+        state.SkipWithError("recorder-sim did not start");
+        return;
     }
-    const QString hostsFile = dir.filePath(u"hosts.txt"_s);
-    const QString wantedFile = dir.filePath(u"wanted.txt"_s);
+    const QString hostsFile = fleet.hostsFile();
+    const QString wantedFile = fleet.path(u"wanted.txt"_s);
     QProcess model;
-    model.start(binary("remote-setup-cli"),
-                {u"--port"_s,
-                 QString::fromLatin1(hosts.left(hosts.indexOf('\n')).split(':').last()),
-                 u"dump"_s});
+    model.start(BenchFleet::binary("remote-setup-cli"), fleet.first() + QStringList {u"dump"_s});
     if (!model.waitForFinished(30000) || model.exitCode() != 0) {
         state.SkipWithError("cannot dump the model recorder");
         return;
@@ -67,8 +49,8 @@ static void applyCheckVersusDump(benchmark::State &state)
                            : line)
                       + '\n';
     }
-    if (!writeFile(hostsFile, hosts) || !writeFile(wantedFile, wanted)) {
-        state.SkipWithError("cannot write the hosts or wanted file");
+    if (!writeFile(wantedFile, wanted)) {
+        state.SkipWithError("cannot write the wanted file");
         return;
     }
     QStringList arguments {u"--hosts"_s, hostsFile, u"--jobs"_s, u"32"_s};
@@ -77,15 +59,13 @@ static void applyCheckVersusDump(benchmark::State &state)
     for (auto _ : state) {
         QProcess cli;
         cli.setStandardOutputFile(QProcess::nullDevice());
-        cli.start(binary("remote-setup-cli"), arguments);
+        cli.start(BenchFleet::binary("remote-setup-cli"), arguments);
         if (!cli.waitForFinished(120000) || cli.exitCode() != 0) {
             state.SkipWithError("the fleet command failed");
             break;
         }
     }
     state.SetLabel(apply ? "apply --check; goal: at most 1.2x the dump" : "dump");
-    sim.kill();
-    sim.waitForFinished();
 }
 BENCHMARK(applyCheckVersusDump)
     ->ArgNames({"recorders", "apply"})

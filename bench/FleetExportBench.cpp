@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "bench/BenchFleet.h"
+
 #include <QByteArray>
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
@@ -27,14 +26,6 @@ using namespace Qt::StringLiterals;
 // sitting).
 
 namespace {
-
-QString binary(const char *name)
-{
-    const QByteArray dir = qgetenv("RS_BENCH_BIN");
-    return (dir.isEmpty() ? QCoreApplication::applicationDirPath() + u"/../bin"_s
-                          : QString::fromLocal8Bit(dir))
-           + u'/' + QLatin1StringView(name);
-}
 
 struct Run
 {
@@ -76,56 +67,10 @@ Run run(const QString &program, const QStringList &arguments)
     return result;
 }
 
-// recorder-sim with `count` recorders and a hosts file naming them.
-class Fleet
-{
-public:
-    explicit Fleet(int count)
-    {
-        m_sim.setStandardErrorFile(QProcess::nullDevice());
-        m_sim.start(binary("recorder-sim"),
-                    {u"--listen"_s, u"127.0.0.1:0"_s, u"--record"_s, m_dir.filePath(u"record"_s),
-                     u"--count"_s, QString::number(count)});
-        QByteArray hosts;
-        while (hosts.count('\n') < count) {
-            if (!m_sim.canReadLine() && !m_sim.waitForReadyRead(30000))
-                return;
-            const QByteArray line = m_sim.readLine().trimmed();
-            const QByteArray address = line.mid(line.lastIndexOf(' ') + 1);
-            if (m_first.isEmpty())
-                m_first = address;
-            hosts += address + '\n';
-        }
-        QFile file(hostsFile());
-        m_ready = file.open(QIODevice::WriteOnly) && file.write(hosts) == hosts.size();
-    }
-    ~Fleet()
-    {
-        m_sim.kill();
-        m_sim.waitForFinished();
-    }
-
-    bool ready() const { return m_ready; }
-    QString hostsFile() const { return m_dir.filePath(u"hosts.txt"_s); }
-    QString path(const QString &name) const { return m_dir.filePath(name); }
-    // --host and --port of the first recorder.
-    QStringList first() const
-    {
-        const QString address = QString::fromLatin1(m_first);
-        return {u"--host"_s, address.section(u':', 0, 0), u"--port"_s, address.section(u':', 1)};
-    }
-
-private:
-    QTemporaryDir m_dir;
-    QProcess m_sim;
-    QByteArray m_first;
-    bool m_ready = false;
-};
-
 enum Command { Export, Dump, Diff };
 
 // One recorder's command: the floor of the fleet's.
-QStringList single(const Fleet &fleet, Command command)
+QStringList single(const BenchFleet &fleet, Command command)
 {
     switch (command) {
     case Export:
@@ -138,7 +83,7 @@ QStringList single(const Fleet &fleet, Command command)
     return {};
 }
 
-QStringList many(const Fleet &fleet, Command command, int jobs)
+QStringList many(const BenchFleet &fleet, Command command, int jobs)
 {
     QStringList arguments {u"--hosts"_s, fleet.hostsFile(), u"--jobs"_s, QString::number(jobs)};
     switch (command) {
@@ -159,7 +104,7 @@ QStringList many(const Fleet &fleet, Command command, int jobs)
 // Goal: at most 1.25 times the floor.
 static void exportVsProcessStart(benchmark::State &state)
 {
-    Fleet fleet(1);
+    BenchFleet fleet(1);
     if (!fleet.ready()) {
         state.SkipWithError("recorder-sim did not start");
         return;
@@ -167,8 +112,8 @@ static void exportVsProcessStart(benchmark::State &state)
     double exportMs = 0;
     double floorMs = 0;
     for (auto _ : state) {
-        const Run floor = run(binary("remote-setup-cli"), {u"--version"_s});
-        const Run one = run(binary("remote-setup-cli"), single(fleet, Export));
+        const Run floor = run(BenchFleet::binary("remote-setup-cli"), {u"--version"_s});
+        const Run one = run(BenchFleet::binary("remote-setup-cli"), single(fleet, Export));
         if (!floor.ok || !one.ok) {
             state.SkipWithError("a run failed");
             return;
@@ -191,12 +136,12 @@ static void fleetCommand(benchmark::State &state)
     const auto command = Command(state.range(0));
     const int recorders = int(state.range(1));
     const int jobs = int(state.range(2));
-    Fleet fleet(recorders);
+    BenchFleet fleet(recorders);
     if (!fleet.ready()) {
         state.SkipWithError("recorder-sim did not start");
         return;
     }
-    const QString cli = binary("remote-setup-cli");
+    const QString cli = BenchFleet::binary("remote-setup-cli");
     if (command == Diff
         && !(run(cli, single(fleet, Export)).ok
              && QFile::copy(fleet.path(u"one.dat"_s), fleet.path(u"baseline.dat"_s)))) {

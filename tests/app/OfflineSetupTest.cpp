@@ -142,6 +142,24 @@ TEST_F(OfflineSetupTest, OnlyWholeSetupFilesOpenAndEveryPageShowsTheirRecord)
         EXPECT_TRUE(window->fileUnsaved());
         CSetupPage::setDefaultSetupPath({});
 
+        // Import replaces the open record at once; a cut file is refused.
+        const QString cutPath = dir.filePath(u"cut.dat"_s);
+        testsupport::writeFile(cutPath, exportFile.left(1000));
+        const QByteArray imported
+            = setup::SetupFiles::importedRecord(exportFile, window->worker()->mirror());
+        for (const auto &[file, message] :
+             {std::pair {cutPath, u"This file can not be imported."_s},
+              std::pair {exportPath, u"Import Success"_s}}) {
+            control<QPushButton>(config, u"Import"_s)->click();
+            QFileDialog *dialog = config->openFileDialog();
+            ASSERT_NE(dialog, nullptr);
+            dialog->selectFile(file);
+            QMetaObject::invokeMethod(dialog, "accept");
+            EXPECT_EQ(messages, QStringList {message});
+            messages.clear();
+        }
+        EXPECT_EQ(window->worker()->mirror(), imported);
+
         // DISCONNECT closes the file, once the operator chooses not to save the change.
         QTest::mouseClick(panel->disconnectButton(), Qt::LeftButton);
         ASSERT_NE(window->openQuestion(), nullptr);

@@ -204,6 +204,17 @@ TEST_P(PageRoundTrip, BoundFieldsRoundTripAndTouchOnlyTheirOwnBytes)
             EXPECT_TRUE(changed) << "the change reached no byte";
             page->load(record, channels);
         }
+
+        // Default shows other values without sending them; Cancel brings
+        // back what the recorder holds.
+        const QByteArray other = pagetest::pattern(SetupRecordMap::RecordSize);
+        page->loadDefault(QByteArrayView(other).sliced(section.offset, section.length));
+        EXPECT_TRUE(page->isModified());
+        EXPECT_EQ(page->sectionBuffer(), slice);
+        page->cancel();
+        EXPECT_FALSE(page->isModified());
+        page->gather();
+        EXPECT_EQ(page->sectionBuffer(), slice) << "Cancel after Default";
     }
 }
 

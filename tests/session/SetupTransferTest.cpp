@@ -34,8 +34,9 @@ QByteArray withU32(QByteArray bytes, qsizetype offset, quint32 value)
 
 // One table for every way a whole-record write ends, against a recorder
 // holding `record` that acknowledges each write with 1, refuses block
-// `refusedBlock` (1-based) with `refusal`, or drops the connection after
-// block `dropAfter`. An import reads `file`, or finds no file when empty.
+// `refusedBlock` (1-based) with `refusal`, drops the connection after
+// block `dropAfter`, or acknowledges block `ackedTwice` twice. An import reads `file`, or finds no
+// file when empty.
 TEST(SetupTransfer, AWholeRecordWriteEndsInSuccessOnlyWhenEveryWriteWasApplied)
 {
     QTemporaryDir dir;
@@ -59,6 +60,7 @@ TEST(SetupTransfer, AWholeRecordWriteEndsInSuccessOnlyWhenEveryWriteWasApplied)
         std::size_t writes; // blocks and commit that reached the recorder
         QString message;
         Outcome outcome;
+        int ackedTwice = 0;
     } cases[] = {
         {"import", true, good, record, 0, 0, 0, Result::Sent, 7, u"Import Success"_s,
          Outcome::Succeeded},
@@ -70,6 +72,9 @@ TEST(SetupTransfer, AWholeRecordWriteEndsInSuccessOnlyWhenEveryWriteWasApplied)
          u"Default Setup Error!"_s, Outcome::Refused},
         {"connection lost after block 2", true, good, record, 0, 0, 2, Result::Sent, 2,
          u"Import Error!"_s, Outcome::SendFailed},
+        // An acknowledgement no write awaits is not taken for the next block's.
+        {"block 1 acknowledged twice", true, good, record, 0, 0, 0, Result::Sent, 7,
+         u"Import Success"_s, Outcome::Succeeded, 1},
         {"no whole record received", false, none, record.first(record.size() - 1), 0, 0, 0,
          Result::NoRecord, 0, u"Default Setup Error!"_s, Outcome::None},
         {"missing file", true, none, record, 0, 0, 0, Result::FileMissing, 0,
@@ -97,6 +102,8 @@ TEST(SetupTransfer, AWholeRecordWriteEndsInSuccessOnlyWhenEveryWriteWasApplied)
                 return recorder.closeClient();
             recorder.send(RemoteCommand::SetupWriteAck,
                           PACKET_PARAM {{blocks == c.refusedBlock ? c.refusal : 1u}});
+            if (blocks == c.ackedTwice)
+                recorder.send(RemoteCommand::SetupWriteAck, PACKET_PARAM {{1u}});
         };
         SessionHarness harness;
         CWork &work = harness.connect(recorder.port());

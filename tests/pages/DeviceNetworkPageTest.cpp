@@ -172,6 +172,8 @@ TEST(PageSave, EntryChecksRefuseWithTheirMessageAndSendNothing)
         entry("Stream", "IP Address", "192.168.0", noAddress),
         entry("Stream", "Gateway", "", noAddress),
         entry("Stream", "Subnet Mask", "255.0.255.0", "is not a valid subnet mask."),
+        entry("Stream", "Subnet Mask", "0.0.0.0", "is not a valid subnet mask."),
+        entry("Stream", "Subnet Mask", "255.255.0", noAddress),
         entry("Stream", "DDNS Host Name", "my dvr", noHost),
         entry("Stream", "Server Host 2", "cms_2", noHost),
         entry("E-Mail", "Sender", "dvr@", noMail),

@@ -21,9 +21,9 @@ EXIT_NAMES = {0: "ok", 1: "refused", 2: "usage error", 3: "no session"}
 
 
 def argument_spec(**own):
-    spec = dict(CONNECTION_ARGS)
-    spec.update(own)
-    return spec
+    options = dict(CONNECTION_ARGS)
+    options.update(own)
+    return options
 
 
 def check_range(module):

@@ -180,17 +180,7 @@ int readRecordFile(const CommandContext &context, const QString &path, QByteArra
         && LittleEndian::u32(bytes, ExportFile::FirstMarkOffset) == ExportFile::FirstMark
         && LittleEndian::u32(bytes, ExportFile::SecondMarkOffset) == ExportFile::SecondMark) {
         *exportFile = true;
-        *record = QByteArray(SetupRecordMap::RecordSize, '\0');
-        LittleEndian::setU32(*record, SetupRecordMap::LayoutVersionOffset,
-                             LittleEndian::u32(bytes, ExportFile::VersionOffset));
-        LittleEndian::setU32(*record, SetupRecordMap::ModelIdOffset,
-                             LittleEndian::u32(bytes, ExportFile::ModelIdOffset));
-        // What the layout fixes; only the software version stays unknown.
-        FieldTable::setNumber(*record, fields::header::recordSize, SetupRecordMap::RecordSize);
-        FieldTable::setNumber(*record, fields::header::channelRecords,
-                              quint32(fields::camera::title.count));
-        std::copy(bytes.begin() + ExportFile::HeaderSize, bytes.end(),
-                  record->begin() + ExportFile::HeaderSize + ExportFile::RecordShift);
+        *record = ExportFile::toRecord(bytes);
         return Success;
     }
     return context.fail(UsageError,

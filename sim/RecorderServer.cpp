@@ -56,6 +56,7 @@ RecorderServer::~RecorderServer()
     // After the connections on their way have become sessions, each thread
     // deletes its own; none is left to use the record.
     m_threads->onEachThread([this] { closeSessionsHere(); });
+    m_threads->saver().finish(this);
 }
 
 void RecorderServer::closeSessionsHere()
@@ -126,56 +127,49 @@ RecorderServer::ChangeTicket RecorderServer::write(const std::vector<Piece> &pie
     for (const Piece &piece : pieces)
         m_store.write(piece.offset, piece.bytes);
     m_unsaved.push_back(ticket);
+    if (!std::exchange(m_savePosted, true))
+        m_threads->saver().post(this, [this] { save(); });
     return ticket;
 }
 
 void RecorderServer::save()
 {
+    // The file is written outside the lock, so the sessions keep reading
+    // and changing the record meanwhile; the next save takes those changes.
+    QByteArray record;
+    std::vector<ChangeTicket> covered;
     {
         const QMutexLocker lock(&m_mutex);
-        if (m_saving || m_unsaved.empty())
+        m_savePosted = false;
+        if (m_unsaved.empty())
             return;
-        m_saving = true;
+        record = m_store.record();
+        covered = std::exchange(m_unsaved, {});
     }
-    // The file is written outside the lock, so the sessions keep reading
-    // and changing the record meanwhile; the next round takes those changes.
-    for (;;) {
-        QByteArray record;
-        std::vector<ChangeTicket> covered;
-        {
-            const QMutexLocker lock(&m_mutex);
-            if (m_unsaved.empty()) {
-                m_saving = false;
-                return;
-            }
-            record = m_store.record();
-            covered = std::exchange(m_unsaved, {});
-        }
-        QString error;
-        const bool saved = m_store.writeFile(record, &error);
-        const QMutexLocker lock(&m_mutex);
-        if (saved) {
-            m_store.markSaved(record);
-        } else {
-            // Memory never claims what the file does not hold: every change
-            // not on disk is undone, also those made while the file was written.
-            qCWarning(lcRecorder).noquote() << m_name << error << "| the changes are undone";
-            m_store.undo();
-            covered.insert(covered.end(), m_unsaved.begin(), m_unsaved.end());
-            m_unsaved.clear();
-        }
-        for (const ChangeTicket &ticket : covered)
-            ticket->state.store(saved ? Change::Saved : Change::Undone, std::memory_order_release);
-        // Told once every change is settled, and by a queued call, so that
-        // no session runs under the lock or finds its later changes pending.
-        std::unordered_set<RecorderSession *> told;
-        for (const ChangeTicket &ticket : covered) {
-            // Posted while the session is live: it leaves m_live before it goes.
-            if (m_live.contains(ticket->session) && told.insert(ticket->session).second) {
-                RecorderSession *session = ticket->session;
-                QMetaObject::invokeMethod(
-                    session, [session] { session->changesSettled(); }, Qt::QueuedConnection);
-            }
+    QString error;
+    const bool saved = m_store.writeFile(record, &error);
+    const QMutexLocker lock(&m_mutex);
+    if (saved) {
+        m_store.markSaved(record);
+    } else {
+        // Memory never claims what the file does not hold: every change
+        // not on disk is undone, also those made while the file was written.
+        qCWarning(lcRecorder).noquote() << m_name << error << "| the changes are undone";
+        m_store.undo();
+        covered.insert(covered.end(), m_unsaved.begin(), m_unsaved.end());
+        m_unsaved.clear();
+    }
+    for (const ChangeTicket &ticket : covered)
+        ticket->state.store(saved ? Change::Saved : Change::Undone, std::memory_order_release);
+    // Told once every change is settled, and by a queued call, so that no
+    // session runs under the lock or finds its later changes pending.
+    std::unordered_set<RecorderSession *> told;
+    for (const ChangeTicket &ticket : covered) {
+        // Posted while the session is live: it leaves m_live before it goes.
+        if (m_live.contains(ticket->session) && told.insert(ticket->session).second) {
+            RecorderSession *session = ticket->session;
+            QMetaObject::invokeMethod(
+                session, [session] { session->changesSettled(); }, Qt::QueuedConnection);
         }
     }
 }

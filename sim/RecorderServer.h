@@ -34,12 +34,11 @@ class SessionThreads;
 // failed-login table, the list of connections) is behind one lock, so the
 // public functions may be called from any thread.
 //
-// Changes to the record are saved in batches: a session that changed the
-// record saves at the next turn of its thread's event loop, and one file
-// replacement covers every change made until then by any session. Each
-// acknowledgement waits for the save that covers its change, so an
-// acknowledged change is on disk while many sessions writing at once cost
-// few file replacements.
+// Changes to the record are saved in batches on the saver's thread: one
+// file replacement covers every change made by any session until it starts.
+// Each acknowledgement waits for the save that covers its change, so an
+// acknowledged change is on disk, no session thread waits for the disk, and
+// many sessions writing at once cost few file replacements.
 class RecorderServer : public QObject
 {
     Q_OBJECT
@@ -76,13 +75,10 @@ public:
     QByteArray record() const;
     quint32 rights(int account) const;
     // Changes the record in memory for `session`, every piece at once, so
-    // that no save takes some of them without the others; the ticket tells
-    // once a save covered them, and the session hears changesSettled().
+    // that no save takes some of them without the others, and asks for a
+    // save; the ticket tells once a save covered them, and the session
+    // hears changesSettled().
     ChangeTicket write(const std::vector<Piece> &pieces, RecorderSession *session);
-    // Saves every change made so far, unless another thread is saving: that
-    // one goes on until no change is left, so no thread waits for another's
-    // file replacement.
-    void save();
 
     QDateTime now() const;
     void setClock(const QDateTime &time);
@@ -115,6 +111,8 @@ private:
     // Ends the sessions of the calling thread.
     void closeSessionsHere();
     std::vector<Entry>::iterator entryOf(const RecorderSession *session);
+    // On the saver's thread: saves every change made so far.
+    void save();
 
     const SimOptions m_options;
     const QString m_recordFile;
@@ -133,7 +131,7 @@ private:
     std::vector<Entry> m_sessions; // oldest first
     int m_loggedIn = 0;
     std::vector<ChangeTicket> m_unsaved;
-    bool m_saving = false; // a thread replaces the file; one at a time, in order
+    bool m_savePosted = false; // a save that has not yet taken the changes
     std::unordered_set<RecorderSession *> m_live; // sessions that may be told
 };
 

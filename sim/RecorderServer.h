@@ -8,12 +8,16 @@
 #include "sim/RecorderStore.h"
 #include "sim/SimOptions.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QLoggingCategory>
 #include <QMutex>
 #include <QObject>
+#include <QSocketNotifier>
+#include <QTimer>
 
 #include <atomic>
+#include <deque>
 #include <memory>
 #include <unordered_set>
 #include <vector>
@@ -80,6 +84,10 @@ public:
     // hears changesSettled().
     ChangeTicket write(const std::vector<Piece> &pieces, RecorderSession *session);
 
+    // From a connection to its login; the recorder's own --delay-ms does
+    // not count against the client.
+    int loginTimeoutMs() const { return m_options.loginTimeoutMs + 2 * m_options.delayMs; }
+
     QDateTime now() const;
     void setClock(const QDateTime &time);
 
@@ -106,8 +114,21 @@ private:
         bool leaving = false; // asked to make way
     };
 
+    // A connection that has sent nothing yet, on the listening thread.
+    struct Parked
+    {
+        int id;
+        qintptr descriptor;
+        QDeadlineTimer loginBy;
+    };
+
     void admit(qintptr descriptor);
-    void startSession(qintptr descriptor, int id);
+    std::deque<Parked>::iterator parkedOf(int id);
+    // Closes the connection, or passes it on, and forgets it.
+    void unpark(std::deque<Parked>::iterator parked, bool close);
+    void closeLateParked();
+    void parkedReady();
+    void startSession(qintptr descriptor, int id, QDeadlineTimer loginBy);
     // Ends the sessions of the calling thread.
     void closeSessionsHere();
     std::vector<Entry>::iterator entryOf(const RecorderSession *session);
@@ -122,6 +143,16 @@ private:
     quint16 m_port = 0;
     QString m_name;
     int m_nextSessionId = 1; // of the listening thread
+    // Connections wait on the listening thread until they send their first
+    // bytes, so that a crowd of silent ones costs the threads serving
+    // sessions nothing: each wake-up of a session thread looks at every
+    // socket it serves. They wait in an epoll of their own, which the
+    // listening thread watches as one socket. Oldest first; all wait
+    // equally long for their login.
+    std::deque<Parked> m_parked;
+    int m_parking;
+    QSocketNotifier m_parkingNotifier;
+    QTimer m_parkedTimer; // for the oldest's login
 
     mutable QMutex m_mutex; // guards everything below
     RecorderStore m_store;

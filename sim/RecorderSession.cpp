@@ -43,7 +43,8 @@ QString printable(QByteArrayView bytes)
 
 } // namespace
 
-RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int id)
+RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int id,
+                                 QDeadlineTimer loginBy)
     : m_socket(socket)
     , m_server(server)
     , m_id(id)
@@ -58,7 +59,7 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
     connect(&m_answerTimer, &QTimer::timeout, this, &RecorderSession::sendDueAnswers);
     connect(&m_throttleTimer, &QTimer::timeout, this, &RecorderSession::releaseLogin);
     connect(&m_loginDeadline, &QTimer::timeout, this, [this] {
-        const QString reason = u"no login within %1 ms"_s.arg(m_loginDeadline.interval());
+        const QString reason = u"no login within %1 ms"_s.arg(m_server->loginTimeoutMs());
         // The slowdown of failed logins never outlasts the login timeout: a
         // login still held is checked now, and unless it succeeds the
         // connection closes after its answer.
@@ -79,8 +80,7 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
     });
     m_silenceTimer.setInterval(options.keepAliveTimeoutMs);
     m_stallTimer.setInterval(options.stallTimeoutMs);
-    // The recorder's own --delay-ms does not count against the client.
-    m_loginDeadline.start(options.loginTimeoutMs + 2 * options.delayMs);
+    m_loginDeadline.start(int(std::max<qint64>(loginBy.remainingTime(), 0)));
     connect(socket, &QTcpSocket::readyRead, this, &RecorderSession::readFrames);
     connect(socket, &QTcpSocket::bytesWritten, this, &RecorderSession::answersWritten);
     connect(socket, &QTcpSocket::stateChanged, this, [this](QAbstractSocket::SocketState state) {

@@ -31,8 +31,9 @@ class RecorderSession : public QObject
 {
     Q_OBJECT
 public:
-    // Takes ownership of `socket`.
-    RecorderSession(QTcpSocket *socket, RecorderServer *server, int id);
+    // Takes ownership of `socket`; the connection closes unless logged in by
+    // `loginBy`.
+    RecorderSession(QTcpSocket *socket, RecorderServer *server, int id, QDeadlineTimer loginBy);
 
     QHostAddress peerAddress() const;
     // Closes the connection at once, answers unsent.

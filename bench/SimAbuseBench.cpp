@@ -55,8 +55,7 @@ static void infoUnderAbuse(benchmark::State &state)
     BenchSim abusedSim(arguments);
     QProcess abuser;
     abuser.start(QCoreApplication::applicationDirPath() + u"/sim-abuser"_s,
-                 {QString::number(abusedSim.port()),
-                  qEnvironmentVariable("ABN", QString::number(SilentConnections))});
+                 {QString::number(abusedSim.port()), QString::number(SilentConnections)});
     if (!abuser.waitForReadyRead(30000)) {
         state.SkipWithError("the abusing connections did not attach");
         return;

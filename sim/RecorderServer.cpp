@@ -8,11 +8,13 @@
 #include "sim/UserAccounts.h"
 
 #include <QMutexLocker>
+#include <QPointer>
 #include <QTcpSocket>
 #include <QThread>
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
 
 #include <sys/epoll.h>
 #include <unistd.h>
@@ -52,6 +54,7 @@ RecorderServer::RecorderServer(const SimOptions &options, const QString &recordF
     , m_parkingNotifier(m_parking, QSocketNotifier::Read)
 {
     m_uptime.start();
+    m_parkingNotifier.setEnabled(false);
     connect(&m_parkingNotifier, &QSocketNotifier::activated, this, &RecorderServer::parkedReady);
     m_parkedTimer.setSingleShot(true);
     connect(&m_parkedTimer, &QTimer::timeout, this, &RecorderServer::closeLateParked);
@@ -173,15 +176,23 @@ void RecorderServer::save()
     for (const ChangeTicket &ticket : covered)
         ticket->state.store(saved ? Change::Saved : Change::Undone, std::memory_order_release);
     // Told once every change is settled, and by a queued call, so that no
-    // session runs under the lock or finds its later changes pending.
-    std::unordered_set<RecorderSession *> told;
+    // session runs under the lock or finds its later changes pending. One
+    // call per thread tells all of its sessions; one gone by then is not told.
+    std::unordered_set<RecorderSession *> seen;
+    std::unordered_map<QThread *, std::vector<QPointer<RecorderSession>>> told;
     for (const ChangeTicket &ticket : covered) {
-        // Posted while the session is live: it leaves m_live before it goes.
-        if (m_live.contains(ticket->session) && told.insert(ticket->session).second) {
-            RecorderSession *session = ticket->session;
-            QMetaObject::invokeMethod(
-                session, [session] { session->changesSettled(); }, Qt::QueuedConnection);
-        }
+        RecorderSession *session = ticket->session;
+        // Only a live session is watched: it leaves m_live before it goes.
+        if (m_live.contains(session) && seen.insert(session).second)
+            told[session->thread()].emplace_back(session);
+    }
+    for (auto &[thread, sessions] : told) {
+        m_threads->post(thread, [sessions = std::move(sessions)] {
+            for (const QPointer<RecorderSession> &session : sessions) {
+                if (session)
+                    session->changesSettled();
+            }
+        });
     }
 }
 
@@ -310,6 +321,7 @@ void RecorderServer::admit(qintptr descriptor)
     event.data.u32 = quint32(id);
     ::epoll_ctl(m_parking, EPOLL_CTL_ADD, int(descriptor), &event);
     m_parked.push_back({id, descriptor, QDeadlineTimer(loginTimeoutMs())});
+    m_parkingNotifier.setEnabled(true);
     if (!m_parkedTimer.isActive())
         m_parkedTimer.start(loginTimeoutMs());
 }
@@ -325,6 +337,8 @@ void RecorderServer::unpark(std::deque<Parked>::iterator parked, bool close)
     const Parked taken = *parked;
     m_parked.erase(parked);
     ::epoll_ctl(m_parking, EPOLL_CTL_DEL, int(taken.descriptor), nullptr);
+    // Watched only while in use: of a thousand recorders, most have none.
+    m_parkingNotifier.setEnabled(!m_parked.empty());
     if (close) {
         ::close(int(taken.descriptor));
         return;

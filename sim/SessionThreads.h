@@ -37,6 +37,9 @@ public:
     // Runs `work` on each thread in turn, after everything posted to that
     // thread before, and returns once all have run it.
     void onEachThread(const std::function<void()> &work);
+    // Runs `work` on `thread`, which must be one of these, at its loop's
+    // next turn.
+    void post(const QThread *thread, std::function<void()> work);
     RecordSaver &saver() { return m_saver; }
 
 private:

@@ -72,13 +72,17 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
             closeAfterAnswers(reason + u"; closing the connection"_s);
     });
     connect(&m_silenceTimer, &QTimer::timeout, this, [this] {
-        drop(u"no keep-alive within %1 ms; the user slot is free"_s.arg(m_silenceTimer.interval()));
+        const qint64 timeout = m_server->options().keepAliveTimeoutMs;
+        if (const qint64 left = timeout - m_lastFrame.elapsed(); left > 0) {
+            m_silenceTimer.start(int(left));
+            return;
+        }
+        drop(u"no keep-alive within %1 ms; the user slot is free"_s.arg(timeout));
     });
     connect(&m_stallTimer, &QTimer::timeout, this, [this] {
         drop(u"%1 bytes of answers unread for %2 ms"_s.arg(m_socket->bytesToWrite())
                  .arg(m_stallTimer.interval()));
     });
-    m_silenceTimer.setInterval(options.keepAliveTimeoutMs);
     m_stallTimer.setInterval(options.stallTimeoutMs);
     m_loginDeadline.start(int(std::max<qint64>(loginBy.remainingTime(), 0)));
     connect(socket, &QTcpSocket::readyRead, this, &RecorderSession::readFrames);

@@ -415,6 +415,12 @@ TEST_F(RecorderProtocol, ConnectionsWithoutLoginOrKeepAliveAreClosedAndFreeTheir
     EXPECT_TRUE(first->waitClosed());
     auto third = connect();
     EXPECT_EQ(third->login("Admin", "").words[0], Accepted);
+    // Keep-alives hold a session open for longer than the timeout.
+    for (int i = 0; i < 6; ++i) {
+        third->send(RemoteCommand::KeepAlive);
+        QTest::qWait(500);
+    }
+    EXPECT_FALSE(third->isClosed());
 }
 
 // After three failures each login from the address waits longer, but never

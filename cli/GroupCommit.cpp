@@ -9,10 +9,9 @@
 #include <QFileInfo>
 #include <QMetaObject>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <map>
-#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -24,6 +23,42 @@ namespace {
 QString systemError()
 {
     return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+// Puts `bytes` in place of `path` through a temporary file beside it,
+// synced before the rename. False with `error` set when it could not.
+bool replace(const QString &path, const QByteArray &bytes, QString *error)
+{
+    QByteArray temporary = QFile::encodeName(path) + ".XXXXXX";
+    // mkstemp makes the file for its owner only, whatever the umask.
+    const int fd = mkstemp(temporary.data());
+    if (fd < 0) {
+        *error = systemError();
+        return false;
+    }
+    const bool synced = ::write(fd, bytes.constData(), size_t(bytes.size())) == bytes.size()
+                        && fdatasync(fd) == 0;
+    if (!synced)
+        *error = systemError();
+    ::close(fd);
+    if (!synced || ::rename(temporary.constData(), QFile::encodeName(path).constData()) != 0) {
+        if (synced)
+            *error = systemError();
+        ::unlink(temporary.constData());
+        return false;
+    }
+    return true;
+}
+
+// Brings a folder's renames to the disk; the error, or empty.
+QString syncFolder(const QString &folder)
+{
+    const int fd = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
+    const bool synced = fd >= 0 && fsync(fd) == 0;
+    const QString error = synced ? QString() : systemError();
+    if (fd >= 0)
+        ::close(fd);
+    return error;
 }
 
 } // namespace
@@ -41,8 +76,8 @@ GroupCommit::~GroupCommit()
         m_stopping = true;
     }
     m_wake.notify_all();
-    if (m_thread.joinable())
-        m_thread.join();
+    for (std::thread &thread : m_threads)
+        thread.join();
 }
 
 bool GroupCommit::write(const QString &path, const QByteArray &bytes, QString *error)
@@ -53,11 +88,14 @@ bool GroupCommit::write(const QString &path, const QByteArray &bytes, QString *e
     file->waiting = Fiber::current();
     {
         const std::lock_guard lock(m_mutex);
-        if (!m_thread.joinable())
-            m_thread = std::thread([this] { run(); });
         m_pending.push_back(file);
+        // The disk overlaps this many syncs; more helpers would only take
+        // turns on the processor.
+        constexpr std::size_t Helpers = 8;
+        if (m_idle == 0 && m_threads.size() < Helpers)
+            m_threads.emplace_back([this] { run(); });
     }
-    m_wake.notify_all();
+    m_wake.notify_one();
     while (true) {
         {
             const std::lock_guard lock(m_mutex);
@@ -75,81 +113,63 @@ void GroupCommit::run()
 {
     std::unique_lock lock(m_mutex);
     while (true) {
+        ++m_idle;
         m_wake.wait(lock, [this] { return m_stopping || !m_pending.empty(); });
+        --m_idle;
         if (m_pending.empty())
             return;
-        const std::deque<std::shared_ptr<File>> batch = std::exchange(m_pending, {});
+        const std::shared_ptr<File> file = m_pending.front();
+        m_pending.pop_front();
         lock.unlock();
-        commit(batch);
+        file->written
+            = replace(file->path, file->bytes, &file->error)
+              && syncFolderAfterRename(QFileInfo(file->path).absolutePath(), &file->error);
         lock.lock();
-        for (const std::shared_ptr<File> &file : batch) {
-            file->done = true;
-            // The fiber's thread resumes it; the file outlives the call.
-            QMetaObject::invokeMethod(
-                QCoreApplication::instance(),
-                [file] {
-                    if (file->waiting)
-                        file->waiting->wake();
-                },
-                Qt::QueuedConnection);
-        }
+        file->done = true;
+        // The fiber's thread resumes it; the file outlives the call.
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [file] {
+                if (file->waiting)
+                    file->waiting->wake();
+            },
+            Qt::QueuedConnection);
     }
 }
 
-void GroupCommit::commit(const std::deque<std::shared_ptr<File>> &batch)
+bool GroupCommit::writeAlone(const QString &path, const QByteArray &bytes, QString *error)
 {
-    struct Written
-    {
-        File *file;
-        int fd;
-        QByteArray temporary;
-    };
-    std::vector<Written> written;
-    for (const std::shared_ptr<File> &file : batch) {
-        QByteArray temporary = QFile::encodeName(file->path) + ".XXXXXX";
-        // mkstemp makes the file for its owner only, whatever the umask.
-        const int fd = mkstemp(temporary.data());
-        if (fd < 0) {
-            file->error = systemError();
+    if (!replace(path, bytes, error))
+        return false;
+    *error = syncFolder(QFileInfo(path).absolutePath());
+    return error->isEmpty();
+}
+
+bool GroupCommit::syncFolderAfterRename(const QString &folder, QString *error)
+{
+    std::unique_lock lock(m_mutex);
+    Folder &state = m_folders[folder];
+    const quint64 renamed = ++state.renamed;
+    // A sync that began after this rename carries it to the disk; one
+    // already running may not, so this file waits for the next.
+    while (state.synced < renamed) {
+        if (state.syncing) {
+            m_folderSynced.wait(lock);
             continue;
         }
-        if (::write(fd, file->bytes.constData(), size_t(file->bytes.size()))
-            != file->bytes.size()) {
-            file->error = systemError();
-            ::close(fd);
-            ::unlink(temporary.constData());
-            continue;
-        }
-        written.push_back({file.get(), fd, temporary});
+        state.syncing = true;
+        const quint64 covers = state.renamed;
+        lock.unlock();
+        *error = syncFolder(folder);
+        lock.lock();
+        state.syncing = false;
+        if (error->isEmpty())
+            state.synced = std::max(state.synced, covers);
+        m_folderSynced.notify_all();
+        if (!error->isEmpty())
+            return false;
     }
-    // One sync of the file system brings every file of the batch to the
-    // disk at the cost of one journal commit; a file synced on its own costs
-    // one each.
-    const bool synced = written.empty() || syncfs(written.front().fd) == 0;
-    const QString syncError = synced ? QString() : systemError();
-    std::map<QString, std::vector<File *>> folders;
-    for (const Written &w : written) {
-        ::close(w.fd);
-        if (!synced || ::rename(w.temporary.constData(), QFile::encodeName(w.file->path)) != 0) {
-            w.file->error = synced ? systemError() : syncError;
-            ::unlink(w.temporary.constData());
-            continue;
-        }
-        w.file->written = true;
-        folders[QFileInfo(w.file->path).absolutePath()].push_back(w.file);
-    }
-    // The renames themselves reach the disk with their folders.
-    for (const auto &[folder, files] : folders) {
-        const int fd = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
-        const bool synced = fd >= 0 && fsync(fd) == 0;
-        const QString error = synced ? QString() : systemError();
-        if (fd >= 0)
-            ::close(fd);
-        for (File *file : files) {
-            file->written = synced;
-            file->error = error;
-        }
-    }
+    return true;
 }
 
 } // namespace cli

@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMap>
+#include <QStringTokenizer>
 
 #include <algorithm>
 
@@ -68,7 +69,8 @@ void FleetReport::printText(const Result &result)
 {
     QTextStream &out = m_context.out();
     const QString name = result.host.shown();
-    for (const QString &line : result.out.split(u'\n', Qt::SkipEmptyParts))
+    // Views of the output, not copies: a dump is thousands of lines.
+    for (const QStringView line : qTokenize(result.out, u'\n', Qt::SkipEmptyParts))
         out << name << ": " << line << '\n';
     // A drift's one line ("differs: 3") is its result.
     if (m_drift && result.code <= Differs && !result.out.isEmpty()) {

@@ -58,11 +58,23 @@ void FleetReport::finished(int index, const HostEntry &host, int code, const QSt
         return;
     m_results[std::size_t(index)] = Result {host, code, out, err};
     if (!m_context.options().json) {
-        printText(*m_results[std::size_t(index)]);
+        printed(*m_results[std::size_t(index)]);
         return;
     }
     while (m_printed < m_results.size() && m_results[m_printed])
-        printJson(*m_results[m_printed++]);
+        printed(*m_results[m_printed++]);
+}
+
+void FleetReport::printed(Result &result)
+{
+    if (m_context.options().json)
+        printJson(result);
+    else
+        printText(result);
+    // The summary needs the host and the outcome; a fleet's outputs kept
+    // to the end would grow with every recorder.
+    result.out = QString();
+    result.err = QString();
 }
 
 void FleetReport::printText(const Result &result)

@@ -23,8 +23,8 @@ class Fiber;
 // event loop: each recorder's command runs in a fiber of its own that yields
 // whenever it waits, so a recorder that hangs or refuses holds up only its
 // own slot until --timeout. A recorder's output is kept only until its
-// result is printed. Export files are made durable by a few helper threads
-// (GroupCommit), so that no session waits for the disk. Results
+// result is printed. Export files are made durable in batches on one
+// helper thread (GroupCommit), so that no session waits for the disk. Results
 // are printed as the recorders finish: the command's output lines prefixed
 // with the recorder's name, then one result line; a summary follows at the
 // end, and on a terminal a progress bar runs on standard error. The exit

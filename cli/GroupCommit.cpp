@@ -9,9 +9,10 @@
 #include <QFileInfo>
 #include <QMetaObject>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <map>
+#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -25,29 +26,25 @@ QString systemError()
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 
-// Puts `bytes` in place of `path` through a temporary file beside it,
-// synced before the rename. False with `error` set when it could not.
-bool replace(const QString &path, const QByteArray &bytes, QString *error)
+// The bytes in a new temporary file beside `path`, its name in `temporary`;
+// the open descriptor, or -1 with `error` set.
+int writeTemporary(const QString &path, const QByteArray &bytes, QByteArray *temporary,
+                   QString *error)
 {
-    QByteArray temporary = QFile::encodeName(path) + ".XXXXXX";
+    *temporary = QFile::encodeName(path) + ".XXXXXX";
     // mkstemp makes the file for its owner only, whatever the umask.
-    const int fd = mkstemp(temporary.data());
+    const int fd = mkstemp(temporary->data());
     if (fd < 0) {
         *error = systemError();
-        return false;
+        return -1;
     }
-    const bool synced = ::write(fd, bytes.constData(), size_t(bytes.size())) == bytes.size()
-                        && fdatasync(fd) == 0;
-    if (!synced)
+    if (::write(fd, bytes.constData(), size_t(bytes.size())) != bytes.size()) {
         *error = systemError();
-    ::close(fd);
-    if (!synced || ::rename(temporary.constData(), QFile::encodeName(path).constData()) != 0) {
-        if (synced)
-            *error = systemError();
-        ::unlink(temporary.constData());
-        return false;
+        ::close(fd);
+        ::unlink(temporary->constData());
+        return -1;
     }
-    return true;
+    return fd;
 }
 
 // Brings a folder's renames to the disk; the error, or empty.
@@ -76,8 +73,8 @@ GroupCommit::~GroupCommit()
         m_stopping = true;
     }
     m_wake.notify_all();
-    for (std::thread &thread : m_threads)
-        thread.join();
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
 bool GroupCommit::write(const QString &path, const QByteArray &bytes, QString *error)
@@ -88,14 +85,11 @@ bool GroupCommit::write(const QString &path, const QByteArray &bytes, QString *e
     file->waiting = Fiber::current();
     {
         const std::lock_guard lock(m_mutex);
+        if (!m_thread.joinable())
+            m_thread = std::thread([this] { run(); });
         m_pending.push_back(file);
-        // The disk overlaps this many syncs; more helpers would only take
-        // turns on the processor.
-        constexpr std::size_t Helpers = 8;
-        if (m_idle == 0 && m_threads.size() < Helpers)
-            m_threads.emplace_back([this] { run(); });
     }
-    m_wake.notify_one();
+    m_wake.notify_all();
     while (true) {
         {
             const std::lock_guard lock(m_mutex);
@@ -113,63 +107,88 @@ void GroupCommit::run()
 {
     std::unique_lock lock(m_mutex);
     while (true) {
-        ++m_idle;
         m_wake.wait(lock, [this] { return m_stopping || !m_pending.empty(); });
-        --m_idle;
         if (m_pending.empty())
             return;
-        const std::shared_ptr<File> file = m_pending.front();
-        m_pending.pop_front();
+        const std::deque<std::shared_ptr<File>> batch = std::exchange(m_pending, {});
         lock.unlock();
-        file->written
-            = replace(file->path, file->bytes, &file->error)
-              && syncFolderAfterRename(QFileInfo(file->path).absolutePath(), &file->error);
+        commit(batch);
         lock.lock();
-        file->done = true;
-        // The fiber's thread resumes it; the file outlives the call.
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [file] {
-                if (file->waiting)
-                    file->waiting->wake();
-            },
-            Qt::QueuedConnection);
+        for (const std::shared_ptr<File> &file : batch) {
+            file->done = true;
+            // The fiber's thread resumes it; the file outlives the call.
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(),
+                [file] {
+                    if (file->waiting)
+                        file->waiting->wake();
+                },
+                Qt::QueuedConnection);
+        }
+    }
+}
+
+void GroupCommit::commit(const std::deque<std::shared_ptr<File>> &batch)
+{
+    struct Written
+    {
+        File *file;
+        int fd;
+        QByteArray temporary;
+    };
+    std::vector<Written> written;
+    for (const std::shared_ptr<File> &file : batch) {
+        QByteArray temporary;
+        const int fd = writeTemporary(file->path, file->bytes, &temporary, &file->error);
+        if (fd >= 0)
+            written.push_back({file.get(), fd, temporary});
+    }
+    // One sync of the file system brings every file of the batch to the
+    // disk at the cost of one journal commit; a file synced on its own costs
+    // one each.
+    const bool synced = written.empty() || syncfs(written.front().fd) == 0;
+    const QString syncError = synced ? QString() : systemError();
+    std::map<QString, std::vector<File *>> folders;
+    for (const Written &w : written) {
+        ::close(w.fd);
+        if (!synced || ::rename(w.temporary.constData(), QFile::encodeName(w.file->path)) != 0) {
+            w.file->error = synced ? systemError() : syncError;
+            ::unlink(w.temporary.constData());
+            continue;
+        }
+        w.file->written = true;
+        folders[QFileInfo(w.file->path).absolutePath()].push_back(w.file);
+    }
+    // The renames themselves reach the disk with their folders.
+    for (const auto &[folder, files] : folders) {
+        const QString error = syncFolder(folder);
+        for (File *file : files) {
+            file->written = error.isEmpty();
+            file->error = error;
+        }
     }
 }
 
 bool GroupCommit::writeAlone(const QString &path, const QByteArray &bytes, QString *error)
 {
-    if (!replace(path, bytes, error))
+    QByteArray temporary;
+    const int fd = writeTemporary(path, bytes, &temporary, error);
+    if (fd < 0)
         return false;
+    // The file's own sync: the file system's would also wait for everything
+    // other programs wrote to it.
+    const bool synced = fdatasync(fd) == 0;
+    if (!synced)
+        *error = systemError();
+    ::close(fd);
+    if (!synced || ::rename(temporary.constData(), QFile::encodeName(path).constData()) != 0) {
+        if (synced)
+            *error = systemError();
+        ::unlink(temporary.constData());
+        return false;
+    }
     *error = syncFolder(QFileInfo(path).absolutePath());
     return error->isEmpty();
-}
-
-bool GroupCommit::syncFolderAfterRename(const QString &folder, QString *error)
-{
-    std::unique_lock lock(m_mutex);
-    Folder &state = m_folders[folder];
-    const quint64 renamed = ++state.renamed;
-    // A sync that began after this rename carries it to the disk; one
-    // already running may not, so this file waits for the next.
-    while (state.synced < renamed) {
-        if (state.syncing) {
-            m_folderSynced.wait(lock);
-            continue;
-        }
-        state.syncing = true;
-        const quint64 covers = state.renamed;
-        lock.unlock();
-        *error = syncFolder(folder);
-        lock.lock();
-        state.syncing = false;
-        if (error->isEmpty())
-            state.synced = std::max(state.synced, covers);
-        m_folderSynced.notify_all();
-        if (!error->isEmpty())
-            return false;
-    }
-    return true;
 }
 
 } // namespace cli

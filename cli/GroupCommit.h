@@ -7,23 +7,20 @@
 
 #include <condition_variable>
 #include <deque>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <thread>
-#include <vector>
 
 namespace cli {
 
 class Fiber;
 
-// Files that a fleet writes (its exports), made durable off the event loop.
-// Each goes to a temporary file beside its place, which is synced, renamed
-// into place, and its folder synced: a crash leaves the old file or the new
-// one, never a file renamed before its bytes are on the disk. A few helper
-// threads sync several files at once, so that the disk's waits overlap
-// rather than add up, and a file waits for its own bytes only, not for what
-// other programs wrote to the same file system.
+// Files that a fleet writes (its exports), made durable together. Each goes
+// to a temporary file beside its place; one helper thread takes every file
+// waiting at that moment, brings all of their bytes to the disk, renames
+// them into place and syncs their folders. The disk is waited for once per
+// batch rather than once per file, and a file is never renamed before its
+// bytes are on the disk, so a crash leaves the old file or the new one.
 class GroupCommit
 {
 public:
@@ -33,7 +30,8 @@ public:
     // From a fleet's fiber: yields until the file is in place and durable.
     // Readable by its owner only. False with `error` set when it could not.
     bool write(const QString &path, const QByteArray &bytes, QString *error);
-    // The same steps for one file, on the calling thread.
+    // One file outside a fleet, on the calling thread: the same steps, with
+    // the file's own sync for the file system's.
     static bool writeAlone(const QString &path, const QByteArray &bytes, QString *error);
 
 private:
@@ -47,29 +45,15 @@ private:
         QString error;
     };
 
-    // Renames into one folder reach the disk together: the helpers share
-    // the folder's syncs. Under m_mutex.
-    struct Folder
-    {
-        quint64 renamed = 0; // renames so far
-        quint64 synced = 0; // the renames on the disk
-        bool syncing = false;
-    };
-
     GroupCommit() = default;
     void run();
-    // Once `folder` holds a new rename: returns when the rename is on the
-    // disk, false with `error` set when it could not be brought there.
-    bool syncFolderAfterRename(const QString &folder, QString *error);
+    static void commit(const std::deque<std::shared_ptr<File>> &batch);
 
     std::mutex m_mutex;
     std::condition_variable m_wake;
     std::deque<std::shared_ptr<File>> m_pending;
-    std::condition_variable m_folderSynced;
-    std::map<QString, Folder> m_folders;
-    int m_idle = 0; // helpers waiting for a file
     bool m_stopping = false;
-    std::vector<std::thread> m_threads;
+    std::thread m_thread;
 };
 
 } // namespace cli

@@ -20,13 +20,11 @@ void FirmwareChannel::attach(KRSMGAPI_HANDLE handle)
 int FirmwareChannel::send(const PACKET_PARAM &param, QByteArrayView data)
 {
     const std::lock_guard lock(m_mutex);
-    const int sent = data.isEmpty()
-                         ? KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::FirmwarePacket, &param)
-                         : KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::FirmwarePacket,
-                                                     &param, data.data(), quint32(data.size()));
-    if (sent)
-        m_frames = m_handle->framesQueued();
-    return sent;
+    // Written by this thread, so that the packet leaves as the pause ends.
+    if (!m_handle || !m_handle->sendNow(RemoteCommand::FirmwarePacket, param, data))
+        return 0;
+    m_frames = m_handle->framesQueued();
+    return 1;
 }
 
 std::optional<std::chrono::steady_clock::time_point> FirmwareChannel::lastWritten()

@@ -34,7 +34,8 @@ public:
     // can come any more.
     void attach(KRSMGAPI_HANDLE handle);
 
-    // Any thread. Sends one packet; the library's result.
+    // Any thread. Sends one packet, written to the network by the calling
+    // thread when nothing is ahead of it; nonzero when sent.
     int send(const PACKET_PARAM &param, QByteArrayView data);
     // Any thread. When the last packet sent had left for the network;
     // nothing before the first or while it has not left.

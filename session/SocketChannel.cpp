@@ -68,6 +68,11 @@ bool SocketChannel::send(qint32 command, const PACKET_PARAM &param, QByteArrayVi
     return m_io->send(command, param, payload);
 }
 
+bool SocketChannel::sendNow(qint32 command, const PACKET_PARAM &param, QByteArrayView payload)
+{
+    return m_io->sendNow(command, param, payload);
+}
+
 quint32 SocketChannel::framesQueued()
 {
     return m_io->framesQueued();

@@ -38,7 +38,7 @@ public:
     bool sendOpen();
     bool send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload);
     // See SocketIo.
-    bool sendNow(qint32 command, const PACKET_PARAM &param, QByteArrayView payload);
+    bool sendNow(QByteArray frame);
     void disconnect();
     // Frames of `command` go to `receiver`, called on the I/O thread, instead
     // of being posted: a thread waiting for them is woken without a detour

@@ -48,20 +48,18 @@ std::optional<std::chrono::steady_clock::time_point> SocketIo::writtenAt(quint32
 
 bool SocketIo::send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload)
 {
-    return queue(command, param, payload, false);
-}
-
-bool SocketIo::sendNow(qint32 command, const PACKET_PARAM &param, QByteArrayView payload)
-{
-    return queue(command, param, payload, true);
-}
-
-bool SocketIo::queue(qint32 command, const PACKET_PARAM &param, QByteArrayView payload,
-                     bool writeHere)
-{
     // Encoded outside the lock (a firmware chunk is a megabyte); only the
     // sequence number is stamped under it, so numbers follow queue order.
-    QByteArray frame = Frame::encode(0, command, param, payload);
+    return queue(Frame::encode(0, command, param, payload), false);
+}
+
+bool SocketIo::sendNow(QByteArray frame)
+{
+    return queue(std::move(frame), true);
+}
+
+bool SocketIo::queue(QByteArray frame, bool writeHere)
+{
     if (frame.isEmpty())
         return false;
     {

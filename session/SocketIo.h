@@ -40,11 +40,12 @@ public:
     // the connection is not open or the payload is too large.
     bool send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload);
 
-    // Any thread. The same, but when nothing else is waiting to go out, the
-    // calling thread writes the frame to the network itself, so that it
-    // leaves now rather than once the I/O thread has woken up; what the
-    // network does not take at once goes on from the I/O thread.
-    bool sendNow(qint32 command, const PACKET_PARAM &param, QByteArrayView payload);
+    // Any thread. The same for a frame from Frame::encode(), whose sequence
+    // number is set here; when nothing else is waiting to go out, the
+    // calling thread writes it to the network itself, so that it leaves now
+    // rather than once the I/O thread has woken up. What the network does
+    // not take at once goes on from the I/O thread.
+    bool sendNow(QByteArray frame);
 
     // Any thread. How many frames have been queued so far.
     quint32 framesQueued();
@@ -63,7 +64,7 @@ public:
     void shutDown();
 
 private:
-    bool queue(qint32 command, const PACKET_PARAM &param, QByteArrayView payload, bool writeHere);
+    bool queue(QByteArray frame, bool writeHere);
     void onConnected();
     void onSocketError();
     void receive();

@@ -249,7 +249,7 @@ TEST_F(KRemoteSocketTest, ConcurrentSendsArriveWholeAndNumbered)
             const PACKET_PARAM param = PACKET_PARAM {{sender, i}};
             const QByteArray payload = payloadOf(sender, i);
             EXPECT_TRUE(sender == 0
-                            ? handle->sendNow(RemoteCommand::FirmwarePacket, param, payload)
+                            ? handle->sendNow(frame(RemoteCommand::FirmwarePacket, param, payload))
                             : sendStream(handle, RemoteCommand::FirmwarePacket, param, payload));
         }
     };

@@ -2,6 +2,7 @@
 
 #include "bench/BenchSim.h"
 
+#include "bench/BenchFleet.h"
 #include "session/CWork.h"
 
 #include <QCoreApplication>
@@ -14,7 +15,7 @@ using namespace Qt::StringLiterals;
 BenchSim::BenchSim(const QStringList &extraArguments)
 {
     m_process.setStandardErrorFile(QProcess::nullDevice());
-    m_process.start(QCoreApplication::applicationDirPath() + u"/../bin/recorder-sim"_s,
+    m_process.start(BenchFleet::binary("recorder-sim"),
                     QStringList {u"--listen"_s, u"127.0.0.1:0"_s, u"--record"_s, recordPath()}
                         + extraArguments);
     m_process.waitForStarted();

@@ -13,7 +13,8 @@
 class CWork;
 
 // A recorder-sim process for benchmarks: a fresh record in a temporary
-// folder, a free port on 127.0.0.1.
+// folder, a free port on 127.0.0.1. The program is this build's, or that in
+// the folder RS_BENCH_BIN names.
 class BenchSim
 {
 public:

@@ -8,11 +8,15 @@
 #include "sim/UserAccounts.h"
 
 #include <QMutexLocker>
+#include <QPointer>
 #include <QTcpSocket>
 #include <QThread>
 
 #include <algorithm>
+#include <array>
+#include <unordered_map>
 
+#include <sys/epoll.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -46,16 +50,27 @@ RecorderServer::RecorderServer(const SimOptions &options, const QString &recordF
     , m_threads(threads)
     , m_listener([this](qintptr descriptor) { admit(descriptor); },
                  [this](const QString &text) { qCWarning(lcRecorder).noquote() << m_name << text; })
+    , m_parking(::epoll_create1(EPOLL_CLOEXEC))
+    , m_parkingNotifier(m_parking, QSocketNotifier::Read)
 {
     m_uptime.start();
+    m_parkingNotifier.setEnabled(false);
+    connect(&m_parkingNotifier, &QSocketNotifier::activated, this, &RecorderServer::parkedReady);
+    m_parkedTimer.setSingleShot(true);
+    connect(&m_parkedTimer, &QTimer::timeout, this, &RecorderServer::closeLateParked);
 }
 
 RecorderServer::~RecorderServer()
 {
     m_listener.close();
+    while (!m_parked.empty())
+        unpark(m_parked.begin(), true);
+    m_parkingNotifier.setEnabled(false);
+    ::close(m_parking);
     // After the connections on their way have become sessions, each thread
     // deletes its own; none is left to use the record.
     m_threads->onEachThread([this] { closeSessionsHere(); });
+    m_threads->saver().finish(this);
 }
 
 void RecorderServer::closeSessionsHere()
@@ -126,57 +141,58 @@ RecorderServer::ChangeTicket RecorderServer::write(const std::vector<Piece> &pie
     for (const Piece &piece : pieces)
         m_store.write(piece.offset, piece.bytes);
     m_unsaved.push_back(ticket);
+    if (!std::exchange(m_savePosted, true))
+        m_threads->saver().post(this, [this] { save(); });
     return ticket;
 }
 
 void RecorderServer::save()
 {
+    // The file is written outside the lock, so the sessions keep reading
+    // and changing the record meanwhile; the next save takes those changes.
+    QByteArray record;
+    std::vector<ChangeTicket> covered;
     {
         const QMutexLocker lock(&m_mutex);
-        if (m_saving || m_unsaved.empty())
+        m_savePosted = false;
+        if (m_unsaved.empty())
             return;
-        m_saving = true;
+        record = m_store.record();
+        covered = std::exchange(m_unsaved, {});
     }
-    // The file is written outside the lock, so the sessions keep reading
-    // and changing the record meanwhile; the next round takes those changes.
-    for (;;) {
-        QByteArray record;
-        std::vector<ChangeTicket> covered;
-        {
-            const QMutexLocker lock(&m_mutex);
-            if (m_unsaved.empty()) {
-                m_saving = false;
-                return;
+    QString error;
+    const bool saved = m_store.writeFile(record, &error);
+    const QMutexLocker lock(&m_mutex);
+    if (saved) {
+        m_store.markSaved(record);
+    } else {
+        // Memory never claims what the file does not hold: every change
+        // not on disk is undone, also those made while the file was written.
+        qCWarning(lcRecorder).noquote() << m_name << error << "| the changes are undone";
+        m_store.undo();
+        covered.insert(covered.end(), m_unsaved.begin(), m_unsaved.end());
+        m_unsaved.clear();
+    }
+    for (const ChangeTicket &ticket : covered)
+        ticket->state.store(saved ? Change::Saved : Change::Undone, std::memory_order_release);
+    // Told once every change is settled, and by a queued call, so that no
+    // session runs under the lock or finds its later changes pending. One
+    // call per thread tells all of its sessions; one gone by then is not told.
+    std::unordered_set<RecorderSession *> seen;
+    std::unordered_map<QThread *, std::vector<QPointer<RecorderSession>>> told;
+    for (const ChangeTicket &ticket : covered) {
+        RecorderSession *session = ticket->session;
+        // Only a live session is watched: it leaves m_live before it goes.
+        if (m_live.contains(session) && seen.insert(session).second)
+            told[session->thread()].emplace_back(session);
+    }
+    for (auto &[thread, sessions] : told) {
+        m_threads->post(thread, [sessions = std::move(sessions)] {
+            for (const QPointer<RecorderSession> &session : sessions) {
+                if (session)
+                    session->changesSettled();
             }
-            record = m_store.record();
-            covered = std::exchange(m_unsaved, {});
-        }
-        QString error;
-        const bool saved = m_store.writeFile(record, &error);
-        const QMutexLocker lock(&m_mutex);
-        if (saved) {
-            m_store.markSaved(record);
-        } else {
-            // Memory never claims what the file does not hold: every change
-            // not on disk is undone, also those made while the file was written.
-            qCWarning(lcRecorder).noquote() << m_name << error << "| the changes are undone";
-            m_store.undo();
-            covered.insert(covered.end(), m_unsaved.begin(), m_unsaved.end());
-            m_unsaved.clear();
-        }
-        for (const ChangeTicket &ticket : covered)
-            ticket->state.store(saved ? Change::Saved : Change::Undone, std::memory_order_release);
-        // Told once every change is settled, and by a queued call, so that
-        // no session runs under the lock or finds its later changes pending.
-        std::unordered_set<RecorderSession *> told;
-        for (const ChangeTicket &ticket : covered) {
-            // Posted while the session is live: it leaves m_live before it goes.
-            if (m_live.contains(ticket->session) && told.insert(ticket->session).second) {
-                RecorderSession *session = ticket->session;
-                QMetaObject::invokeMethod(
-                    session, [session] { session->changesSettled(); }, Qt::QueuedConnection);
-            }
-        }
+        });
     }
 }
 
@@ -273,17 +289,7 @@ void RecorderServer::admit(qintptr descriptor)
             const auto idle
                 = std::find_if(m_sessions.begin(), m_sessions.end(),
                                [](const Entry &e) { return !e.loggedIn && !e.leaving; });
-            if (idle != m_sessions.end()) {
-                idle->leaving = true;
-                // Posted while the session is listed: it is still there to
-                // take it, as it leaves the list only before it goes. One
-                // still on its way is closed as it arrives.
-                if (RecorderSession *session = idle->session) {
-                    QMetaObject::invokeMethod(session, [session] {
-                        session->drop(u"making way for a new connection at --max-connections"_s);
-                    });
-                }
-            } else {
+            if (idle == m_sessions.end()) {
                 QTcpSocket socket;
                 socket.setSocketDescriptor(descriptor);
                 qCInfo(lcRecorder).noquote()
@@ -292,14 +298,86 @@ void RecorderServer::admit(qintptr descriptor)
                 socket.abort();
                 return;
             }
+            idle->leaving = true;
+            // Posted while the session is listed: it is still there to
+            // take it, as it leaves the list only before it goes. One still
+            // on its way is closed as it arrives, one waiting here at once.
+            if (RecorderSession *session = idle->session) {
+                QMetaObject::invokeMethod(session, [session] {
+                    session->drop(u"making way for a new connection at --max-connections"_s);
+                });
+            } else if (const auto parked = parkedOf(idle->id); parked != m_parked.end()) {
+                qCInfo(lcRecorder).noquote() << m_name << "connection" << idle->id
+                                             << "closed: making way for a new connection at "
+                                                "--max-connections";
+                m_sessions.erase(idle);
+                unpark(parked, true);
+            }
         }
         m_sessions.push_back({id});
     }
-    QMetaObject::invokeMethod(m_threads->next(),
-                              [this, descriptor, id] { startSession(descriptor, id); });
+    epoll_event event {};
+    event.events = EPOLLIN;
+    event.data.u32 = quint32(id);
+    ::epoll_ctl(m_parking, EPOLL_CTL_ADD, int(descriptor), &event);
+    m_parked.push_back({id, descriptor, QDeadlineTimer(loginTimeoutMs())});
+    m_parkingNotifier.setEnabled(true);
+    if (!m_parkedTimer.isActive())
+        m_parkedTimer.start(loginTimeoutMs());
 }
 
-void RecorderServer::startSession(qintptr descriptor, int id)
+std::deque<RecorderServer::Parked>::iterator RecorderServer::parkedOf(int id)
+{
+    return std::find_if(m_parked.begin(), m_parked.end(),
+                        [id](const Parked &p) { return p.id == id; });
+}
+
+void RecorderServer::unpark(std::deque<Parked>::iterator parked, bool close)
+{
+    const Parked taken = *parked;
+    m_parked.erase(parked);
+    ::epoll_ctl(m_parking, EPOLL_CTL_DEL, int(taken.descriptor), nullptr);
+    // Watched only while in use: of a thousand recorders, most have none.
+    m_parkingNotifier.setEnabled(!m_parked.empty());
+    if (close) {
+        ::close(int(taken.descriptor));
+        return;
+    }
+    QMetaObject::invokeMethod(m_threads->next(), [this, taken] {
+        startSession(taken.descriptor, taken.id, taken.loginBy);
+    });
+}
+
+void RecorderServer::parkedReady()
+{
+    // Bytes or the end of the connection: a session takes it from here.
+    std::array<epoll_event, 64> events;
+    const int ready = ::epoll_wait(m_parking, events.data(), int(events.size()), 0);
+    for (int i = 0; i < ready; ++i) {
+        if (const auto parked = parkedOf(int(events[std::size_t(i)].data.u32));
+            parked != m_parked.end())
+            unpark(parked, false);
+    }
+}
+
+void RecorderServer::closeLateParked()
+{
+    while (!m_parked.empty() && m_parked.front().loginBy.hasExpired()) {
+        const int id = m_parked.front().id;
+        qCInfo(lcRecorder).noquote() << m_name << "connection" << id << "closed: no login within"
+                                     << loginTimeoutMs() << "ms";
+        unpark(m_parked.begin(), true);
+        const QMutexLocker lock(&m_mutex);
+        const auto entry = std::find_if(m_sessions.begin(), m_sessions.end(),
+                                        [id](const Entry &e) { return e.id == id; });
+        if (entry != m_sessions.end())
+            m_sessions.erase(entry);
+    }
+    if (!m_parked.empty())
+        m_parkedTimer.start(int(std::max<qint64>(m_parked.front().loginBy.remainingTime(), 0)));
+}
+
+void RecorderServer::startSession(qintptr descriptor, int id, QDeadlineTimer loginBy)
 {
     auto *socket = new QTcpSocket;
     const bool attached = socket->setSocketDescriptor(descriptor);
@@ -307,7 +385,7 @@ void RecorderServer::startSession(qintptr descriptor, int id)
     const auto entry = std::find_if(m_sessions.begin(), m_sessions.end(),
                                     [id](const Entry &e) { return e.id == id; });
     if (attached && !entry->leaving) {
-        entry->session = new RecorderSession(socket, this, id);
+        entry->session = new RecorderSession(socket, this, id, loginBy);
         m_live.insert(entry->session);
         return;
     }

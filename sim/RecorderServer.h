@@ -8,12 +8,16 @@
 #include "sim/RecorderStore.h"
 #include "sim/SimOptions.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QLoggingCategory>
 #include <QMutex>
 #include <QObject>
+#include <QSocketNotifier>
+#include <QTimer>
 
 #include <atomic>
+#include <deque>
 #include <memory>
 #include <unordered_set>
 #include <vector>
@@ -34,12 +38,11 @@ class SessionThreads;
 // failed-login table, the list of connections) is behind one lock, so the
 // public functions may be called from any thread.
 //
-// Changes to the record are saved in batches: a session that changed the
-// record saves at the next turn of its thread's event loop, and one file
-// replacement covers every change made until then by any session. Each
-// acknowledgement waits for the save that covers its change, so an
-// acknowledged change is on disk while many sessions writing at once cost
-// few file replacements.
+// Changes to the record are saved in batches on the saver's thread: one
+// file replacement covers every change made by any session until it starts.
+// Each acknowledgement waits for the save that covers its change, so an
+// acknowledged change is on disk, no session thread waits for the disk, and
+// many sessions writing at once cost few file replacements.
 class RecorderServer : public QObject
 {
     Q_OBJECT
@@ -76,13 +79,14 @@ public:
     QByteArray record() const;
     quint32 rights(int account) const;
     // Changes the record in memory for `session`, every piece at once, so
-    // that no save takes some of them without the others; the ticket tells
-    // once a save covered them, and the session hears changesSettled().
+    // that no save takes some of them without the others, and asks for a
+    // save; the ticket tells once a save covered them, and the session
+    // hears changesSettled().
     ChangeTicket write(const std::vector<Piece> &pieces, RecorderSession *session);
-    // Saves every change made so far, unless another thread is saving: that
-    // one goes on until no change is left, so no thread waits for another's
-    // file replacement.
-    void save();
+
+    // From a connection to its login; the recorder's own --delay-ms does
+    // not count against the client.
+    int loginTimeoutMs() const { return m_options.loginTimeoutMs + 2 * m_options.delayMs; }
 
     QDateTime now() const;
     void setClock(const QDateTime &time);
@@ -110,11 +114,26 @@ private:
         bool leaving = false; // asked to make way
     };
 
+    // A connection that has sent nothing yet, on the listening thread.
+    struct Parked
+    {
+        int id;
+        qintptr descriptor;
+        QDeadlineTimer loginBy;
+    };
+
     void admit(qintptr descriptor);
-    void startSession(qintptr descriptor, int id);
+    std::deque<Parked>::iterator parkedOf(int id);
+    // Closes the connection, or passes it on, and forgets it.
+    void unpark(std::deque<Parked>::iterator parked, bool close);
+    void closeLateParked();
+    void parkedReady();
+    void startSession(qintptr descriptor, int id, QDeadlineTimer loginBy);
     // Ends the sessions of the calling thread.
     void closeSessionsHere();
     std::vector<Entry>::iterator entryOf(const RecorderSession *session);
+    // On the saver's thread: saves every change made so far.
+    void save();
 
     const SimOptions m_options;
     const QString m_recordFile;
@@ -124,6 +143,16 @@ private:
     quint16 m_port = 0;
     QString m_name;
     int m_nextSessionId = 1; // of the listening thread
+    // Connections wait on the listening thread until they send their first
+    // bytes, so that a crowd of silent ones costs the threads serving
+    // sessions nothing: each wake-up of a session thread looks at every
+    // socket it serves. They wait in an epoll of their own, which the
+    // listening thread watches as one socket. Oldest first; all wait
+    // equally long for their login.
+    std::deque<Parked> m_parked;
+    int m_parking;
+    QSocketNotifier m_parkingNotifier;
+    QTimer m_parkedTimer; // for the oldest's login
 
     mutable QMutex m_mutex; // guards everything below
     RecorderStore m_store;
@@ -133,7 +162,7 @@ private:
     std::vector<Entry> m_sessions; // oldest first
     int m_loggedIn = 0;
     std::vector<ChangeTicket> m_unsaved;
-    bool m_saving = false; // a thread replaces the file; one at a time, in order
+    bool m_savePosted = false; // a save that has not yet taken the changes
     std::unordered_set<RecorderSession *> m_live; // sessions that may be told
 };
 

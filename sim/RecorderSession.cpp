@@ -43,7 +43,8 @@ QString printable(QByteArrayView bytes)
 
 } // namespace
 
-RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int id)
+RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int id,
+                                 QDeadlineTimer loginBy)
     : m_socket(socket)
     , m_server(server)
     , m_id(id)
@@ -58,7 +59,7 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
     connect(&m_answerTimer, &QTimer::timeout, this, &RecorderSession::sendDueAnswers);
     connect(&m_throttleTimer, &QTimer::timeout, this, &RecorderSession::releaseLogin);
     connect(&m_loginDeadline, &QTimer::timeout, this, [this] {
-        const QString reason = u"no login within %1 ms"_s.arg(m_loginDeadline.interval());
+        const QString reason = u"no login within %1 ms"_s.arg(m_server->loginTimeoutMs());
         // The slowdown of failed logins never outlasts the login timeout: a
         // login still held is checked now, and unless it succeeds the
         // connection closes after its answer.
@@ -79,8 +80,7 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
     });
     m_silenceTimer.setInterval(options.keepAliveTimeoutMs);
     m_stallTimer.setInterval(options.stallTimeoutMs);
-    // The recorder's own --delay-ms does not count against the client.
-    m_loginDeadline.start(options.loginTimeoutMs + 2 * options.delayMs);
+    m_loginDeadline.start(int(std::max<qint64>(loginBy.remainingTime(), 0)));
     connect(socket, &QTcpSocket::readyRead, this, &RecorderSession::readFrames);
     connect(socket, &QTcpSocket::bytesWritten, this, &RecorderSession::answersWritten);
     connect(socket, &QTcpSocket::stateChanged, this, [this](QAbstractSocket::SocketState state) {
@@ -93,13 +93,6 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
 QHostAddress RecorderSession::peerAddress() const
 {
     return m_socket->peerAddress();
-}
-
-void RecorderSession::saveChanges()
-{
-    m_saveQueued = false;
-    if (!m_ended)
-        m_server->save();
 }
 
 void RecorderSession::changesSettled()
@@ -130,8 +123,7 @@ void RecorderSession::readFrames()
             closeAfterAnswers(u"malformed frame; closing the connection"_s);
             return;
         }
-        if (m_loggedIn)
-            m_silenceTimer.start();
+        m_lastFrame.start();
         handle(*frame);
         const int dropAfter = m_server->options().dropAfter;
         if (dropAfter > 0 && ++m_framesReceived >= dropAfter)
@@ -240,7 +232,7 @@ void RecorderSession::login(const QByteArray &payload)
     m_account = m_loggedIn ? UserAccounts::indexOf(login.memberId) : -1;
     if (m_loggedIn) {
         m_loginDeadline.stop();
-        m_silenceTimer.start();
+        m_silenceTimer.start(m_server->options().keepAliveTimeoutMs);
     }
     log(u"login as '%1': code %2"_s.arg(printable(login.memberId)).arg(code));
 
@@ -379,11 +371,6 @@ void RecorderSession::firmwarePacket(const Frame &frame)
 void RecorderSession::answer(qint32 command, const PACKET_PARAM &param, const QByteArray &payload,
                              RecorderServer::ChangeTicket change, int savedWord)
 {
-    // One save per turn of the event loop serves every change made in it.
-    if (change && !m_saveQueued) {
-        m_saveQueued = true;
-        QMetaObject::invokeMethod(this, &RecorderSession::saveChanges, Qt::QueuedConnection);
-    }
     m_answers.push_back({command, param, payload, QDeadlineTimer(m_server->options().delayMs),
                          std::move(change), savedWord});
     sendDueAnswers();
@@ -406,7 +393,8 @@ void RecorderSession::answersWritten()
     m_outputFull = false;
     m_stallTimer.stop();
     log(u"the client reads its answers again"_s);
-    readFrames();
+    // Not from within the flush of sendDueAnswers(), which emits bytesWritten.
+    QMetaObject::invokeMethod(this, &RecorderSession::readFrames, Qt::QueuedConnection);
 }
 
 void RecorderSession::drop(const QString &reason)
@@ -420,12 +408,13 @@ void RecorderSession::drop(const QString &reason)
 
 void RecorderSession::sendDueAnswers()
 {
+    bool wrote = false;
     while (!m_answers.empty() && !m_ended) {
         Answer &next = m_answers.front();
         if (next.change) {
             const int state = next.change->state.load(std::memory_order_acquire);
             if (state == RecorderServer::Change::Pending)
-                return;
+                break;
             next.param.words[next.savedWord] = state == RecorderServer::Change::Saved ? 1 : 0;
             if (state == RecorderServer::Change::Undone)
                 log(u"the record could not be saved; changes refused"_s);
@@ -433,11 +422,16 @@ void RecorderSession::sendDueAnswers()
         }
         if (!next.due.hasExpired()) {
             m_answerTimer.start(int(std::max<qint64>(next.due.remainingTime(), 0)));
-            return;
+            break;
         }
         m_socket->write(Frame::encode(m_sequence++, next.command, next.param, next.payload));
         m_answers.pop_front();
+        wrote = true;
     }
+    // Out now rather than at the loop's next turn, which would cost a
+    // second wake-up and a watch on the socket per answer.
+    if (wrote)
+        m_socket->flush();
     // A client that does not read its answers is read from no more, so it
     // costs neither memory nor the time of the others.
     if (!m_outputFull && m_socket->bytesToWrite() > m_server->options().maxUnsentBytes) {

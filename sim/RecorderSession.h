@@ -10,6 +10,7 @@
 
 #include <QByteArray>
 #include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QHostAddress>
 #include <QObject>
 #include <QTimer>
@@ -30,8 +31,9 @@ class RecorderSession : public QObject
 {
     Q_OBJECT
 public:
-    // Takes ownership of `socket`.
-    RecorderSession(QTcpSocket *socket, RecorderServer *server, int id);
+    // Takes ownership of `socket`; the connection closes unless logged in by
+    // `loginBy`.
+    RecorderSession(QTcpSocket *socket, RecorderServer *server, int id, QDeadlineTimer loginBy);
 
     QHostAddress peerAddress() const;
     // Closes the connection at once, answers unsent.
@@ -71,8 +73,6 @@ private:
     void acknowledge(bool applied);
     void acknowledgeWhenSaved(RecorderServer::ChangeTicket change);
     void firmwarePacket(const session::Frame &frame);
-    // Saves the changes of this turn of the event loop.
-    void saveChanges();
 
     void answer(qint32 command, const PACKET_PARAM &param, const QByteArray &payload = {},
                 RecorderServer::ChangeTicket change = {}, int savedWord = 0);
@@ -91,7 +91,6 @@ private:
     qsizetype m_frameLength = 0; // of the frame being received before the first login
     bool m_loggedIn = false;
     bool m_wasLoggedIn = false;
-    bool m_saveQueued = false;
     int m_account = -1; // of the successful login
     int m_writesSeen = 0;
     bool m_outputFull = false; // too many answers unread: input stops
@@ -104,7 +103,11 @@ private:
     FirmwareReception m_firmware;
     QTimer m_answerTimer;
     QTimer m_loginDeadline;
-    QTimer m_silenceTimer; // a logged-in session without keep-alives
+    // A logged-in session without keep-alives. Each frame only notes its
+    // time, and the timer, once due, waits on for what is left: restarting
+    // a timer per frame costs more than the frame.
+    QTimer m_silenceTimer;
+    QElapsedTimer m_lastFrame;
     QTimer m_stallTimer; // a client that does not read its answers
     QTimer m_throttleTimer;
 };

@@ -40,4 +40,12 @@ void SessionThreads::onEachThread(const std::function<void()> &work)
         QMetaObject::invokeMethod(worker.context.get(), work, Qt::BlockingQueuedConnection);
 }
 
+void SessionThreads::post(const QThread *thread, std::function<void()> work)
+{
+    const auto worker
+        = std::find_if(m_workers.cbegin(), m_workers.cend(),
+                       [thread](const Worker &w) { return w.thread.get() == thread; });
+    QMetaObject::invokeMethod(worker->context.get(), std::move(work), Qt::QueuedConnection);
+}
+
 } // namespace sim

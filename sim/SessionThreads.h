@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "sim/RecordSaver.h"
+
 #include <QObject>
 #include <QThread>
 
@@ -13,9 +15,10 @@
 namespace sim {
 
 // The threads that serve the recorders' connections, each with an event
-// loop of its own. A listener hands every accepted connection to the next
-// thread in turn, so no single loop has to watch every socket of a busy
-// recorder. Shared by all recorders of the process; it outlives them.
+// loop of its own, and the one that saves their records. A listener hands
+// every accepted connection to the next thread in turn, so no single loop
+// has to watch every socket of a busy recorder. Shared by all recorders of
+// the process; it outlives them.
 class SessionThreads
 {
 public:
@@ -34,6 +37,10 @@ public:
     // Runs `work` on each thread in turn, after everything posted to that
     // thread before, and returns once all have run it.
     void onEachThread(const std::function<void()> &work);
+    // Runs `work` on `thread`, which must be one of these, at its loop's
+    // next turn.
+    void post(const QThread *thread, std::function<void()> work);
+    RecordSaver &saver() { return m_saver; }
 
 private:
     struct Worker
@@ -41,6 +48,7 @@ private:
         std::unique_ptr<QThread> thread;
         std::unique_ptr<QObject> context;
     };
+    RecordSaver m_saver;
     std::vector<Worker> m_workers;
     std::atomic<std::size_t> m_next {0};
 };

@@ -409,7 +409,14 @@ TEST_F(RecorderProtocol, ConnectionsWithoutLoginOrKeepAliveAreClosedAndFreeTheir
         EXPECT_FALSE(client->take());
     }
 
-    // The first session stays silent: its slot goes to the next one.
+    // Keep-alives hold the slot past the timeout; then the first session
+    // stays silent and its slot goes to the next one.
+    for (int i = 0; i < 3; ++i) {
+        testsupport::waitFor([] { return false; }, options.keepAliveTimeoutMs / 2);
+        first->send(RemoteCommand::KeepAlive);
+    }
+    EXPECT_FALSE(first->isClosed());
+    EXPECT_EQ(connect()->login("Admin", "").words[0], 4u);
     auto second = connect();
     EXPECT_EQ(second->login("Admin", "").words[0], 4u);
     EXPECT_TRUE(first->waitClosed());

@@ -84,13 +84,13 @@ void CliSession::wake()
 
 bool CliSession::writeExport(const QString &path, const QByteArray &record, QString *error)
 {
-    if (!Fiber::current())
-        return setup::ExportFile::write(path, record, error);
     const QByteArray bytes = setup::ExportFile::build(record);
     if (bytes.isEmpty()) {
         *error = u"no whole record"_s;
         return false;
     }
+    if (!Fiber::current())
+        return GroupCommit::writeAlone(path, bytes, error);
     return GroupCommit::instance().write(path, bytes, error);
 }
 

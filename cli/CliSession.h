@@ -53,9 +53,11 @@ public:
     bool await(const std::function<bool()> &done, std::chrono::milliseconds timeout);
     // For waits on something besides the session's own events: look again.
     void wake();
-    // Writes the export file of `record` to `path`, as ExportFile::write.
-    // In a fleet the file is made durable together with the other
-    // recorders' (GroupCommit), so that no session waits for the disk alone.
+    // Writes the export file of `record` to `path` through a temporary file,
+    // readable by its owner only, and returns once the file and its folder
+    // are on the disk. In a fleet the file is made durable together with the
+    // other recorders' (GroupCommit), so that no session waits for the disk
+    // alone.
     bool writeExport(const QString &path, const QByteArray &record, QString *error);
 
     // From now on a write acknowledgement whose code is not 1 ends the

@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <utility>
+#include <vector>
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -48,23 +49,62 @@ constexpr std::size_t StackSize = 1 << 20;
 
 thread_local Fiber *t_current = nullptr;
 
+std::size_t pageSize()
+{
+    static const auto size = std::size_t(sysconf(_SC_PAGESIZE));
+    return size;
+}
+
+// Stacks of finished fibers, kept for the next ones: a fleet runs a fiber
+// per recorder, and a fresh mapping costs three system calls and a page
+// fault for each page the command touches again.
+struct StackPool
+{
+    static constexpr std::size_t Kept = 64;
+
+    std::vector<void *> free;
+
+    ~StackPool()
+    {
+        for (void *stack : free)
+            munmap(stack, StackSize);
+    }
+    void *take()
+    {
+        if (!free.empty()) {
+            void *stack = free.back();
+            free.pop_back();
+            return stack;
+        }
+        void *stack = mmap(nullptr, StackSize, PROT_READ | PROT_WRITE,
+                           MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
+        if (stack == MAP_FAILED)
+            std::abort();
+        // An overflow hits the guard page instead of another fiber's stack.
+        mprotect(stack, pageSize(), PROT_NONE);
+        return stack;
+    }
+    void give(void *stack)
+    {
+        if (free.size() < Kept)
+            free.push_back(stack);
+        else
+            munmap(stack, StackSize);
+    }
+};
+
+thread_local StackPool t_stacks;
+
 } // namespace
 
 Fiber::Fiber(std::function<void()> body, std::function<void()> finished)
     : m_body(std::move(body))
     , m_finishedHook(std::move(finished))
 {
-    const std::size_t guard = std::size_t(sysconf(_SC_PAGESIZE));
-    m_stackSize = StackSize + guard;
-    m_stack = mmap(nullptr, m_stackSize, PROT_READ | PROT_WRITE,
-                   MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
-    if (m_stack == MAP_FAILED)
-        std::abort();
-    // An overflow hits the guard page instead of another fiber's stack.
-    mprotect(m_stack, guard, PROT_NONE);
+    m_stack = t_stacks.take();
     getcontext(&m_context);
-    m_context.uc_stack.ss_sp = static_cast<char *>(m_stack) + guard;
-    m_context.uc_stack.ss_size = StackSize;
+    m_context.uc_stack.ss_sp = static_cast<char *>(m_stack) + pageSize();
+    m_context.uc_stack.ss_size = StackSize - pageSize();
     m_context.uc_link = nullptr;
     makecontext(&m_context, &Fiber::entry, 0);
 #ifdef RS_FIBER_TSAN
@@ -82,7 +122,7 @@ Fiber::~Fiber()
     // stack, or memory mapped there later would look poisoned.
     __asan_unpoison_memory_region(m_context.uc_stack.ss_sp, m_context.uc_stack.ss_size);
 #endif
-    munmap(m_stack, m_stackSize);
+    t_stacks.give(m_stack);
 }
 
 Fiber *Fiber::current()

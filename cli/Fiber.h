@@ -55,8 +55,7 @@ private:
     bool m_wakePending = false;
     bool m_finished = false;
 
-    void *m_stack = nullptr;
-    std::size_t m_stackSize = 0;
+    void *m_stack = nullptr; // a guard page, then the stack
     ucontext_t m_context {};
     ucontext_t m_caller {};
     SessionScope m_scope;

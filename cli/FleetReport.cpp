@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMap>
+#include <QStringTokenizer>
 
 #include <algorithm>
 
@@ -57,18 +58,31 @@ void FleetReport::finished(int index, const HostEntry &host, int code, const QSt
         return;
     m_results[std::size_t(index)] = Result {host, code, out, err};
     if (!m_context.options().json) {
-        printText(*m_results[std::size_t(index)]);
+        printed(*m_results[std::size_t(index)]);
         return;
     }
     while (m_printed < m_results.size() && m_results[m_printed])
-        printJson(*m_results[m_printed++]);
+        printed(*m_results[m_printed++]);
+}
+
+void FleetReport::printed(Result &result)
+{
+    if (m_context.options().json)
+        printJson(result);
+    else
+        printText(result);
+    // The summary needs the host and the outcome; a fleet's outputs kept
+    // to the end would grow with every recorder.
+    result.out = QString();
+    result.err = QString();
 }
 
 void FleetReport::printText(const Result &result)
 {
     QTextStream &out = m_context.out();
     const QString name = result.host.shown();
-    for (const QString &line : result.out.split(u'\n', Qt::SkipEmptyParts))
+    // Views of the output, not copies: a dump is thousands of lines.
+    for (const QStringView line : qTokenize(result.out, u'\n', Qt::SkipEmptyParts))
         out << name << ": " << line << '\n';
     // A drift's one line ("differs: 3") is its result.
     if (m_drift && result.code <= Differs && !result.out.isEmpty()) {

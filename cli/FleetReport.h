@@ -40,6 +40,8 @@ private:
         QString err;
     };
 
+    // Prints a result, then keeps only what the summary needs.
+    void printed(Result &result);
     void printText(const Result &result);
     void printJson(const Result &result);
 

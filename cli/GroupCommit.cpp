@@ -26,6 +26,38 @@ QString systemError()
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 
+// The bytes in a new temporary file beside `path`, its name in `temporary`;
+// the open descriptor, or -1 with `error` set.
+int writeTemporary(const QString &path, const QByteArray &bytes, QByteArray *temporary,
+                   QString *error)
+{
+    *temporary = QFile::encodeName(path) + ".XXXXXX";
+    // mkstemp makes the file for its owner only, whatever the umask.
+    const int fd = mkstemp(temporary->data());
+    if (fd < 0) {
+        *error = systemError();
+        return -1;
+    }
+    if (::write(fd, bytes.constData(), size_t(bytes.size())) != bytes.size()) {
+        *error = systemError();
+        ::close(fd);
+        ::unlink(temporary->constData());
+        return -1;
+    }
+    return fd;
+}
+
+// Brings a folder's renames to the disk; the error, or empty.
+QString syncFolder(const QString &folder)
+{
+    const int fd = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
+    const bool synced = fd >= 0 && fsync(fd) == 0;
+    const QString error = synced ? QString() : systemError();
+    if (fd >= 0)
+        ::close(fd);
+    return error;
+}
+
 } // namespace
 
 GroupCommit &GroupCommit::instance()
@@ -106,21 +138,10 @@ void GroupCommit::commit(const std::deque<std::shared_ptr<File>> &batch)
     };
     std::vector<Written> written;
     for (const std::shared_ptr<File> &file : batch) {
-        QByteArray temporary = QFile::encodeName(file->path) + ".XXXXXX";
-        // mkstemp makes the file for its owner only, whatever the umask.
-        const int fd = mkstemp(temporary.data());
-        if (fd < 0) {
-            file->error = systemError();
-            continue;
-        }
-        if (::write(fd, file->bytes.constData(), size_t(file->bytes.size()))
-            != file->bytes.size()) {
-            file->error = systemError();
-            ::close(fd);
-            ::unlink(temporary.constData());
-            continue;
-        }
-        written.push_back({file.get(), fd, temporary});
+        QByteArray temporary;
+        const int fd = writeTemporary(file->path, file->bytes, &temporary, &file->error);
+        if (fd >= 0)
+            written.push_back({file.get(), fd, temporary});
     }
     // One sync of the file system brings every file of the batch to the
     // disk at the cost of one journal commit; a file synced on its own costs
@@ -140,16 +161,34 @@ void GroupCommit::commit(const std::deque<std::shared_ptr<File>> &batch)
     }
     // The renames themselves reach the disk with their folders.
     for (const auto &[folder, files] : folders) {
-        const int fd = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
-        const bool synced = fd >= 0 && fsync(fd) == 0;
-        const QString error = synced ? QString() : systemError();
-        if (fd >= 0)
-            ::close(fd);
+        const QString error = syncFolder(folder);
         for (File *file : files) {
-            file->written = synced;
+            file->written = error.isEmpty();
             file->error = error;
         }
     }
+}
+
+bool GroupCommit::writeAlone(const QString &path, const QByteArray &bytes, QString *error)
+{
+    QByteArray temporary;
+    const int fd = writeTemporary(path, bytes, &temporary, error);
+    if (fd < 0)
+        return false;
+    // The file's own sync: the file system's would also wait for everything
+    // other programs wrote to it.
+    const bool synced = fdatasync(fd) == 0;
+    if (!synced)
+        *error = systemError();
+    ::close(fd);
+    if (!synced || ::rename(temporary.constData(), QFile::encodeName(path).constData()) != 0) {
+        if (synced)
+            *error = systemError();
+        ::unlink(temporary.constData());
+        return false;
+    }
+    *error = syncFolder(QFileInfo(path).absolutePath());
+    return error->isEmpty();
 }
 
 } // namespace cli

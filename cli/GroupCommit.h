@@ -30,6 +30,9 @@ public:
     // From a fleet's fiber: yields until the file is in place and durable.
     // Readable by its owner only. False with `error` set when it could not.
     bool write(const QString &path, const QByteArray &bytes, QString *error);
+    // One file outside a fleet, on the calling thread: the same steps, with
+    // the file's own sync for the file system's.
+    static bool writeAlone(const QString &path, const QByteArray &bytes, QString *error);
 
 private:
     struct File

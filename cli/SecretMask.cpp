@@ -7,6 +7,8 @@
 
 #include <QLatin1StringView>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace cli {
@@ -38,14 +40,17 @@ bool SecretMask::isSecret(const setup::FieldInfo &field)
 
 bool SecretMask::isSecretName(QStringView name)
 {
+    // Asked for every line of a dump: the names are made once.
+    static const QStringList secretNames = [] {
+        QStringList names;
+        for (const Secret &s : Secrets)
+            names.append(QLatin1StringView(setup::FieldTable::section(s.section).key) + u'.'
+                         + QLatin1StringView(s.field.name));
+        return names;
+    }();
     const QStringView base = name.left(name.indexOf(u'['));
-    for (const Secret &s : Secrets) {
-        const QString secret = QLatin1StringView(setup::FieldTable::section(s.section).key) + u'.'
-                               + QLatin1StringView(s.field.name);
-        if (base == secret)
-            return true;
-    }
-    return false;
+    return std::any_of(secretNames.begin(), secretNames.end(),
+                       [base](const QString &secret) { return base == secret; });
 }
 
 QStringList SecretMask::masked(QStringList lines, bool changes) const

@@ -11,6 +11,28 @@
 
 namespace nelib {
 
+namespace {
+
+// Windows-1252 as iconv reads it, built in, so that a session's start loads
+// none of iconv's modules for the code page it nearly always uses. Bytes
+// 0x80 to 0x9F; zero where the code page defines no character. Every other
+// byte is the code point of its value.
+constexpr char16_t Windows1252Controls[32]
+    = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+       0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+       0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+void windows1252(std::array<char16_t, 256> &table, std::bitset<256> &defined)
+{
+    for (int b = 0; b < 256; ++b) {
+        const char16_t unit = b >= 0x80 && b < 0xA0 ? Windows1252Controls[b - 0x80] : char16_t(b);
+        table[b] = unit ? unit : char16_t(b);
+        defined.set(b, unit != 0 || b == 0);
+    }
+}
+
+} // namespace
+
 CodePage::CodePage(const QByteArray &name)
 {
     // Until a table is built every byte stands for itself (ISO-8859-1), which
@@ -68,7 +90,10 @@ bool CodePage::build(const QByteArray &name)
 {
     std::array<char16_t, 256> table = m_toUnicode;
     std::bitset<256> defined;
-    if (!name.isEmpty()) {
+    if (name == DefaultName) {
+        windows1252(table, defined);
+        m_name = name;
+    } else if (!name.isEmpty()) {
         const iconv_t cd = iconv_open("UTF-32LE", name.constData());
         if (cd == iconv_t(-1))
             return false;

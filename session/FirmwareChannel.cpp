@@ -2,6 +2,7 @@
 
 #include "session/FirmwareChannel.h"
 
+#include "session/Frame.h"
 #include "session/RemoteCommand.h"
 #include "session/SocketChannel.h"
 
@@ -17,16 +18,18 @@ void FirmwareChannel::attach(KRSMGAPI_HANDLE handle)
         m_replied.set();
 }
 
-int FirmwareChannel::send(const PACKET_PARAM &param, QByteArrayView data)
+QByteArray FirmwareChannel::packet(const PACKET_PARAM &param, QByteArrayView data)
+{
+    return session::Frame::encode(0, RemoteCommand::FirmwarePacket, param, data);
+}
+
+bool FirmwareChannel::send(QByteArray packet)
 {
     const std::lock_guard lock(m_mutex);
-    const int sent = data.isEmpty()
-                         ? KRSMGAPI_SendPacketCmd(m_handle, RemoteCommand::FirmwarePacket, &param)
-                         : KRSMGAPI_SendPacketStream(m_handle, RemoteCommand::FirmwarePacket,
-                                                     &param, data.data(), quint32(data.size()));
-    if (sent)
-        m_frames = m_handle->framesQueued();
-    return sent;
+    if (!m_handle || !m_handle->sendNow(std::move(packet)))
+        return false;
+    m_frames = m_handle->framesQueued();
+    return true;
 }
 
 std::optional<std::chrono::steady_clock::time_point> FirmwareChannel::lastWritten()

@@ -34,8 +34,12 @@ public:
     // can come any more.
     void attach(KRSMGAPI_HANDLE handle);
 
-    // Any thread. Sends one packet; the library's result.
-    int send(const PACKET_PARAM &param, QByteArrayView data);
+    // One packet of the upload, made before its pause ends: a chunk takes a
+    // while to copy. Empty when `data` is too large.
+    static QByteArray packet(const PACKET_PARAM &param, QByteArrayView data);
+    // Any thread. Sends a packet(), written to the network by the calling
+    // thread when nothing is ahead of it; false when it cannot go.
+    bool send(QByteArray packet);
     // Any thread. When the last packet sent had left for the network;
     // nothing before the first or while it has not left.
     std::optional<std::chrono::steady_clock::time_point> lastWritten();

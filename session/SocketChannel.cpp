@@ -68,6 +68,11 @@ bool SocketChannel::send(qint32 command, const PACKET_PARAM &param, QByteArrayVi
     return m_io->send(command, param, payload);
 }
 
+bool SocketChannel::sendNow(QByteArray frame)
+{
+    return m_io->sendNow(std::move(frame));
+}
+
 quint32 SocketChannel::framesQueued()
 {
     return m_io->framesQueued();

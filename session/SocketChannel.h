@@ -37,6 +37,8 @@ public:
     bool connectTo(const REMOTESOCKET_CONNECT_INFO &info);
     bool sendOpen();
     bool send(qint32 command, const PACKET_PARAM &param, QByteArrayView payload);
+    // See SocketIo.
+    bool sendNow(QByteArray frame);
     void disconnect();
     // Frames of `command` go to `receiver`, called on the I/O thread, instead
     // of being posted: a thread waiting for them is woken without a detour

@@ -11,7 +11,12 @@
 #include <QMutexLocker>
 #include <QTcpSocket>
 
+#include <cerrno>
 #include <utility>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 using nelib::LittleEndian;
 
@@ -45,7 +50,16 @@ bool SocketIo::send(qint32 command, const PACKET_PARAM &param, QByteArrayView pa
 {
     // Encoded outside the lock (a firmware chunk is a megabyte); only the
     // sequence number is stamped under it, so numbers follow queue order.
-    QByteArray frame = Frame::encode(0, command, param, payload);
+    return queue(Frame::encode(0, command, param, payload), false);
+}
+
+bool SocketIo::sendNow(QByteArray frame)
+{
+    return queue(std::move(frame), true);
+}
+
+bool SocketIo::queue(QByteArray frame, bool writeHere)
+{
     if (frame.isEmpty())
         return false;
     {
@@ -53,6 +67,26 @@ bool SocketIo::send(qint32 command, const PACKET_PARAM &param, QByteArrayView pa
         if (!m_accepting)
             return false;
         LittleEndian::setU32(frame, Frame::SequenceOffset, m_nextSequence++);
+        // Written here only behind every earlier frame. The lock keeps the
+        // descriptor open and other writers out; what the network does not
+        // take, or a fault, is left to the I/O thread's write.
+        if (writeHere && m_fd >= 0 && m_queued.empty() && m_framesInSocket == 0) {
+            qsizetype written = 0;
+            while (written < frame.size()) {
+                const ssize_t n
+                    = ::send(m_fd, frame.constData() + written, std::size_t(frame.size() - written),
+                             MSG_NOSIGNAL | MSG_DONTWAIT);
+                if (n > 0)
+                    written += n;
+                else if (n == 0 || errno != EINTR)
+                    break;
+            }
+            if (written == frame.size()) {
+                noteWritten(1);
+                return true;
+            }
+            frame.remove(0, written);
+        }
         m_queued.push_back(std::move(frame));
     }
     QMetaObject::invokeMethod(this, &SocketIo::writeQueued, Qt::QueuedConnection);
@@ -68,6 +102,7 @@ void SocketIo::open(const QString &host, quint16 port)
     connect(m_socket, &QTcpSocket::errorOccurred, this, &SocketIo::onSocketError);
     connect(m_socket, &QTcpSocket::disconnected, this, &SocketIo::lose);
     connect(m_socket, &QTcpSocket::readyRead, this, &SocketIo::receive);
+    connect(m_socket, &QTcpSocket::bytesWritten, this, &SocketIo::noteSocketWritten);
     m_connecting = true;
     m_socket->connectToHost(host, port);
 }
@@ -80,6 +115,8 @@ void SocketIo::onConnected()
     m_connected = true;
     {
         QMutexLocker lock(&m_mutex);
+        // Without it (no descriptor left), every frame goes by the I/O thread.
+        m_fd = ::fcntl(int(m_socket->socketDescriptor()), F_DUPFD_CLOEXEC, 0);
         m_accepting = true;
     }
     post(REMOTESOCKET_NOTIFY::Connected);
@@ -142,6 +179,8 @@ void SocketIo::writeQueued()
     {
         QMutexLocker lock(&m_mutex);
         frames.swap(m_queued);
+        if (m_connected)
+            m_framesInSocket += quint32(frames.size());
     }
     if (!m_connected)
         return;
@@ -154,21 +193,42 @@ void SocketIo::writeQueued()
     if (frames.empty())
         return;
     // Handed to the network now rather than at the next turn of the loop,
-    // so that the time below is when the frames left.
+    // so that the frames count as written from now.
     m_socket->flush();
-    const auto now = std::chrono::steady_clock::now();
+    noteSocketWritten();
+}
+
+void SocketIo::noteSocketWritten()
+{
+    if (m_socket->bytesToWrite() > 0)
+        return;
     QMutexLocker lock(&m_mutex);
-    m_framesWritten += quint32(frames.size());
-    m_writes.emplace_back(m_framesWritten, now);
+    noteWritten(std::exchange(m_framesInSocket, 0));
+}
+
+void SocketIo::noteWritten(quint32 frames)
+{
+    if (frames == 0)
+        return;
+    m_framesWritten += frames;
+    m_writes.emplace_back(m_framesWritten, std::chrono::steady_clock::now());
     if (m_writes.size() > KeptWrites)
         m_writes.pop_front();
+}
+
+void SocketIo::stopAccepting()
+{
+    m_accepting = false;
+    if (m_fd >= 0)
+        ::close(m_fd);
+    m_fd = -1;
 }
 
 void SocketIo::shutDown()
 {
     {
         QMutexLocker lock(&m_mutex);
-        m_accepting = false;
+        stopAccepting();
     }
     m_shutDown = true;
     if (m_connecting) {
@@ -188,7 +248,7 @@ void SocketIo::lose()
 {
     {
         QMutexLocker lock(&m_mutex);
-        m_accepting = false;
+        stopAccepting();
         m_queued.clear();
     }
     if (!m_connected)

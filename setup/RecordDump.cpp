@@ -6,8 +6,11 @@
 
 #include <QLatin1StringView>
 #include <QList>
+#include <QMutex>
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 namespace setup {
 
@@ -67,7 +70,7 @@ Owner ownerOf(int offset)
     return owner;
 }
 
-QList<Item> itemsIn(int begin, int end)
+QList<Item> layOut(int begin, int end)
 {
     QList<Item> items;
     QList<bool> covered(end - begin, false);
@@ -103,6 +106,19 @@ QList<Item> itemsIn(int begin, int end)
     std::sort(items.begin(), items.end(),
               [](const Item &a, const Item &b) { return a.offset < b.offset; });
     return items;
+}
+
+// The lines of a range depend on the tables alone: laid out once per range
+// and shared, so that a fleet's dumps format values and nothing else.
+QList<Item> itemsIn(int begin, int end)
+{
+    static QMutex mutex;
+    static std::map<std::pair<int, int>, QList<Item>> laidOut;
+    const QMutexLocker lock(&mutex);
+    auto it = laidOut.find({begin, end});
+    if (it == laidOut.end())
+        it = laidOut.emplace(std::pair(begin, end), layOut(begin, end)).first;
+    return it->second;
 }
 
 QString hexBytes(QByteArrayView bytes)
@@ -157,8 +173,10 @@ QStringList dumpRange(QByteArrayView record, int begin, int end)
 {
     if (record.size() != SetupRecordMap::RecordSize)
         return {};
+    const QList<Item> items = itemsIn(begin, end);
     QStringList lines;
-    for (const Item &item : itemsIn(begin, end))
+    lines.reserve(items.size());
+    for (const Item &item : items)
         lines.append(item.name + QStringLiteral(" = ") + formatItem(record, item));
     return lines;
 }

@@ -71,18 +71,21 @@ RecorderSession::RecorderSession(QTcpSocket *socket, RecorderServer *server, int
         if (!m_loggedIn)
             closeAfterAnswers(reason + u"; closing the connection"_s);
     });
+    // Not restarted for every frame: when it runs out, it looks back to the
+    // last frame and waits on for what is left of the timeout.
     connect(&m_silenceTimer, &QTimer::timeout, this, [this] {
-        const qint64 timeout = m_server->options().keepAliveTimeoutMs;
-        if (const qint64 left = timeout - m_lastFrame.elapsed(); left > 0) {
-            m_silenceTimer.start(int(left));
+        const int timeoutMs = m_server->options().keepAliveTimeoutMs;
+        if (const qint64 quietMs = m_lastFrame.elapsed(); quietMs < timeoutMs) {
+            m_silenceTimer.start(int(timeoutMs - quietMs));
             return;
         }
-        drop(u"no keep-alive within %1 ms; the user slot is free"_s.arg(timeout));
+        drop(u"no keep-alive within %1 ms; the user slot is free"_s.arg(timeoutMs));
     });
     connect(&m_stallTimer, &QTimer::timeout, this, [this] {
         drop(u"%1 bytes of answers unread for %2 ms"_s.arg(m_socket->bytesToWrite())
                  .arg(m_stallTimer.interval()));
     });
+    m_silenceTimer.setInterval(options.keepAliveTimeoutMs);
     m_stallTimer.setInterval(options.stallTimeoutMs);
     m_loginDeadline.start(int(std::max<qint64>(loginBy.remainingTime(), 0)));
     connect(socket, &QTcpSocket::readyRead, this, &RecorderSession::readFrames);

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "cli/CommandContext.h"
+#include "cli/FleetReport.h"
 #include "setup/FieldTable.h"
 #include "setup/Fields.h"
 #include "tests/SimProcess.h"
@@ -11,6 +13,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
+#include <QTextStream>
 
 #include <gtest/gtest.h>
 
@@ -160,4 +163,33 @@ TEST(Fleet, JsonLinesInHostsFileOrderWithLabelsAndOwnPasswords)
     EXPECT_TRUE(text.out.contains(
         u"no session      2   127.0.0.1:%1 (Slow), 127.0.0.1:%2 (Closed)"_s.arg(silent.port())
             .arg(deadPort)));
+}
+
+// A printed recorder's output is let go, as text and as JSON lines (once the
+// lines above it are out), so that a fleet's memory stays flat.
+TEST(Fleet, ReportKeepsNoOutputItHasPrinted)
+{
+    for (const bool json : {false, true}) {
+        SCOPED_TRACE(json ? "json" : "text");
+        cli::GlobalOptions options;
+        options.json = json;
+        QString printed;
+        QTextStream out(&printed);
+        QTextStream err(&printed);
+        const cli::CommandContext context(options, out, err);
+        cli::FleetReport report(context, 2, false);
+        QList<QString> outputs;
+        for (int k = 0; k < 2; ++k)
+            outputs.append(json ? u"{\"n\":%1}"_s.arg(k) : u"line %1\n"_s.arg(k));
+        // The second first: as JSON it waits for the first.
+        for (const int k : {1, 0}) {
+            cli::HostEntry host;
+            host.host = u"127.0.0.1"_s;
+            host.port = quint16(9000 + k);
+            report.finished(k, host, 0, outputs[k], {});
+        }
+        for (const QString &output : outputs)
+            EXPECT_TRUE(output.isDetached()) << output.toStdString();
+        EXPECT_TRUE(printed.contains(u"1"_s)) << printed.toStdString();
+    }
 }

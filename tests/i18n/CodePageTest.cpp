@@ -21,6 +21,8 @@ TEST(CodePage, EveryByteRoundTrips)
         ASSERT_EQ(decoded.size(), 255) << name;
         EXPECT_EQ(codePage.encode(decoded), bytes) << name;
     }
+    // The built-in Windows-1252 is iconv's.
+    EXPECT_EQ(CodePage().decode(bytes), CodePage("CP1252").decode(bytes));
 }
 
 // A code page of one byte per character by its name, else Windows-1252

@@ -10,6 +10,7 @@
 #include "pages/common/CRemoteChannelSelect.h"
 #include "pages/common/ChannelSelectionEditor.h"
 #include "pages/common/FileDialogFilter.h"
+#include "pages/common/MotionMaskGrid.h"
 #include "pages/display/CRemoteDisplayEventDlg.h"
 #include "pages/record/CRemoteRecordScheduleDlg.h"
 #include "setup/Fields.h"
@@ -18,6 +19,7 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -298,4 +300,42 @@ TEST(FileDialogFilter, PatternsShowOnceAndMatchEitherCase)
     };
     for (const auto &[filter, qt] : cases)
         EXPECT_EQ(FileDialogFilter::toQt(QString::fromLatin1(filter)), QString::fromLatin1(qt));
+}
+
+// By keyboard the cursor stays on the grid and Space toggles the cell under
+// it; what is watched, and a rectangle being dragged, show on the picture.
+TEST(MotionMaskGrid, KeysMoveACursorThatStaysOnTheGridAndTheMaskShows)
+{
+    MotionMaskGrid grid;
+    grid.resize(grid.sizeHint());
+    QSignalSpy changed(&grid, &MotionMaskGrid::changed);
+    const auto press = [&](Qt::Key key, int times = 1) {
+        for (int i = 0; i < times; ++i)
+            QTest::keyClick(&grid, key);
+    };
+    press(Qt::Key_Left);
+    press(Qt::Key_Up);
+    press(Qt::Key_Space);
+    press(Qt::Key_Right, 2);
+    press(Qt::Key_Down);
+    press(Qt::Key_Space, 2);
+    press(Qt::Key_A);
+    press(Qt::Key_Right, MotionMaskGrid::Columns + 5);
+    press(Qt::Key_Down, MotionMaskGrid::Rows + 5);
+    press(Qt::Key_Space);
+    MotionMaskGrid::Mask expected {};
+    expected[0] = 1u << 29;
+    expected[MotionMaskGrid::Rows - 1] = 1u;
+    EXPECT_EQ(grid.mask(), expected);
+    EXPECT_EQ(changed.size(), 4);
+
+    const auto colour = [&](int row, int column) {
+        return grid.grab().toImage().pixel(grid.cellRect(row, column).center());
+    };
+    EXPECT_NE(colour(0, 0), colour(0, 1));
+    const QRgb idle = colour(5, 5);
+    QTest::mousePress(&grid, Qt::LeftButton, {}, grid.cellRect(5, 5).center());
+    EXPECT_NE(colour(5, 5), idle);
+    QTest::mouseRelease(&grid, Qt::LeftButton, {}, grid.cellRect(5, 5).center());
+    EXPECT_TRUE(grid.cell(5, 5));
 }

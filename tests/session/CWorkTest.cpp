@@ -62,6 +62,7 @@ TEST(CWork, RefusedLoginShowsItsMessageAndEndsTheSession)
         {6, u"Login failed by former user"_s},
         {7, u"Login failed by menu operation"_s},
         {9, {}},
+        {-1, {}},
     };
     for (const auto &[code, message] : codes) {
         SCOPED_TRACE(code);
@@ -176,8 +177,11 @@ TEST(CWork, SetupAnswersOfTheWrongLengthOrEmptyAreNotStoredButStillAskTheTime)
     EXPECT_EQ(work.mirror(), QByteArray(SetupRecordMap::RecordSize, '\0'));
 
     // A second current copy overwrites the mirror and asks for the time again;
-    // a reference copy goes to its own buffer.
+    // a reference copy goes to its own buffer, if whole.
+    recorder.send(RemoteCommand::SetupAnswer, PACKET_PARAM {{0, 0, 1}}, numbered.first(15147));
     recorder.send(RemoteCommand::SetupAnswer, {}, numbered);
+    ASSERT_TRUE(waitFor([&] { return work.mirror() == numbered; }));
+    EXPECT_EQ(work.referenceCopy(), QByteArray(SetupRecordMap::RecordSize, '\0'));
     const QByteArray other(SetupRecordMap::RecordSize, '\x11');
     recorder.send(RemoteCommand::SetupAnswer, PACKET_PARAM {{0, 0, 1}}, other);
     ASSERT_TRUE(waitFor([&] { return work.referenceCopy() == other; }));

@@ -12,6 +12,8 @@
 
 #include <limits>
 
+#include <fcntl.h>
+
 using namespace Qt::StringLiterals;
 using firmware::FirmwarePackage;
 using firmware::FirmwareVersion;
@@ -211,8 +213,13 @@ QString FirmwareReception::chunk(const Frame &frame)
             m_server->options().chunkSize);
     if (t.componentReceived + length > component.size)
         return u"the chunk runs past the component's %1 bytes"_s.arg(component.size);
-    if (t.file && t.file->write(frame.payload) != length)
+    if (t.file && (t.file->write(frame.payload) != length || !t.file->flush()))
         return u"cannot write the package: %1"_s.arg(t.file->errorString());
+    // The disk starts on each chunk as it comes, so the sync before the
+    // answer to the end of the package has only the last ones left to wait
+    // for. It only starts the writing: durability is still the commit's.
+    if (t.file)
+        ::sync_file_range(t.file->handle(), 0, 0, SYNC_FILE_RANGE_WRITE);
     t.componentReceived += length;
     t.received += length;
     return {};

@@ -362,6 +362,9 @@ void RecorderServer::parkedReady()
 
 void RecorderServer::closeLateParked()
 {
+    // A connection whose login came in time goes on to its session, even
+    // when its deadline is read before its bytes are.
+    parkedReady();
     while (!m_parked.empty() && m_parked.front().loginBy.hasExpired()) {
         const int id = m_parked.front().id;
         qCInfo(lcRecorder).noquote() << m_name << "connection" << id << "closed: no login within"

@@ -276,6 +276,12 @@ std::vector<RecorderServer::Entry>::iterator RecorderServer::entryOf(const Recor
                         [session](const Entry &e) { return e.session == session; });
 }
 
+std::vector<RecorderServer::Entry>::iterator RecorderServer::entryOf(int id)
+{
+    return std::find_if(m_sessions.begin(), m_sessions.end(),
+                        [id](const Entry &e) { return e.id == id; });
+}
+
 void RecorderServer::admit(qintptr descriptor)
 {
     const int id = m_nextSessionId++;
@@ -371,9 +377,7 @@ void RecorderServer::closeLateParked()
                                      << loginTimeoutMs() << "ms";
         unpark(m_parked.begin(), true);
         const QMutexLocker lock(&m_mutex);
-        const auto entry = std::find_if(m_sessions.begin(), m_sessions.end(),
-                                        [id](const Entry &e) { return e.id == id; });
-        if (entry != m_sessions.end())
+        if (const auto entry = entryOf(id); entry != m_sessions.end())
             m_sessions.erase(entry);
     }
     if (!m_parked.empty())
@@ -385,8 +389,7 @@ void RecorderServer::startSession(qintptr descriptor, int id, QDeadlineTimer log
     auto *socket = new QTcpSocket;
     const bool attached = socket->setSocketDescriptor(descriptor);
     const QMutexLocker lock(&m_mutex);
-    const auto entry = std::find_if(m_sessions.begin(), m_sessions.end(),
-                                    [id](const Entry &e) { return e.id == id; });
+    const auto entry = entryOf(id);
     if (attached && !entry->leaving) {
         entry->session = new RecorderSession(socket, this, id, loginBy);
         m_live.insert(entry->session);

@@ -132,6 +132,7 @@ private:
     // Ends the sessions of the calling thread.
     void closeSessionsHere();
     std::vector<Entry>::iterator entryOf(const RecorderSession *session);
+    std::vector<Entry>::iterator entryOf(int id);
     // On the saver's thread: saves every change made so far.
     void save();
 
